@@ -1,0 +1,251 @@
+#include "jet/file/pager.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "jet/file/errors.h"
+#include "jet/file/rc4.h"
+
+namespace zimbrat::jet {
+
+namespace {
+constexpr std::size_t kCachePages = 1024;       // 4 MiB
+constexpr std::size_t kImagesInMemory = 2048;   // 8 MiB; further ones go to a temporary file
+constexpr std::uint32_t kPulsePages = 64;       // page accesses that missed the cache between pulses
+}  // namespace
+
+// Former contents of a page: in memory or at a place of the undo file.
+struct Pager::Image {
+  std::unique_ptr<std::array<std::byte, kPageSize>> bytes;
+  std::uint64_t offset = 0;
+};
+
+struct Pager::Savepoint {
+  std::uint64_t id = 0;
+  PageNumber pageCount = 0;
+  std::unordered_map<PageNumber, Image> images;
+};
+
+PageRef::PageRef(Pager& pager, CachedPage& page) : pager_(&pager), page_(&page) { ++page.pins; }
+
+PageRef::PageRef(PageRef&& other) noexcept
+    : pager_(std::exchange(other.pager_, nullptr)), page_(std::exchange(other.page_, nullptr)) {}
+
+PageRef& PageRef::operator=(PageRef&& other) noexcept {
+  if (this != &other) {
+    Release();
+    pager_ = std::exchange(other.pager_, nullptr);
+    page_ = std::exchange(other.page_, nullptr);
+  }
+  return *this;
+}
+
+PageRef::~PageRef() { Release(); }
+
+void PageRef::Release() {
+  if (page_) --page_->pins;
+  page_ = nullptr;
+}
+
+Bytes PageRef::Change() {
+  pager_->KeepImage(*page_);
+  page_->dirty = true;
+  return page_->bytes;
+}
+
+Pager::Pager(platform::Files& files, std::unique_ptr<platform::File> file, std::u16string path,
+             std::uint32_t key)
+    : files_(files), file_(std::move(file)), path_(std::move(path)), key_(key) {
+  const std::uint64_t pages = (file_->Size() + kPageSize - 1) / kPageSize;
+  if (pages > kMaxPages) Raise(platform::kErrDatabaseFull);
+  pageCount_ = writtenCount_ = static_cast<PageNumber>(pages);
+}
+
+Pager::~Pager() = default;
+
+void Pager::Require(PageNumber page) const {
+  if (broken_) Raise(platform::kErrDiskIo);
+  if (page >= pageCount_) RaiseDamagedPage(page, u"leży poza plikiem");
+}
+
+PageRef Pager::Get(PageNumber page) {
+  Require(page);
+  if (page == 0) RaiseDamagedPage(page, u"nie jest stroną danych");
+  return PageRef(*this, Load(page, true));
+}
+
+PageRef Pager::GetHeader() {
+  Require(0);
+  return PageRef(*this, Load(0, true));
+}
+
+PageRef Pager::GetZeroed(PageNumber page) {
+  if (page == pageCount_) {
+    if (page >= kMaxPages) Raise(platform::kErrDatabaseFull);
+    ++pageCount_;
+  }
+  Require(page);
+  // A page whose contents a savepoint must keep has to be read first.
+  const bool kept = !savepoints_.empty() && page < savepoints_.back()->pageCount;
+  PageRef ref(*this, Load(page, kept && page < writtenCount_));
+  const Bytes bytes = ref.Change();
+  std::fill(bytes.begin(), bytes.end(), std::byte{0});
+  return ref;
+}
+
+CachedPage& Pager::Load(PageNumber number, bool read) {
+  const auto found = pages_.find(number);
+  if (found != pages_.end()) {
+    CachedPage& page = *found->second;
+    order_.splice(order_.begin(), order_, page.place);
+    return page;
+  }
+  MakeRoom();
+  auto page = std::make_unique<CachedPage>();
+  page->number = number;
+  std::size_t have = 0;
+  if (read && number < writtenCount_) {
+    have = file_->ReadAt(std::uint64_t{number} * kPageSize, page->bytes);
+  }
+  std::fill(page->bytes.begin() + static_cast<std::ptrdiff_t>(have), page->bytes.end(), std::byte{0});
+  if (have != 0) Code(number, page->bytes);
+  if (pulse && ++sincePulse_ % kPulsePages == 0) pulse();
+  order_.push_front(page.get());
+  page->place = order_.begin();
+  return *pages_.emplace(number, std::move(page)).first->second;
+}
+
+// The page that was used longest ago and is not pinned leaves the cache.
+void Pager::MakeRoom() {
+  if (pages_.size() < kCachePages) return;
+  const auto victim = std::find_if(order_.rbegin(), order_.rend(),
+                                   [](const CachedPage* page) { return page->pins == 0; });
+  if (victim == order_.rend()) return;
+  CachedPage& page = **victim;
+  if (page.dirty) WriteOut(page);
+  order_.erase(page.place);
+  pages_.erase(page.number);
+}
+
+void Pager::WriteOut(CachedPage& page) {
+  std::array<std::byte, kPageSize> coded = page.bytes;
+  Code(page.number, coded);
+  file_->WriteAt(std::uint64_t{page.number} * kPageSize, coded);
+  writtenCount_ = std::max(writtenCount_, page.number + 1);
+  page.dirty = false;
+}
+
+void Pager::Code(PageNumber page, Bytes bytes) const {
+  if (key_ != 0 && page != 0) Rc4(key_ ^ page, bytes);
+}
+
+void Pager::Flush() {
+  if (broken_) Raise(platform::kErrDiskIo);
+  std::vector<CachedPage*> dirty;
+  for (CachedPage* page : order_) {
+    if (page->dirty) dirty.push_back(page);
+  }
+  std::sort(dirty.begin(), dirty.end(),
+            [](const CachedPage* a, const CachedPage* b) { return a->number < b->number; });
+  for (CachedPage* page : dirty) WriteOut(*page);
+  if (writtenCount_ > pageCount_) {  // pages of an undone savepoint
+    file_->Resize(std::uint64_t{pageCount_} * kPageSize);
+    writtenCount_ = pageCount_;
+  }
+}
+
+void Pager::Begin() {
+  auto savepoint = std::make_unique<Savepoint>();
+  savepoint->id = ++lastSavepoint_;
+  savepoint->pageCount = pageCount_;
+  savepoints_.push_back(std::move(savepoint));
+}
+
+void Pager::KeepImage(CachedPage& page) {
+  if (savepoints_.empty()) return;
+  Savepoint& top = *savepoints_.back();
+  if (page.keptBy == top.id || page.number >= top.pageCount) return;
+  if (!top.images.contains(page.number)) top.images.emplace(page.number, StoreImage(page));
+  page.keptBy = top.id;
+}
+
+Pager::Image Pager::StoreImage(const CachedPage& page) {
+  Image image;
+  if (imagesInMemory_ < kImagesInMemory) {
+    image.bytes = std::make_unique<std::array<std::byte, kPageSize>>(page.bytes);
+    ++imagesInMemory_;
+    return image;
+  }
+  if (!undo_) undo_ = files_.OpenTemporary(platform::FolderOfPath(path_));
+  std::array<std::byte, kPageSize> coded = page.bytes;
+  Code(page.number, coded);  // an encoded database leaves no plain page behind, not even for a moment
+  image.offset = undoSize_;
+  undo_->WriteAt(undoSize_, coded);
+  undoSize_ += kPageSize;
+  return image;
+}
+
+void Pager::Commit() {
+  std::unique_ptr<Savepoint> done = std::move(savepoints_.back());
+  savepoints_.pop_back();
+  if (savepoints_.empty()) {
+    imagesInMemory_ = 0;
+    undoSize_ = 0;
+    return;
+  }
+  Savepoint& outer = *savepoints_.back();
+  for (auto& [page, image] : done->images) {
+    const bool kept = page < outer.pageCount && !outer.images.contains(page);
+    if (!kept && image.bytes) --imagesInMemory_;
+    if (kept) outer.images.emplace(page, std::move(image));
+  }
+}
+
+void Pager::Rollback() noexcept {
+  const std::unique_ptr<Savepoint> undone = std::move(savepoints_.back());
+  savepoints_.pop_back();
+  ++generation_;
+  try {
+    Restore(*undone);
+  } catch (const std::exception&) {
+    broken_ = true;
+  }
+  if (savepoints_.empty()) {
+    imagesInMemory_ = 0;
+    undoSize_ = 0;
+  }
+}
+
+void Pager::Restore(const Savepoint& savepoint) {
+  DropPagesFrom(savepoint.pageCount);
+  pageCount_ = savepoint.pageCount;
+  for (const auto& [page, image] : savepoint.images) {
+    RestoreImage(page, image);
+    if (image.bytes) --imagesInMemory_;
+  }
+}
+
+void Pager::DropPagesFrom(PageNumber first) {
+  for (auto it = order_.begin(); it != order_.end();) {
+    CachedPage* page = *it;
+    const bool drop = page->number >= first && page->pins == 0;
+    page->dirty = page->dirty && page->number < first;
+    it = drop ? order_.erase(it) : std::next(it);
+    if (drop) pages_.erase(page->number);
+  }
+}
+
+void Pager::RestoreImage(PageNumber number, const Image& image) {
+  CachedPage& page = Load(number, false);
+  if (image.bytes) {
+    page.bytes = *image.bytes;
+  } else {
+    undo_->ReadAt(image.offset, page.bytes);
+    Code(number, page.bytes);
+  }
+  page.dirty = true;
+  page.keptBy = 0;
+}
+
+}  // namespace zimbrat::jet

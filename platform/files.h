@@ -1,0 +1,99 @@
+// Files and folders: the one narrow interface through which everything reaches the disk, so that a
+// test can make the n-th call fail, fall short or end the process.
+//
+// Failures are RunTimeErrors with Visual Basic's numbers (52, 53, 57, 58, 61, 70, 71, 75, 76) whose
+// description names the path. Paths are full or relative to the current folder.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zimbrat::platform {
+
+enum class OpenMode {
+  Read,       // the file must exist
+  ReadWrite,  // the file must exist
+  CreateNew,  // the file must not exist (58)
+};
+
+enum class Sharing {
+  None,     // nobody else may open the file: sharing mode 0 on Windows, an exclusive whole-file lock
+            // of the system elsewhere; a conflict is error 70 at once
+  Readers,  // others may read: a shared lock elsewhere
+  All,      // no lock
+};
+
+class File {
+ public:
+  virtual ~File() = default;  // closes; never throws
+  // Fills `bytes` from `offset`; returns how many there were before the file's end.
+  virtual std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) = 0;
+  // Writes all of it or throws; extends the file when needed.
+  virtual void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) = 0;
+  virtual std::uint64_t Size() = 0;
+  virtual void Resize(std::uint64_t size) = 0;
+  // Returns when the device has the data.
+  virtual void Flush() = 0;
+};
+
+// A right to a name that the system ends with the process: a locked file beside the path, or a named
+// mutex on Windows. Released on destruction.
+class Hold {
+ public:
+  virtual ~Hold() = default;
+};
+
+struct FileState {
+  std::uint64_t size = 0;
+  std::int64_t modified = 0;  // nanoseconds, system's epoch
+  bool isFolder = false;
+  bool isReadOnly = false;
+};
+
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  virtual std::unique_ptr<File> Open(std::u16string_view path, OpenMode mode, Sharing sharing) = 0;
+  // A file without a lasting name in `folder`; gone when closed or when the process ends.
+  virtual std::unique_ptr<File> OpenTemporary(std::u16string_view folder) = 0;
+  // Nothing when there is no file or folder of that name.
+  virtual std::optional<FileState> State(std::u16string_view path) = 0;
+  virtual void Delete(std::u16string_view path) = 0;
+  // Atomic: `to`, if it exists, is replaced in one step, durably.
+  virtual void Replace(std::u16string_view from, std::u16string_view to) = 0;
+  // Permissions, attributes and creation time of `from` onto `to`.
+  virtual void CopyAttributes(std::u16string_view from, std::u16string_view to) = 0;
+  virtual void CreateFolder(std::u16string_view path) = 0;
+  // Names (no paths) of the files and folders in `folder` that match `pattern`, which knows `*` and `?`
+  // and ignores case; without "." and ".."; in the order of NTFS, without regard to case. An
+  // unreadable or missing folder gives an empty list.
+  virtual std::vector<std::u16string> List(std::u16string_view folder, std::u16string_view pattern) = 0;
+  // Makes the folder's entries durable (nothing to do on Windows).
+  virtual void FlushFolder(std::u16string_view folder) = 0;
+  // The path behind links, absolute; the path itself made absolute when the file does not exist.
+  virtual std::u16string RealPath(std::u16string_view path) = 0;
+  // Bytes that this user may still write to the volume of `folder`.
+  virtual std::uint64_t FreeSpace(std::u16string_view folder) = 0;
+  // Null when another process (or another hold of this one) has the name.
+  virtual std::unique_ptr<Hold> TryHold(std::u16string_view path) = 0;
+
+  bool IsFile(std::u16string_view path);
+  bool IsFolder(std::u16string_view path);
+  // Whole contents; at most `limit` bytes, else error 57.
+  std::string ReadAll(std::u16string_view path, std::uint64_t limit);
+};
+
+// Splits at the last separator of the platform; without one the folder is empty.
+std::u16string_view FolderOfPath(std::u16string_view path);
+std::u16string_view NameOfPath(std::u16string_view path);
+// Folder, separator, name; no separator when the folder is empty or ends in one.
+std::u16string JoinPath(std::u16string_view folder, std::u16string_view name);
+
+}  // namespace zimbrat::platform
