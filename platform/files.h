@@ -90,10 +90,17 @@ class Files {
   std::string ReadAll(std::u16string_view path, std::uint64_t limit);
 };
 
-// Splits at the last separator of the platform; without one the folder is empty.
+// Splits at the last separator of the platform; without one the folder is empty. A root keeps its
+// separator ("/", "C:\").
 std::u16string_view FolderOfPath(std::u16string_view path);
 std::u16string_view NameOfPath(std::u16string_view path);
 // Folder, separator, name; no separator when the folder is empty or ends in one.
 std::u16string JoinPath(std::u16string_view folder, std::u16string_view name);
+
+// `*` any units, `?` any one, letters without regard to case; "*.*" matches all, as on Windows. Time at
+// most the product of the lengths.
+bool MatchesPattern(std::u16string_view name, std::u16string_view pattern);
+// The order of names in a folder of NTFS and in the registry: by upper-cased units.
+bool NameComesBefore(std::u16string_view a, std::u16string_view b);
 
 }  // namespace zimbrat::platform

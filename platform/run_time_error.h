@@ -5,8 +5,12 @@
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <string_view>
 
 namespace zimbrat::platform {
+
+// The source of errors that the program raises by itself.
+inline constexpr const char16_t* kOwnErrorSource = u"Zimbrat";
 
 class RunTimeError : public std::exception {
  public:
@@ -25,6 +29,12 @@ class RunTimeError : public std::exception {
   std::u16string description_;
   std::string what_;
 };
+
+// The Polish text of a Visual Basic error number; empty for numbers that it does not know.
+std::u16string_view TextOfError(std::int32_t number);
+
+// An error of the program's own with that text.
+RunTimeError OwnError(std::int32_t number);
 
 // What a wrapper that must go on makes of any exception: a RunTimeError keeps its parts, exhausted
 // memory is error 7, anything else error 440. Call it inside a catch block only.

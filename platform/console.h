@@ -1,0 +1,28 @@
+// The terminal of a console program. Texts arrive whole whatever the system's code page: UTF-8 on POSIX
+// systems and into redirected output, wide characters into a Windows console window.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zimbrat::platform {
+
+class Console {
+ public:
+  virtual ~Console() = default;
+  // The words of the command line without the program's name.
+  virtual std::vector<std::u16string> Arguments() = 0;
+  // As given, no line end added. A closed pipe or full disk makes later output nothing; HasFailed tells.
+  virtual void WriteOutput(std::u16string_view text) = 0;
+  virtual void WriteError(std::u16string_view text) = 0;
+  // Whether standard output took everything so far.
+  virtual bool HasFailed() = 0;
+  virtual bool IsErrorTerminal() = 0;
+  // Shows the prompt on standard error and reads a line without echo. Nothing when standard input is no
+  // terminal or ends.
+  virtual std::optional<std::u16string> AskPassword(std::u16string_view prompt) = 0;
+};
+
+}  // namespace zimbrat::platform
