@@ -1,0 +1,28 @@
+#include "posix_environment.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include "platform/text.h"
+
+namespace zimbrat::platform {
+
+std::u16string PosixEnvironment::Variable(std::u16string_view name) {
+  const char* value = std::getenv(Utf8FromUtf16(name).c_str());
+  return value == nullptr ? std::u16string() : Utf16FromUtf8(value);
+}
+
+std::u16string PosixEnvironment::ProgramFolder() {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error) return CurrentFolder();
+  return Utf16FromUtf8(program.parent_path().native());
+}
+
+std::u16string PosixEnvironment::CurrentFolder() {
+  std::error_code error;
+  return Utf16FromUtf8(std::filesystem::current_path(error).native());
+}
+
+}  // namespace zimbrat::platform
