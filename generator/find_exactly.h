@@ -1,0 +1,23 @@
+// Members of engine collections by their exact names: the engine compares without regard to case,
+// the structure files do not.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "platform/dao.h"
+
+namespace zimbrat::generator {
+
+// The first member of that name, or null.
+template <class T>
+std::shared_ptr<T> FindExactly(dao::Collection<T>& collection, std::u16string_view name) {
+  const int count = collection.Count();
+  for (int position = 0; position < count; ++position) {
+    std::shared_ptr<T> item = collection.Item(position);
+    if (item->Name() == name) return item;
+  }
+  return nullptr;
+}
+
+}  // namespace zimbrat::generator

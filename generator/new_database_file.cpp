@@ -1,0 +1,56 @@
+#include "generator/new_database_file.h"
+
+#include "suite/manners.h"
+#include "platform/error_numbers.h"
+#include "platform/run_time_error.h"
+
+namespace zimbrat::generator {
+
+using platform::OpenMode;
+using platform::Sharing;
+
+NewDatabaseFile::~NewDatabaseFile() {
+  if (!hold_) return;
+  suite::Attempt([&] {
+    if (files_.State(workingPath_)) files_.Delete(workingPath_);
+  });
+}
+
+void NewDatabaseFile::Begin(std::u16string_view targetPath) {
+  const bool exists = files_.State(targetPath).has_value();
+  // Behind a link it is the file itself that is replaced.
+  targetPath_ = exists ? files_.RealPath(targetPath) : std::u16string(targetPath);
+  workingPath_ = targetPath_ + std::u16string(kWorkingSuffix);
+  const std::u16string folder(platform::FolderOfPath(targetPath_));
+  RemoveLeftovers(folder);
+  auto hold = files_.TryHold(workingPath_);
+  if (!hold) {
+    throw platform::RunTimeError(platform::kErrPermissionDenied, u"Zimbrat",
+                                 u"Bazę danych tworzy właśnie inny program: " + targetPath_);
+  }
+  if (files_.State(workingPath_)) files_.Delete(workingPath_);
+  if (exists) oldFile_ = files_.Open(targetPath_, OpenMode::ReadWrite, Sharing::None);
+  hold_ = std::move(hold);
+}
+
+// Files of the working names that no running process holds.
+void NewDatabaseFile::RemoveLeftovers(std::u16string_view folder) {
+  for (const std::u16string& name :
+       files_.List(folder, u"*.mdb" + std::u16string(kWorkingSuffix))) {
+    suite::Attempt([&] {
+      const std::u16string path = platform::JoinPath(folder, name);
+      if (const auto hold = files_.TryHold(path)) files_.Delete(path);
+    });
+  }
+}
+
+void NewDatabaseFile::PutInPlace() {
+  host_.VerifyCopy(workingPath_);
+  files_.Open(workingPath_, OpenMode::ReadWrite, Sharing::None)->Flush();
+  oldFile_.reset();
+  files_.Replace(workingPath_, targetPath_);
+  hold_.reset();
+  files_.FlushFolder(platform::FolderOfPath(targetPath_));
+}
+
+}  // namespace zimbrat::generator

@@ -1,0 +1,218 @@
+// The controls of the portable forms: small models that hold what a view shows and tell one
+// listener what changed. A view draws them and hands events in; it holds no rule and no text of its
+// own.
+//
+// Lists keep a hidden value beside each item's text. A list's current item is -1 when there is
+// none.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zimbrat::platform {
+
+enum class Change { Text, Items, Current, Checked, Enabled, Visible, Caption, Progress, Focus };
+
+class Control {
+ public:
+  using Listener = std::function<void(Change)>;
+
+  virtual ~Control() = default;
+  Control() = default;
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  void SetListener(Listener listener) { listener_ = std::move(listener); }
+  bool Enabled() const { return enabled_; }
+  void SetEnabled(bool enabled);
+  bool Visible() const { return visible_; }
+  void SetVisible(bool visible);
+  // Asks the view to move the focus here.
+  void SetFocus() { Tell(Change::Focus); }
+
+ protected:
+  void Tell(Change change) const;
+
+ private:
+  Listener listener_;
+  bool enabled_ = true;
+  bool visible_ = true;
+};
+
+// A text that the view draws beside or on the control; `&` marks the access key.
+class Captioned : public Control {
+ public:
+  const std::u16string& Caption() const { return caption_; }
+  void SetCaption(std::u16string_view caption);
+
+ private:
+  std::u16string caption_;
+};
+
+class Label : public Captioned {};
+
+class Button : public Captioned {
+ public:
+  void SetOnClick(std::function<void()> click) { click_ = std::move(click); }
+  // Nothing happens while the button is disabled.
+  void Click();
+
+ private:
+  std::function<void()> click_;
+};
+
+// One of several: selecting one of a group clears the others.
+class OptionButton : public Captioned {
+ public:
+  void SetGroup(std::vector<OptionButton*> group) { group_ = std::move(group); }
+  void SetOnClick(std::function<void()> click) { click_ = std::move(click); }
+  bool Value() const { return value_; }
+  void Select();
+
+ private:
+  std::vector<OptionButton*> group_;
+  std::function<void()> click_;
+  bool value_ = false;
+};
+
+// 0 unchecked, 1 checked, 2 greyed.
+class CheckBox : public Captioned {
+ public:
+  int Value() const { return value_; }
+  void SetValue(int value);
+
+ private:
+  int value_ = 0;
+};
+
+class TextBox : public Control {
+ public:
+  const std::u16string& Text() const { return text_; }
+  // Cut to MaxLength where one is set.
+  void SetText(std::u16string_view text);
+  std::size_t MaxLength() const { return maxLength_; }
+  void SetMaxLength(std::size_t length) { maxLength_ = length; }
+  bool Masked() const { return masked_; }
+  void SetMasked(bool masked);
+
+ private:
+  std::u16string text_;
+  std::size_t maxLength_ = 0;
+  bool masked_ = false;
+};
+
+// A text field with a button.
+class OrvClick : public TextBox {
+ public:
+  void SetOnClick(std::function<void()> click) { click_ = std::move(click); }
+  void Click();
+
+ private:
+  std::function<void()> click_;
+};
+
+// A number with two arrows; its text is what was typed.
+class OrvUpDown : public TextBox {
+ public:
+  void SetRange(int least, int greatest);
+  // One step from the leading number of the text, kept within the range.
+  void Up() { Step(1); }
+  void Down() { Step(-1); }
+
+ private:
+  void Step(int by);
+
+  int least_ = 0;
+  int greatest_ = 0;
+};
+
+// The bar of a run over several files: each file is a segment of equal width with a maximum of its
+// own, so that the bar goes one way whatever the files say of themselves.
+class ProgressBar : public Control {
+ public:
+  void Reset();
+  // The segment that follows, `index` from 0 of `count`; its own steps start again.
+  void SetSegment(int index, int count);
+  void SetMaximum(int steps);
+  // One step further, at most to the maximum.
+  void Advance();
+  // 0 to 1.
+  double Fraction() const;
+
+ private:
+  int index_ = 0;
+  int count_ = 1;
+  int maximum_ = 0;
+  int value_ = 0;
+};
+
+class OrvList : public Control {
+ public:
+  struct Item {
+    std::u16string text;
+    std::u16string value;
+    bool isChecked = false;
+  };
+
+  virtual void Clear();
+  void Add(std::u16string_view text, std::u16string_view value);
+  int Count() const { return static_cast<int>(items_.size()); }
+  const std::vector<Item>& Items() const { return items_; }
+  int Current() const { return current_; }
+  // A position outside the list means none.
+  void SetCurrent(int index);
+  // Of the current item; empty when there is none.
+  std::u16string_view Text() const;
+  std::u16string_view Value() const;
+  // The first item with that value, or -1.
+  int FindValue(std::u16string_view value) const;
+  // "LIST k;text|k;text": keys become values. Anything else empties the list.
+  void SetRowSource(std::u16string_view source);
+
+  void SetOnItemClick(std::function<void()> click) { click_ = std::move(click); }
+  void ClickItem(int index);
+
+ protected:
+  std::vector<Item> items_;
+
+ private:
+  int current_ = -1;
+  std::function<void()> click_;
+};
+
+class OrvCombo : public OrvList {
+ public:
+  // Selects the item with that value, else the one with that text, else none.
+  void SetValue(std::u16string_view valueOrText);
+  // What the field shows: the current item's text, or a text put over it.
+  std::u16string_view ShownText() const { return overlay_.empty() ? Text() : overlay_; }
+  void SetShownText(std::u16string_view text);
+
+ private:
+  std::u16string overlay_;
+};
+
+class OrvListCheck : public OrvList {
+ public:
+  explicit OrvListCheck(char16_t separator) : separator_(separator) {}
+
+  void Clear() override;
+  bool IsChecked(int index) const;
+  void SetChecked(int index, bool checked);
+  int CheckedCount() const;
+  // The values, or the texts, of the checked items, with the list's separator between them.
+  std::u16string CheckedValues() const;
+  std::u16string CheckedTexts() const;
+  // Values of the items shown as present, each followed by ";". Putting it checks those items.
+  const std::u16string& PresentValues() const { return presentValues_; }
+  void SetPresentValues(std::u16string_view values);
+
+ private:
+  char16_t separator_;
+  std::u16string presentValues_;
+};
+
+}  // namespace zimbrat::platform

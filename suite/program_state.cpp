@@ -1,0 +1,45 @@
+#include "suite/program_state.h"
+
+#include "platform/error_numbers.h"
+#include "platform/text.h"
+
+namespace zimbrat::suite {
+
+void KontekstBledu::Clear() {
+  for (std::u16string* slot : {&Detail, &Line, &Table, &Field, &Index, &Relation}) slot->clear();
+  Number = 0;
+}
+
+void KontekstBledu::RecordError(const platform::RunTimeError& error) {
+  Number = error.Number();
+  Source = error.Source();
+  Description = error.Description();
+}
+
+ProgramState::~ProgramState() {
+  platform::Wipe(databasePassword);
+}
+
+dao::Engine& ProgramState::Engine() {
+  if (!engine_ && on.makeEngine) engine_ = on.makeEngine();
+  if (!engine_) throw platform::OwnError(platform::kErrCannotCreateObject);
+  return *engine_;
+}
+
+DatabaseSession::DatabaseSession(ProgramState& state, std::u16string_view path,
+                                 std::u16string_view connect)
+    : workspace_(state.Engine().CreateWorkspace(u"", u"Admin", u"")),
+      database_(workspace_->OpenDatabase(path, true, false, connect)) {}
+
+void DatabaseSession::Close() {
+  database_->Close();
+  database_.reset();
+  workspace_->Close();
+  workspace_.reset();
+}
+
+std::u16string ConnectText(std::u16string_view password) {
+  return u";pwd=" + std::u16string(password) + u";";
+}
+
+}  // namespace zimbrat::suite

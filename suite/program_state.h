@@ -1,0 +1,109 @@
+// The program-wide state: one value made by the entry program and handed down by reference.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/clock.h"
+#include "platform/dao.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/host.h"
+#include "platform/profile.h"
+#include "platform/registry.h"
+#include "platform/run_time_error.h"
+
+namespace zimbrat::suite {
+
+// The wizard's four tasks.
+enum class Task { Nowa, Dodaj, Wzorzec, Sprawdz };
+
+// The generation engine's record of its last failure. Every driver clears it first; a routine that
+// fails fills the slots that it knows.
+struct KontekstBledu {
+  std::u16string Detail;
+  std::u16string Line;
+  std::u16string Table;
+  std::u16string Field;
+  std::u16string Index;
+  std::u16string Relation;
+  std::int32_t Number = 0;
+  std::u16string Source;
+  std::u16string Description;
+
+  // Number and texts of the place; source and description stay until the next error.
+  void Clear();
+  void RecordError(const platform::RunTimeError& error);
+};
+
+// What the program runs on.
+struct Surroundings {
+  platform::Files& files;
+  platform::Registry& registry;
+  platform::Profile& profile;
+  platform::Clock& clock;
+  platform::Environment& environment;
+  platform::Host& host;
+  // Called at most once, when a database is first needed; throws where there is no engine.
+  std::function<std::shared_ptr<dao::Engine>()> makeEngine;
+};
+
+class ProgramState {
+ public:
+  explicit ProgramState(Surroundings surroundings) : on(std::move(surroundings)) {}
+  ~ProgramState();
+  ProgramState(const ProgramState&) = delete;
+  ProgramState& operator=(const ProgramState&) = delete;
+
+  // The database engine, made on first use and kept.
+  dao::Engine& Engine();
+
+  Surroundings on;
+  Task task = Task::Nowa;  // the option chosen on the start page
+  KontekstBledu context;
+  std::u16string databasePassword;  // wiped at the end
+  std::u16string ArgAuto;           // not empty: an automatic run
+  std::u16string ArgBaza;
+  std::u16string StatusKey;        // set in an automatic run only
+  std::u16string structureFolder;  // empty: the program's own
+  std::u16string defaultFolder;
+  std::u16string backupFolder;  // nothing assigns it: recorded databases get an empty text
+  std::u16string errorFolder;   // empty: the program's own
+  std::u16string mailMethod;
+
+ private:
+  std::shared_ptr<dao::Engine> engine_;
+};
+
+// A database of one routine: a workspace of its own, opened exclusively, closed with the object.
+// `Close` is the explicit end, which can fail.
+class DatabaseSession {
+ public:
+  DatabaseSession(ProgramState& state, std::u16string_view path, std::u16string_view connect);
+  dao::Database& Database() { return *database_; }
+  void Close();
+
+ private:
+  std::shared_ptr<dao::Workspace> workspace_;
+  std::shared_ptr<dao::Database> database_;
+};
+
+// ";pwd=" + password + ";".
+std::u16string ConnectText(std::u16string_view password);
+
+// The hourglass while in scope.
+class Hourglass {
+ public:
+  explicit Hourglass(platform::Host& host) : host_(host) { host_.SetBusy(true); }
+  ~Hourglass() { host_.SetBusy(false); }
+  Hourglass(const Hourglass&) = delete;
+  Hourglass& operator=(const Hourglass&) = delete;
+
+ private:
+  platform::Host& host_;
+};
+
+}  // namespace zimbrat::suite
