@@ -103,6 +103,9 @@ inline constexpr std::size_t kMaxIndexes = 32;
 inline constexpr std::size_t kMaxIndexColumns = 10;
 inline constexpr std::size_t kMaxNameLength = 64;
 
+// Column types are DAO's numbers, but for one.
+inline constexpr std::int16_t kColumnTypeDecimal = 16;
+
 // Column flags.
 inline constexpr std::uint8_t kColumnFixed = 0x01;
 inline constexpr std::uint8_t kColumnNullable = 0x02;
