@@ -17,6 +17,7 @@ inline constexpr std::int32_t kRegistryInvalidHandle = 6;
 inline constexpr std::int32_t kRegistryWriteFault = 29;
 inline constexpr std::int32_t kRegistryInvalidParameter = 87;
 inline constexpr std::int32_t kRegistryNoMoreItems = 259;
+inline constexpr std::int32_t kRegistryCorrupt = 1015;
 
 inline constexpr std::uint32_t kRegSz = 1;
 inline constexpr std::uint32_t kRegDword = 4;
