@@ -1,10 +1,12 @@
 // A key is put together from four strings:
 //
-//   inline bytes  01  [accents]  [ 01 01  [kana codes  FF 02 80 FF 80  [FF]]  [01  position records] ]  00
+//   inline bytes  01  [accents]  [ 01 01  [kana codes  FF 02 80 FF 80  [FF]]  [01  position
+//   records] ]  00
 //
-// Bytes 00 and 01 occur in no inline bytes, so the parts delimit themselves. The accent string has a byte a
-// unit, 02 for none, and ends with the last accent; a position record says how many bytes it would have
-// had at the character that it stands for. A descending key is inverted up to its 00 and gets another 00.
+// Bytes 00 and 01 occur in no inline bytes, so the parts delimit themselves. The accent string has
+// a byte a unit, 02 for none, and ends with the last accent; a position record says how many bytes
+// it would have had at the character that it stands for. A descending key is inverted up to its 00
+// and gets another 00.
 #include "jet/index/collation.h"
 
 #include <algorithm>
@@ -21,7 +23,7 @@ constexpr std::uint8_t kEndOfKey = 0x00;
 constexpr std::uint8_t kEndOfPart = 0x01;
 constexpr std::uint8_t kKanaTail[] = {0xFF, 0x02, 0x80, 0xFF, 0x80};
 constexpr std::uint8_t kAfterKana = 0xFF;
-constexpr std::uint8_t kOtherKana = 3;   // the code that is left out at the end
+constexpr std::uint8_t kOtherKana = 3;  // the code that is left out at the end
 constexpr std::uint32_t kFirstPosition = 0x8000 + 7;
 constexpr std::uint8_t kPositionMark = 0x06;
 // The second of two inline bytes counts from 02 to FF.
@@ -29,9 +31,9 @@ constexpr unsigned kFirstLow = 2;
 constexpr unsigned kLowValues = 254;
 
 const CollationRange& SearchRange(char16_t unit) {
-  const auto* next = std::upper_bound(
-      std::begin(kGeneralCollation), std::end(kGeneralCollation), unit,
-      [](char16_t u, const CollationRange& range) { return u < range.first; });
+  const auto* next =
+      std::upper_bound(std::begin(kGeneralCollation), std::end(kGeneralCollation), unit,
+                       [](char16_t u, const CollationRange& range) { return u < range.first; });
   return *std::prev(next);
 }
 
@@ -79,8 +81,8 @@ class TextKeyBuilder {
   void PutKana();
 
   std::vector<std::byte>& key_;
-  std::size_t units_ = 0;    // that have inline bytes
-  std::size_t covered_ = 0;  // of them, those that the accent string speaks of
+  std::size_t units_ = 0;      // that have inline bytes
+  std::size_t covered_ = 0;    // of them, those that the accent string speaks of
   std::size_t unitStart_ = 0;  // where in key_ the last unit's bytes begin
   bool startsWithModifier_ = false;
   Codes accents_;
@@ -165,8 +167,7 @@ void TextKeyBuilder::AddModifier(std::uint8_t accent) {
 }
 
 void TextKeyBuilder::AddPosition(std::uint8_t code) {
-  const std::size_t place =
-      accents_.size() - (startsWithModifier_ ? 1 : 0) + (units_ - covered_);
+  const std::size_t place = accents_.size() - (startsWithModifier_ ? 1 : 0) + (units_ - covered_);
   const auto word = static_cast<std::uint32_t>(kFirstPosition + 4 * place);
   positions_.push_back(static_cast<std::uint8_t>(word >> 8));
   positions_.push_back(static_cast<std::uint8_t>(word));

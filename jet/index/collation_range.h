@@ -22,8 +22,9 @@ struct CollationRange {
   char16_t first;
   char16_t last;
   CollationKind kind;
-  std::uint8_t high;  // first inline byte; of Position its record's byte; of Expansion the row of parts
-  std::uint8_t low;   // second inline byte, 0: there is none
+  std::uint8_t
+      high;  // first inline byte; of Position its record's byte; of Expansion the row of parts
+  std::uint8_t low;  // second inline byte, 0: there is none
   std::uint8_t accent;
   std::uint8_t kana;
 };

@@ -22,17 +22,23 @@ constexpr std::byte kValueDescending{0x80};
 constexpr std::byte kNullAscending{0x00};
 constexpr std::byte kNullDescending{0xFF};
 
-// Binary values go in groups of eight bytes; behind each stands 9 when another follows, else how many
-// of its bytes are real.
+// Binary values go in groups of eight bytes; behind each stands 9 when another follows, else how
+// many of its bytes are real.
 constexpr std::size_t kGroupSize = 8;
 constexpr std::byte kMoreGroups{9};
 
 constexpr std::size_t kSizeDecimalKey = 17;
 
-std::byte NullFlag(bool ascending) { return ascending ? kNullAscending : kNullDescending; }
-std::byte ValueFlag(bool ascending) { return ascending ? kValueAscending : kValueDescending; }
+std::byte NullFlag(bool ascending) {
+  return ascending ? kNullAscending : kNullDescending;
+}
+std::byte ValueFlag(bool ascending) {
+  return ascending ? kValueAscending : kValueDescending;
+}
 
-bool IsDecimal(std::int16_t type) { return type == kColumnTypeDecimal || type == dao::dbDecimal; }
+bool IsDecimal(std::int16_t type) {
+  return type == kColumnTypeDecimal || type == dao::dbDecimal;
+}
 
 // Inverts what was appended from `start` on when the column descends.
 void Direct(Key& key, std::size_t start, bool ascending) {
@@ -98,15 +104,15 @@ void AppendGroups(Key& key, ConstBytes bytes, bool ascending) {
 
 // The bytes in the order in which a GUID is written.
 void AppendGuid(Key& key, const dao::Guid& guid, bool ascending) {
-  constexpr std::array<std::size_t, 16> kWritten = {3, 2, 1, 0, 5,  4,  7,  6,
+  constexpr std::array<std::size_t, 16> kWritten = {3, 2, 1,  0,  5,  4,  7,  6,
                                                     8, 9, 10, 11, 12, 13, 14, 15};
   std::array<std::byte, 16> bytes;
   for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = guid.bytes[kWritten[i]];
   AppendGroups(key, bytes, ascending);
 }
 
-// Kept: the sign byte of a positive number does not follow the direction, so descending keys have the
-// negative numbers first. Files of this format are made that way, and entries are found by it.
+// Kept: the sign byte of a positive number does not follow the direction, so descending keys have
+// the negative numbers first. Files of this format are made that way, and entries are found by it.
 void AppendDecimal(Key& key, const dao::Decimal& value, bool ascending, NegativeZero zero) {
   const bool isZero = std::all_of(value.magnitude.begin(), value.magnitude.end(),
                                   [](std::uint32_t word) { return word == 0; });
@@ -161,7 +167,8 @@ std::size_t FixedLength(std::int16_t type) {
 }
 
 std::optional<std::size_t> TextLength(ConstBytes bytes, bool ascending) {
-  const auto end = std::find(bytes.begin(), bytes.end(), ascending ? std::byte{0} : std::byte{0xFF});
+  const auto end =
+      std::find(bytes.begin(), bytes.end(), ascending ? std::byte{0} : std::byte{0xFF});
   if (end == bytes.end()) return std::nullopt;
   const auto length = static_cast<std::size_t>(end - bytes.begin()) + 1;
   if (ascending) return length;
@@ -193,10 +200,10 @@ std::optional<std::size_t> ValueLength(const KeyColumn& column, ConstBytes bytes
   return GroupsLength(bytes, column.ascending);
 }
 
-// Columns from `at` on fill the key from `offset` to its end. An empty binary value is its flag alone,
-// which is seen only by trying.
-bool SplitFrom(std::span<const KeyColumn> columns, ConstBytes key, std::size_t at, std::size_t offset,
-               KeyParts& parts) {
+// Columns from `at` on fill the key from `offset` to its end. An empty binary value is its flag
+// alone, which is seen only by trying.
+bool SplitFrom(std::span<const KeyColumn> columns, ConstBytes key, std::size_t at,
+               std::size_t offset, KeyParts& parts) {
   if (at == columns.size()) return offset == key.size();
   if (offset >= key.size()) return false;
   const KeyColumn& column = columns[at];
@@ -216,7 +223,8 @@ bool SplitFrom(std::span<const KeyColumn> columns, ConstBytes key, std::size_t a
 
 }  // namespace
 
-void AppendKeyColumn(const KeyColumn& column, const dao::Value& value, Key& key, NegativeZero zero) {
+void AppendKeyColumn(const KeyColumn& column, const dao::Value& value, Key& key,
+                     NegativeZero zero) {
   if (dao::IsNull(value)) return key.push_back(NullFlag(column.ascending));
   key.push_back(ValueFlag(column.ascending));
   const std::size_t start = key.size();
@@ -261,16 +269,16 @@ bool IsAnyNull(std::span<const dao::Value> values) {
 }
 
 bool IsAllNullKey(std::span<const KeyColumn> columns, ConstBytes key) {
-  return std::equal(columns.begin(), columns.end(), key.begin(), key.end(),
-                    [](const KeyColumn& column, std::byte flag) {
-                      return flag == NullFlag(column.ascending);
-                    });
+  return std::equal(
+      columns.begin(), columns.end(), key.begin(), key.end(),
+      [](const KeyColumn& column, std::byte flag) { return flag == NullFlag(column.ascending); });
 }
 
 std::optional<KeyParts> SplitKey(std::span<const KeyColumn> columns, ConstBytes key) {
   KeyParts parts;
   parts.count = columns.size();
-  if (columns.size() > kMaxIndexColumns || !SplitFrom(columns, key, 0, 0, parts)) return std::nullopt;
+  if (columns.size() > kMaxIndexColumns || !SplitFrom(columns, key, 0, 0, parts))
+    return std::nullopt;
   return parts;
 }
 

@@ -1,6 +1,6 @@
-// Index keys: the values of a row's indexed columns as one byte string, so that trees compare bytes and
-// need to know no types. For each column a flag byte (null or value, by direction), then the value in a form
-// whose bytes order as the values do; descending values are inverted.
+// Index keys: the values of a row's indexed columns as one byte string, so that trees compare bytes
+// and need to know no types. For each column a flag byte (null or value, by direction), then the
+// value in a form whose bytes order as the values do; descending values are inverted.
 #pragma once
 
 #include <array>
@@ -22,9 +22,9 @@ struct KeyColumn {
   bool ascending = true;
 };
 
-// Keys above kMaxKeyLength are refused with error 3047. A value that is not of its column's type is error
-// 3421, a type that has no keys 3287. `values` are as many as `columns`, or fewer for the beginning
-// of a key. Negative zeros are taken for zero.
+// Keys above kMaxKeyLength are refused with error 3047. A value that is not of its column's type is
+// error 3421, a type that has no keys 3287. `values` are as many as `columns`, or fewer for the
+// beginning of a key. Negative zeros are taken for zero.
 std::vector<std::byte> EncodeKey(std::span<const KeyColumn> columns,
                                  std::span<const dao::Value> values);
 

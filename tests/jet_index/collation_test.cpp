@@ -29,18 +29,22 @@ TEST(TextKey, IsWhatAccessWrites) {
       {"hyphen first", u"-1", "38 01 01 01 01 80 07 06 82 00"},
       {"control first", u"\u0003DirData", "4F 59 69 4F 4A 6D 4A 01 01 01 01 80 07 06 05 00"},
       {"kana", u"漢字仮名交じり文",
-       "C0 B6 AC AC A0 0D A5 47 9F BE 7F 13 7F 43 B6 F6 01 02 02 02 02 02 03 01 01 FF 02 80 FF 80 00"},
+       "C0 B6 AC AC A0 0D A5 47 9F BE 7F 13 7F 43 B6 F6 01 02 02 02 02 02 03 01 01 FF 02 80 FF 80 "
+       "00"},
       {"signs", u"~sq_cSök~sq_ccboKst",
-       "2B 0F 6B 68 2B 03 4D 6B 64 5C 2B 0F 6B 68 2B 03 4D 4D 4C 64 5C 6B 6D 01 02 02 02 02 02 02 13 00"},
+       "2B 0F 6B 68 2B 03 4D 6B 64 5C 2B 0F 6B 68 2B 03 4D 4D 4C 64 5C 6B 6D 01 02 02 02 02 02 02 "
+       "13 00"},
       {"empty", u"", "01 00"},
       {"blank", u" ", "01 00"},
       {"NUL", std::u16string(1, u'\0'), "01 00"},
       {"lower", u"łódź", "5E 64 4F 78 01 1F 0E 02 0E 00"},
       {"capital", u"ŁÓDŹ", "5E 64 4F 78 01 1F 0E 02 0E 00"},
       {"pangram", u"Zażółć gęślą jaźń",
-       "78 4A 78 64 5E 4D 07 55 51 6B 5E 4A 07 5B 4A 78 62 01 02 02 10 0E 1F 0E 02 02 1B 0E 02 1B 02 02 "
+       "78 4A 78 64 5E 4D 07 55 51 6B 5E 4A 07 5B 4A 78 62 01 02 02 10 0E 1F 0E 02 02 1B 0E 02 1B "
+       "02 02 "
        "02 0E 0E 00"},
-      {"Polish letters", u"ĄĆĘŁŃÓŚŹŻ", "4A 4D 51 5E 62 64 6B 78 78 01 1B 0E 1B 1F 0E 0E 0E 0E 10 00"},
+      {"Polish letters", u"ĄĆĘŁŃÓŚŹŻ",
+       "4A 4D 51 5E 62 64 6B 78 78 01 1B 0E 1B 1F 0E 0E 0E 0E 10 00"},
       {"hyphen among accents", u"ąć-ę", "4A 4D 51 01 1B 0E 1B 01 01 01 80 0F 06 82 00"},
       {"hyphen within", u"co-op", "4D 64 64 66 01 01 01 01 80 0F 06 82 00"},
       {"apostrophe", u"O'Neil", "64 62 51 59 5E 01 01 01 01 80 0B 06 80 00"},
@@ -65,7 +69,8 @@ TEST(TextKey, IsWhatAccessWrites) {
 
 TEST(TextKey, EndsWithTheFirst255Units) {
   const std::u16string blanks = std::u16string(254, u'a') + u"  x";
-  EXPECT_EQ(KeyOf(std::u16string(254, u'a')), KeyOf(blanks)) << "cut first, then blanks off the end";
+  EXPECT_EQ(KeyOf(std::u16string(254, u'a')), KeyOf(blanks))
+      << "cut first, then blanks off the end";
   EXPECT_EQ(KeyOf(std::u16string(255, u'a')), KeyOf(std::u16string(300, u'a')));
   EXPECT_NE(KeyOf(std::u16string(254, u'a')), KeyOf(std::u16string(255, u'a')));
 }
@@ -76,8 +81,9 @@ TEST(TextKey, PositionRunsIntoTheUpperByte) {
 
 // Each row sorts before the next one, in one direction as in the other.
 TEST(TextKey, SortsAsTextDoes) {
-  const std::u16string rows[] = {u"", u"_", u"1", u"a", u"coop", u"co-op", u"coops", u"lodz", u"łódź",
-                                 u"lodzie", u"strasse", u"z", u"Ж", u"漢"};
+  const std::u16string rows[] = {u"",        u"_",     u"1",    u"a",    u"coop",
+                                 u"co-op",   u"coops", u"lodz", u"łódź", u"lodzie",
+                                 u"strasse", u"z",     u"Ж",    u"漢"};
   for (std::size_t i = 0; i + 1 < std::size(rows); ++i) {
     EXPECT_TRUE(CompareText(rows[i], rows[i + 1]) < 0) << i;
     std::vector<std::byte> low, high;
@@ -104,7 +110,8 @@ TEST(TextKey, EveryUnitHasASoundKey) {
     ASSERT_LE(inlineBytes.size(), 6u) << unit;
     for (const std::byte byte : inlineBytes) {
       ASSERT_GT(std::to_integer<unsigned>(byte), 1u) << std::hex << unit;
-      ASSERT_LT(std::to_integer<unsigned>(byte), 0xFFu + (inlineBytes.size() > 1)) << std::hex << unit;
+      ASSERT_LT(std::to_integer<unsigned>(byte), 0xFFu + (inlineBytes.size() > 1))
+          << std::hex << unit;
     }
   }
 }

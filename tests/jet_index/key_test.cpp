@@ -12,7 +12,9 @@ namespace {
 
 using dao::Value;
 
-dao::Binary Binary(std::string_view hex) { return BytesFromHex(hex); }
+dao::Binary Binary(std::string_view hex) {
+  return BytesFromHex(hex);
+}
 
 dao::Guid Guid(std::string_view hex) {
   dao::Guid guid;
@@ -103,7 +105,8 @@ TEST(SplitKey, FindsTheColumns) {
       }
       EXPECT_EQ(dao::IsNull(b.value), parts->parts[1].isNull) << a.name << ", " << b.name;
       if (b.type == dao::dbBinary || maySplitTwice) continue;
-      EXPECT_FALSE(SplitKey(columns, ConstBytes(key).first(key.size() - 1))) << a.name << ", " << b.name;
+      EXPECT_FALSE(SplitKey(columns, ConstBytes(key).first(key.size() - 1)))
+          << a.name << ", " << b.name;
     }
   }
 }

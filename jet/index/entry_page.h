@@ -1,0 +1,169 @@
+// One index page: a header, a mask of bits that says where entries end, the entries one after
+// another.
+//
+//   offset  size  meaning
+//   0       2     03 01 node (entries lead to pages) or 04 01 leaf (entries lead to rows)
+//   2       2     free bytes = 3616 - length of the entries as stored
+//   4       4     owner: the table's definition page
+//   12, 16  4     previous and next page of the same level
+//   20      4     tail: the rightmost child of a node, which has no entry
+//   24      2     prefix: bytes of the first entry that all others lack
+//   26      1     level above the leaves
+//   27      453   mask: bit i = an entry ends before 480 + i
+//   480     3616  entries: key, page (3 bytes) and slot of the row; on a node then the child page
+//   (4), all
+//                 big-endian
+//
+// Entries ascend as bytes over key and row. The entry of a node is the last one of its child.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "jet/file/bytes.h"
+#include "jet/file/format.h"
+#include "jet/file/pager.h"
+#include "jet/file/usage_map.h"
+
+namespace zimbrat::jet {
+
+// Key and row pointer of one entry, without the child page. A place on the stack: trees are changed
+// row by row, and no row should cost an allocation.
+class EntryBuffer {
+ public:
+  EntryBuffer() = default;
+  // The key must be no longer than a page has room for.
+  EntryBuffer(ConstBytes key, RowPointer row);
+
+  operator ConstBytes() const { return ConstBytes(bytes_).first(size_); }
+  std::size_t Size() const { return size_; }
+  void Append(ConstBytes bytes);
+  void Clear() { size_ = 0; }
+
+ private:
+  std::array<std::byte, kSizeEntries> bytes_;
+  std::size_t size_ = 0;
+};
+
+RowPointer RowOfEntry(ConstBytes entry);
+inline ConstBytes KeyOfEntry(ConstBytes entry) {
+  return entry.first(entry.size() - kSizeLeafPointer);
+}
+
+// Length of the common beginning.
+std::size_t CommonLength(ConstBytes a, ConstBytes b);
+
+// A page that is pinned and taken apart. Entries are always meant without their child page.
+class EntryPage {
+ public:
+  // Error 3049 unless it is a sound index page of this owner.
+  EntryPage(PageRef page, PageNumber owner);
+
+  PageNumber Number() const { return page_.Number(); }
+  bool IsLeaf() const { return pointerSize_ == kSizeLeafPointer; }
+  std::size_t Count() const { return count_; }
+  PageNumber Previous() const { return Get32(page_.Read(), kOffsetPreviousLeaf); }
+  PageNumber Next() const { return Get32(page_.Read(), kOffsetNextLeaf); }
+  PageNumber Tail() const { return IsLeaf() ? 0 : Get32(page_.Read(), kOffsetTail); }
+  // Children of a node, the tail included.
+  std::size_t Children() const { return count_ + (Tail() != 0 ? 1 : 0); }
+  PageNumber Child(std::size_t i) const;
+
+  // Replaces `out`.
+  void CopyEntry(std::size_t i, EntryBuffer& out) const;
+  bool IsEqual(std::size_t i, ConstBytes entry) const;
+  // The first entry >= target, which may also be the beginning of one; Count() when there is none.
+  std::size_t LowerBound(ConstBytes target) const;
+
+  // False, and nothing is changed, when the entry finds no room or does not begin with the page's
+  // prefix: then the page is to be written anew. `child` counts on nodes only.
+  bool TryInsert(std::size_t i, ConstBytes entry, PageNumber child = 0);
+  bool TryReplace(std::size_t i, ConstBytes entry, PageNumber child);
+  void Erase(std::size_t i);
+  void SetPrevious(PageNumber page) { PutLink(kOffsetPreviousLeaf, page); }
+  void SetNext(PageNumber page) { PutLink(kOffsetNextLeaf, page); }
+
+ private:
+  std::size_t Used() const { return count_ == 0 ? 0 : ends_[count_ - 1]; }
+  std::size_t SuffixStart(std::size_t i) const { return i == 0 ? prefix_ : ends_[i - 1]; }
+  // What follows the prefix, child page included.
+  ConstBytes Suffix(std::size_t i) const;
+  ConstBytes Prefix() const { return page_.Read().subspan(kOffsetEntries, prefix_); }
+  void DecodeMask();
+  void CheckLengths() const;
+  bool SharesPrefix(ConstBytes entry) const;
+  void Splice(std::size_t offset, std::size_t removed, ConstBytes entry, PageNumber child);
+  void PutMask();
+  void PutLink(std::size_t offset, PageNumber page);
+
+  PageRef page_;
+  std::size_t pointerSize_ = kSizeLeafPointer;
+  std::size_t prefix_ = 0;
+  std::size_t count_ = 0;
+  std::array<std::uint16_t, kSizeEntries + 1> ends_;
+};
+
+// Entries of one page, or of what is to become one or two pages, with the children of a node.
+class EntryList {
+ public:
+  struct Run {
+    std::size_t first = 0;
+    std::size_t last = 0;  // one after
+    bool hasTail = false;  // the last child is stored without its entry
+  };
+  struct Layout {
+    bool fits = false;
+    std::size_t prefix = 0;
+  };
+
+  explicit EntryList(bool isLeaf) : childSize_(isLeaf ? 0 : sizeof(PageNumber)) {}
+
+  bool IsLeaf() const { return childSize_ == 0; }
+  // Bytes that a child page takes in an entry.
+  std::size_t ChildSize() const { return childSize_; }
+  std::size_t Size() const { return items_.size(); }
+  ConstBytes Entry(std::size_t i) const {
+    return ConstBytes(bytes_).subspan(items_[i].offset, items_[i].size);
+  }
+  PageNumber Child(std::size_t i) const { return items_[i].child; }
+  void Insert(std::size_t i, ConstBytes entry, PageNumber child = 0);
+  void Append(ConstBytes entry, PageNumber child = 0) { Insert(Size(), entry, child); }
+  void Clear() {
+    items_.clear();
+    bytes_.clear();
+  }
+  void RemoveLast() { items_.pop_back(); }
+  // Without prefix when there is room, else with the longest.
+  Layout LayOut(const Run& run) const;
+  // The cut nearest to the middle of the bytes whose both parts fit, or 0. `hasTail` is for the
+  // upper part.
+  std::size_t CutNearMiddle(bool hasTail) const;
+
+ private:
+  struct Item {
+    std::size_t offset;
+    std::size_t size;
+    PageNumber child;
+  };
+  std::size_t StoredSize(std::size_t i) const { return items_[i].size + childSize_; }
+
+  std::size_t childSize_;
+  std::vector<std::byte> bytes_;
+  std::vector<Item> items_;
+};
+
+struct EntryPageHeader {
+  PageNumber owner = 0;
+  PageNumber previous = 0;
+  PageNumber next = 0;
+  std::uint8_t level = 0;
+};
+
+// The whole page from a run that fits.
+void WriteEntryPage(Bytes page, const EntryPageHeader& header, const EntryList& list,
+                    const EntryList::Run& run);
+
+}  // namespace zimbrat::jet

@@ -1,0 +1,154 @@
+// Searching, and changes that stay within the pages that are there. What takes new pages or gives
+// some back is in tree_pages.cpp.
+#include "jet/index/tree.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "jet/file/errors.h"
+
+namespace zimbrat::jet {
+
+bool IndexTree::Path::IsRightmost(std::size_t at) const {
+  return std::all_of(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(at),
+                     [](const Step& step) { return step.isLast; });
+}
+
+void IndexTree::WriteEmptyLeaf(Pager& pager, PageNumber root, PageNumber owner) {
+  PageRef page = pager.Get(root);
+  WriteEntryPage(page.Change(), {.owner = owner}, EntryList(true), {});
+}
+
+// The leaf in which the first entry >= target stands or belongs.
+EntryPage IndexTree::Descend(ConstBytes target, Path* path) const {
+  PageNumber number = root_;
+  for (std::size_t depth = 0; depth < kMaxHeight; ++depth) {
+    EntryPage page = Open(number);
+    if (path) path->depth = depth;
+    if (page.IsLeaf()) return page;
+    std::size_t child = page.LowerBound(target);
+    if (child == page.Children()) --child;
+    if (path) {
+      path->steps[depth] = {number, child, child == page.Count(), child + 1 == page.Children()};
+    }
+    number = page.Child(child);
+  }
+  RaiseDamagedPage(root_, u"drzewo indeksu jest zbyt wysokie");
+}
+
+IndexTree::Cursor::Cursor(const IndexTree& tree, EntryPage leaf, ConstBytes target)
+    : pager_(tree.pager_),
+      owner_(tree.owner_),
+      page_(std::move(leaf)),
+      index_(page_.LowerBound(target)) {
+  Settle();
+}
+
+void IndexTree::Cursor::Next() {
+  ++index_;
+  Settle();
+}
+
+// On to the next leaf when this one is through.
+void IndexTree::Cursor::Settle() {
+  while (index_ >= page_.Count() && page_.Next() != 0) {
+    if (++pagesRead_ > pager_->PageCount()) {
+      RaiseDamagedPage(page_.Number(), u"łańcuch liści indeksu się zapętla");
+    }
+    page_ = EntryPage(pager_->Get(page_.Next()), owner_);
+    if (!page_.IsLeaf()) RaiseDamagedPage(page_.Number(), u"nie jest liściem indeksu");
+    index_ = 0;
+  }
+  if (Valid()) page_.CopyEntry(index_, entry_);
+}
+
+IndexTree::Cursor IndexTree::Seek(ConstBytes start) const {
+  return Cursor(*this, Descend(start, nullptr), start);
+}
+
+bool IndexTree::ContainsKey(ConstBytes key) const {
+  for (Cursor cursor = Seek(key); cursor.Valid(); cursor.Next()) {
+    const ConstBytes found = cursor.Key();
+    if (found.size() < key.size() || CommonLength(found, key) < key.size()) return false;
+    if (found.size() == key.size()) return true;
+  }
+  return false;
+}
+
+void IndexTree::Insert(ConstBytes key, RowPointer row) {
+  if (key.size() > kMaxKeyLength) Raise(platform::kErrRecordTooLarge);
+  const EntryBuffer entry(key, row);
+  Path path;
+  EntryPage leaf = Descend(entry, &path);
+  const std::size_t place = leaf.LowerBound(entry);
+  const bool isLast = place == leaf.Count();
+  if (!isLast && leaf.IsEqual(place, entry)) {
+    RaiseDamagedPage(leaf.Number(), u"indeks zawiera już wpis tego wiersza");
+  }
+  Answer answer;
+  if (leaf.TryInsert(place, entry)) {
+    if (!isLast || path.depth == 0) return;
+    answer.count = 1;
+    answer.places[0].Set(entry, leaf.Number());
+  } else {
+    EntryList list(true);
+    EntryBuffer other;
+    for (std::size_t i = 0; i < leaf.Count(); ++i) {
+      if (i == place) list.Append(entry);
+      leaf.CopyEntry(i, other);
+      list.Append(other);
+    }
+    if (isLast) list.Append(entry);
+    answer.isAppended = isLast && path.IsRightmost(path.depth);
+    Store(path, path.depth, leaf.Number(), list, answer);
+  }
+  TellParents(path, answer);
+}
+
+bool IndexTree::Erase(ConstBytes key, RowPointer row) {
+  if (key.size() + kSizeLeafPointer > kSizeEntries) return false;
+  const EntryBuffer entry(key, row);
+  Path path;
+  EntryPage leaf = Descend(entry, &path);
+  const std::size_t place = leaf.LowerBound(entry);
+  if (place == leaf.Count() || !leaf.IsEqual(place, entry)) return false;
+  Answer answer;
+  if (leaf.Count() > 1 || path.depth == 0) {
+    const bool isLast = place + 1 == leaf.Count();
+    leaf.Erase(place);
+    if (!isLast || path.depth == 0) return true;
+    answer.count = 1;
+    answer.places[0].page = leaf.Number();
+    leaf.CopyEntry(place - 1, answer.places[0].last);
+  } else {
+    Unlink(leaf);
+    FreePage(leaf.Number());
+  }
+  const bool isGone = answer.count == 0;
+  TellParents(path, answer);
+  if (isGone && path.IsRightmost(path.depth)) GiveRightmostNodeItsTail();
+  return true;
+}
+
+// Hands the answer of a page upwards until a parent need not change.
+void IndexTree::TellParents(const Path& path, Answer& answer) {
+  for (std::size_t at = path.depth; at-- > 0 && !answer.isDone;) {
+    const Step& step = path.steps[at];
+    if (answer.count != 1) {
+      ReplaceChild(path, at, answer);
+      continue;
+    }
+    if (!step.isTail) {
+      EntryPage node = Open(step.page);
+      if (!node.TryReplace(step.child, answer.places[0].last, answer.places[0].page)) {
+        ReplaceChild(path, at, answer);
+        continue;
+      }
+    }
+    answer.isDone = !step.isLast;
+    answer.places[0].page = step.page;
+  }
+}
+
+}  // namespace zimbrat::jet
