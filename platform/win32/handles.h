@@ -1,0 +1,69 @@
+// Handles of Windows that release themselves. Nothing else in the program releases one.
+//
+// One template, one line of traits a kind: the type, the value that means "none", the releasing call.
+#pragma once
+
+#include <windows.h>
+
+#include <utility>
+
+namespace zimbrat::platform {
+
+template <class Traits>
+class UniqueHandle {
+ public:
+  using Type = typename Traits::Type;
+
+  UniqueHandle() = default;
+  explicit UniqueHandle(Type handle) : handle_(handle) {}
+  UniqueHandle(UniqueHandle&& other) noexcept : handle_(std::exchange(other.handle_, Traits::None())) {}
+  UniqueHandle& operator=(UniqueHandle&& other) noexcept {
+    std::swap(handle_, other.handle_);
+    return *this;
+  }
+  ~UniqueHandle() {
+    if (IsOpen()) Traits::Close(handle_);
+  }
+
+  Type Get() const { return handle_; }
+  bool IsOpen() const { return handle_ != Traits::None(); }
+  // For calls that put the handle somewhere; only while there is none.
+  Type* Receive() { return &handle_; }
+
+ private:
+  Type handle_ = Traits::None();
+};
+
+struct FileTraits {
+  using Type = HANDLE;
+  static Type None() { return INVALID_HANDLE_VALUE; }
+  static void Close(Type handle) { ::CloseHandle(handle); }
+};
+struct FindTraits {
+  using Type = HANDLE;
+  static Type None() { return INVALID_HANDLE_VALUE; }
+  static void Close(Type handle) { ::FindClose(handle); }
+};
+struct ObjectTraits {  // mutexes and the like
+  using Type = HANDLE;
+  static Type None() { return nullptr; }
+  static void Close(Type handle) { ::CloseHandle(handle); }
+};
+struct KeyTraits {
+  using Type = HKEY;
+  static Type None() { return nullptr; }
+  static void Close(Type handle) { ::RegCloseKey(handle); }
+};
+struct LocalTraits {  // memory that the system allocated for its caller
+  using Type = HLOCAL;
+  static Type None() { return nullptr; }
+  static void Close(Type handle) { ::LocalFree(handle); }
+};
+
+using FileHandle = UniqueHandle<FileTraits>;
+using FindHandle = UniqueHandle<FindTraits>;
+using ObjectHandle = UniqueHandle<ObjectTraits>;
+using KeyHandle = UniqueHandle<KeyTraits>;
+using LocalHandle = UniqueHandle<LocalTraits>;
+
+}  // namespace zimbrat::platform

@@ -1,0 +1,23 @@
+#include "platform/system.h"
+
+#include "win32_clock.h"
+#include "win32_console.h"
+#include "win32_environment.h"
+#include "win32_files.h"
+#include "win32_profile.h"
+#include "win32_registry.h"
+
+namespace zimbrat::platform {
+
+System MakeSystem(int, char**) {
+  System system;
+  system.console = std::make_unique<Win32Console>();
+  system.environment = std::make_unique<Win32Environment>();
+  system.clock = std::make_unique<Win32Clock>();
+  system.files = std::make_unique<Win32Files>();
+  system.profile = std::make_unique<Win32Profile>();
+  system.registry = std::make_unique<Win32Registry>();
+  return system;
+}
+
+}  // namespace zimbrat::platform

@@ -1,0 +1,15 @@
+// Environment variables and folders of a Windows process.
+#pragma once
+
+#include "platform/environment.h"
+
+namespace zimbrat::platform {
+
+class Win32Environment : public Environment {
+ public:
+  std::u16string Variable(std::u16string_view name) override;
+  std::u16string ProgramFolder() override;
+  std::u16string CurrentFolder() override;
+};
+
+}  // namespace zimbrat::platform
