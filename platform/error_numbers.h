@@ -22,6 +22,7 @@ inline constexpr std::int32_t kErrPermissionDenied = 70;      // file in use els
 inline constexpr std::int32_t kErrDiskNotReady = 71;
 inline constexpr std::int32_t kErrPathAccess = 75;            // no right to the file or folder
 inline constexpr std::int32_t kErrPathNotFound = 76;
+inline constexpr std::int32_t kErrObjectNotSet = 91;          // an object used before it was set
 inline constexpr std::int32_t kErrInvalidNull = 94;
 inline constexpr std::int32_t kErrCannotCreateObject = 429;
 inline constexpr std::int32_t kErrNoSuchMember = 438;         // a member asked for by a wrong name

@@ -3,10 +3,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace zimbrat::platform {
+
+class RunTimeError;
 
 // Flags and answers of message boxes, as the platform numbers them.
 inline constexpr int kMsgInformation = 64;
@@ -27,6 +30,12 @@ class Host {
   virtual void Pulse() = 0;
   // Verifies a finished copy before it is put in place; throws a RunTimeError when it must not be.
   virtual void VerifyCopy(std::u16string_view path) = 0;
+  // The password that a person types for that database; nothing when it was cancelled or nobody answers.
+  virtual std::optional<std::u16string> AskPassword(std::u16string_view database) = 0;
+  // An unexpected failure of `routine` (its own name), for the error report.
+  virtual void ReportError(const RunTimeError& error, std::u16string_view routine) = 0;
+  // The hourglass, where there is a pointer.
+  virtual void SetBusy(bool busy) = 0;
 };
 
 }  // namespace zimbrat::platform

@@ -32,6 +32,7 @@ constexpr ErrorText kErrorTexts[] = {
     {kErrDiskNotReady, u"Dysk niegotowy"},
     {kErrPathAccess, u"Błąd dostępu do ścieżki lub pliku"},
     {kErrPathNotFound, u"Nie znaleziono ścieżki"},
+    {kErrObjectNotSet, u"Nie ustawiono zmiennej obiektowej lub zmiennej bloku With"},
     {kErrInvalidNull, u"Nieprawidłowe użycie wartości Null"},
     {kErrCannotCreateObject, u"Składnik ActiveX nie może utworzyć obiektu"},
     {kErrNoSuchMember, u"Obiekt nie obsługuje tej właściwości lub metody"},
