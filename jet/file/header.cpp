@@ -23,8 +23,6 @@ bool HasSignature(ConstBytes page, std::string_view signature) {
                     [](char c, std::byte b) { return static_cast<std::byte>(c) == b; });
 }
 
-void ToggleMask(Bytes page) { Rc4(kHeaderKey, page.subspan(kOffsetMasked, kSizeMasked)); }
-
 // The password's own mask: the creation day as a 32-bit number, repeated. Needs the header unmasked.
 void TogglePasswordMask(Bytes page) {
   const double created = GetLittle<double>(page, kOffsetCreated);
@@ -62,11 +60,13 @@ void CheckKind(ConstBytes page, std::u16string_view path) {
 
 }  // namespace
 
+void ToggleHeaderMask(Bytes page) { Rc4(kHeaderKey, page.subspan(kOffsetMasked, kSizeMasked)); }
+
 FileHeader DecodeHeader(ConstBytes page, std::u16string_view path) {
   CheckKind(page, path);
   std::array<std::byte, kPageSize> plain;
   std::copy(page.begin(), page.end(), plain.begin());
-  ToggleMask(plain);
+  ToggleHeaderMask(plain);
   TogglePasswordMask(plain);
   FileHeader header;
   header.codePage = Get16(plain, kOffsetCodePage);
@@ -96,7 +96,7 @@ void BuildHeader(Bytes page, const HeaderOrigin& origin, std::uint32_t encodingK
     Put8(page, kOffsetCreated + i, origin.created[i]);
   }
   TogglePasswordMask(page);
-  ToggleMask(page);
+  ToggleHeaderMask(page);
   Put32(page, kOffsetFormatMark, 0x654);
   Put8(page, kOffsetFormatMark + 4, '4');
   Put8(page, kOffsetFormatMark + 5, '.');
@@ -110,13 +110,13 @@ void WritePassword(Bytes page, std::u16string_view password) {
   if (password.size() > kMaxPasswordLength || password.find(u'\0') != password.npos) {
     Raise(platform::kErrInvalidArgument);
   }
-  ToggleMask(page);
+  ToggleHeaderMask(page);
   for (std::size_t i = 0; i < kMaxPasswordLength; ++i) {
     const char16_t unit = i < password.size() ? password[i] : u'\0';
     Put16(page, kOffsetPassword + 2 * i, unit);
   }
   TogglePasswordMask(page);
-  ToggleMask(page);
+  ToggleHeaderMask(page);
 }
 
 }  // namespace zimbrat::jet

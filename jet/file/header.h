@@ -47,6 +47,9 @@ FileHeader DecodeHeader(ConstBytes page, std::u16string_view path);
 
 void BuildHeader(Bytes page, const HeaderOrigin& origin, std::uint32_t encodingKey);
 
+// Masks or unmasks the masked area of page 0.
+void ToggleHeaderMask(Bytes page);
+
 // At most 20 units (error 3001); empty clears it.
 void WritePassword(Bytes page, std::u16string_view password);
 

@@ -1,0 +1,88 @@
+#include "jet/catalog/database_file.h"
+
+#include <array>
+#include <utility>
+
+#include "jet/catalog/new_database.h"
+#include "jet/file/errors.h"
+
+namespace zimbrat::jet {
+
+namespace {
+
+constexpr std::uint64_t kMinPages = 6;
+
+FileHeader ReadHeader(platform::File& file, std::u16string_view path) {
+  std::array<std::byte, kPageSize> page;
+  if (file.ReadAt(0, page) < kPageSize) Raise(platform::kErrUnrecognizedFormat, path);
+  const FileHeader header = DecodeHeader(page, path);
+  if (file.Size() < kMinPages * kPageSize) RaiseDamaged(u"plik jest ucięty");
+  return header;
+}
+
+// With a good header, a wrong page 2 means damage.
+void CheckCatalogPage(Pager& pager) {
+  if (Get8(pager.Get(kObjectsPage).Read(), 0) != kPageDefinition) {
+    RaiseDamagedPage(kObjectsPage, u"nie zawiera definicji katalogu");
+  }
+}
+
+}  // namespace
+
+DatabaseFile::DatabaseFile(platform::Files& files, platform::Clock& clock,
+                           std::unique_ptr<platform::File> file, std::u16string path,
+                           const FileHeader& header, bool readOnly)
+    : clock_(clock),
+      header_(header),
+      readOnly_(readOnly),
+      pager_(files, std::move(file), std::move(path), header.encodingKey),
+      allocator_(pager_),
+      catalog_({pager_, allocator_}, clock) {}
+
+void DatabaseFile::RequireWritable() const {
+  if (readOnly_) Raise(platform::kErrReadOnly);
+}
+
+void DatabaseFile::ChangePassword(std::u16string_view former, std::u16string_view password) {
+  RequireWritable();
+  if (former != header_.password) Raise(platform::kErrInvalidPassword);
+  PageRef page = pager_.GetHeader();
+  WritePassword(page.Change(), password);
+  header_.password = password;
+}
+
+std::unique_ptr<DatabaseFile> OpenDatabaseFile(platform::Files& files, platform::Clock& clock,
+                                               std::u16string_view path, bool readOnly,
+                                               std::u16string_view password,
+                                               const std::function<void()>& pulse) {
+  auto file = files.Open(path, readOnly ? platform::OpenMode::Read : platform::OpenMode::ReadWrite,
+                         readOnly ? platform::Sharing::Readers : platform::Sharing::None);
+  const FileHeader header = ReadHeader(*file, path);
+  if (!header.password.empty() && header.password != password) Raise(platform::kErrInvalidPassword);
+  auto database = std::make_unique<DatabaseFile>(files, clock, std::move(file), std::u16string(path),
+                                                 header, readOnly);
+  database->Pages().pulse = pulse;
+  CheckCatalogPage(database->Pages());
+  database->GetCatalog().Objects();
+  return database;
+}
+
+std::unique_ptr<DatabaseFile> CreateDatabaseFile(platform::Files& files, platform::Clock& clock,
+                                                 std::u16string_view path, bool encode,
+                                                 std::u16string_view password,
+                                                 const std::function<void()>& pulse) {
+  auto file = files.Open(path, platform::OpenMode::CreateNew, platform::Sharing::None);
+  std::uint32_t key = 0;
+  while (encode && key == 0) key = clock.Random();
+  std::array<std::byte, kPageSize> page;
+  BuildHeader(page, kGeneralOrigin, key);
+  WritePassword(page, password);
+  file->WriteAt(0, page);
+  auto database = std::make_unique<DatabaseFile>(files, clock, std::move(file), std::u16string(path),
+                                                 DecodeHeader(page, path), false);
+  database->Pages().pulse = pulse;
+  BuildSystemTables(database->GetStorage(), clock.Now());
+  return database;
+}
+
+}  // namespace zimbrat::jet

@@ -1,0 +1,20 @@
+// Values brought to the type of a column, as a put into a field does.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "jet/table/definition.h"
+#include "platform/dao.h"
+
+namespace zimbrat::jet {
+
+// Error 3421 when the value does not convert or is out of range, 3163 when a text or binary is too long.
+dao::Value ConvertToColumn(const Column& column, const dao::Value& value);
+
+// Any number, Boolean (-1, 0), date or numeric text as a Double; nothing for Null and the rest.
+std::optional<double> FindDouble(const dao::Value& value);
+// As the & operator shows it; Null is empty.
+std::u16string TextOfValue(const dao::Value& value);
+
+}  // namespace zimbrat::jet
