@@ -1,0 +1,79 @@
+// The surroundings of the product for a test: a folder of its own, a registry and profiles in files
+// there, a host that writes down what it was told and answers as the test says.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/portable/profile.h"
+#include "platform/portable/registry.h"
+#include "platform/system.h"
+#include "platform/text.h"
+#include "suite/program_state.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/temp_folder.h"
+
+namespace zimbrat::tests {
+
+class FakeHost : public platform::Host {
+ public:
+  std::vector<std::u16string> messages;
+  std::vector<std::u16string> reports;  // routines
+  int answer = platform::kAnswerNone;
+  std::optional<std::u16string> password;
+  // The number that VerifyCopy raises; 0 for sound copies.
+  std::int32_t verifyError = 0;
+  int busyDepth = 0;
+
+  int ShowMessage(std::u16string_view prompt, int, std::u16string_view) override {
+    messages.emplace_back(prompt);
+    return answer;
+  }
+  void Pulse() override {}
+  void VerifyCopy(std::u16string_view) override {
+    if (verifyError != 0) throw platform::RunTimeError(verifyError, u"test", u"test");
+  }
+  std::optional<std::u16string> AskPassword(std::u16string_view) override { return password; }
+  void ReportError(const platform::RunTimeError&, std::u16string_view routine) override {
+    reports.emplace_back(routine);
+  }
+  void SetBusy(bool busy) override { busyDepth += busy ? 1 : -1; }
+};
+
+class FakeEnvironment : public platform::Environment {
+ public:
+  std::u16string programFolder;
+
+  std::u16string Variable(std::u16string_view) override { return {}; }
+  std::u16string ProgramFolder() override { return programFolder; }
+  std::u16string CurrentFolder() override { return programFolder; }
+};
+
+class Bench {
+ public:
+  // Over the system's files, or over `others`, which must outlive the bench.
+  explicit Bench(platform::Files* others = nullptr);
+
+  platform::System system = platform::MakeSystem(0, nullptr);
+  TempFolder folder;
+  platform::Files& files;
+  FakeClock clock;
+  FakeEnvironment environment;
+  FakeHost host;
+  platform::PortableRegistry registry;
+  platform::PortableProfile profile;
+  suite::ProgramState state;
+
+  std::u16string PathOf(std::u16string_view name) const { return folder.PathOf(name); }
+  // Writes a structure file: UTF-8 with LF becomes Windows-1250 with CR LF.
+  std::u16string WriteStructure(std::u16string_view name, std::string_view utf8) const;
+};
+
+// For comparisons that print what differs.
+inline std::string Utf8(std::u16string_view text) {
+  return platform::Utf8FromUtf16(text);
+}
+
+}  // namespace zimbrat::tests
