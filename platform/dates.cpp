@@ -69,7 +69,7 @@ std::optional<double> ReadDay(std::u16string_view text, std::size_t& position) {
   const int first = ReadNumber(text, position, 4, &width);
   if (first < 0) return std::nullopt;
   if (width == 4) {
-    if (!Take(text, position, u'-')) return std::nullopt;
+    if (first < 100 || !Take(text, position, u'-')) return std::nullopt;
     const int month = ReadNumber(text, position, 2);
     if (!Take(text, position, u'-')) return std::nullopt;
     return DayOf(first, month, ReadNumber(text, position, 2));

@@ -17,6 +17,7 @@ std::string Utf8FromUtf16(std::u16string_view text);
 
 // Windows-1250 as Windows has it: all 256 bytes round-trip (81, 83, 88, 90 and 98 are U+0081 ...).
 std::u16string Utf16FromAnsi1250(std::string_view bytes);
+char16_t Utf16FromAnsi1250(char byte);
 // A character without a byte in Windows-1250 becomes '?'.
 std::string Ansi1250FromUtf16(std::u16string_view text);
 

@@ -38,13 +38,15 @@ char ByteOf(char16_t unit) {
 
 }  // namespace
 
+char16_t Utf16FromAnsi1250(char byte) {
+  const auto code = static_cast<std::uint8_t>(byte);
+  return code < 0x80 ? static_cast<char16_t>(code) : kUpperHalf[code - 0x80u];
+}
+
 std::u16string Utf16FromAnsi1250(std::string_view bytes) {
   std::u16string text;
   text.reserve(bytes.size());
-  for (const char byte : bytes) {
-    const auto code = static_cast<std::uint8_t>(byte);
-    text.push_back(code < 0x80 ? static_cast<char16_t>(code) : kUpperHalf[code - 0x80u]);
-  }
+  for (const char byte : bytes) text.push_back(Utf16FromAnsi1250(byte));
   return text;
 }
 

@@ -1,7 +1,6 @@
 #include "profile_lines.h"
 
 #include <algorithm>
-#include <string>
 
 #include "platform/text.h"
 
@@ -36,7 +35,10 @@ void Decode(std::string_view content, ProfileLine& line) {
 ProfileLine ReadProfileLine(std::string_view text, std::size_t position) {
   ProfileLine line;
   line.begin = position;
-  const std::size_t stop = std::min(text.find_first_of("\r\n", position), text.size());
+  const auto from = text.begin() + static_cast<std::ptrdiff_t>(position);
+  const auto isLineEnd = [](char letter) { return letter == '\n' || letter == '\r'; };
+  const auto stop =
+      static_cast<std::size_t>(std::find_if(from, text.end(), isLineEnd) - text.begin());
   line.hasLineEnd = stop < text.size();
   const bool isPair = line.hasLineEnd && text.substr(stop, 2) == "\r\n";
   line.end = stop + (isPair ? 2 : line.hasLineEnd ? 1 : 0);
@@ -45,7 +47,9 @@ ProfileLine ReadProfileLine(std::string_view text, std::size_t position) {
 }
 
 bool EqualProfileNames(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && EqualIgnoringCase(Utf16FromAnsi1250(a), Utf16FromAnsi1250(b));
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+    return x == y || UpperCase(Utf16FromAnsi1250(x)) == UpperCase(Utf16FromAnsi1250(y));
+  });
 }
 
 std::string_view TrimProfileArgument(std::string_view argument) { return Trim(argument, " "); }

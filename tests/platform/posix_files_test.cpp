@@ -1,0 +1,125 @@
+// What only a POSIX system has: permissions, links, pipes, names that are no UTF-8.
+#include "platform/portable/posix_files.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
+#include "platform/error_numbers.h"
+#include "platform/portable/portable_clock.h"
+#include "platform/text.h"
+#include "tests/support/error_of.h"
+#include "tests/support/temp_folder.h"
+
+namespace zimbrat::platform {
+namespace {
+
+using tests::ErrorOf;
+using tests::TempFolder;
+
+class PosixFilesTest : public testing::Test {
+ protected:
+  std::string Name(std::u16string_view name) { return Utf8FromUtf16(folder.PathOf(name)); }
+
+  TempFolder folder;
+  PosixFiles files;
+};
+
+TEST_F(PosixFilesTest, PipeIsRefusedWithoutWaiting) {
+  ASSERT_EQ(::mkfifo(Name(u"pipe").c_str(), 0600), 0);
+  EXPECT_EQ(ErrorOf([&] { files.Open(folder.PathOf(u"pipe"), OpenMode::Read, Sharing::All); }),
+            kErrPathAccess);
+}
+
+TEST_F(PosixFilesTest, RealPathFollowsLinks) {
+  folder.Write(u"dane/a.mdb", "x");
+  std::filesystem::create_symlink("dane/a.mdb", Name(u"link.mdb"));
+  EXPECT_EQ(files.RealPath(folder.PathOf(u"link.mdb")), folder.PathOf(u"dane/a.mdb"));
+  EXPECT_EQ(files.State(folder.PathOf(u"link.mdb"))->size, 1u);
+}
+
+TEST_F(PosixFilesTest, ListLeavesOutNamesThatNoTextCanSpell) {
+  folder.Write(u"a.stb", "");
+  ASSERT_GE(::close(::open((Name(u"") + "\xA3.stb").c_str(), O_CREAT | O_WRONLY, 0600)), 0);
+  EXPECT_EQ(files.List(folder.Path(), u"*.stb"), std::vector<std::u16string>{u"a.stb"});
+}
+
+TEST_F(PosixFilesTest, CopyAttributesCarriesPermissions) {
+  folder.Write(u"old", "");
+  folder.Write(u"new", "");
+  ASSERT_EQ(::chmod(Name(u"old").c_str(), 0640), 0);
+  files.CopyAttributes(folder.PathOf(u"old"), folder.PathOf(u"new"));
+  struct stat found;
+  ASSERT_EQ(::stat(Name(u"new").c_str(), &found), 0);
+  EXPECT_EQ(found.st_mode & 0777, 0640u);
+}
+
+TEST_F(PosixFilesTest, HoldOfAKilledProcessIsFree) {
+  const std::u16string path = folder.PathOf(u"a.mdb");
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const auto hold = files.TryHold(path);
+    ::_exit(hold ? 0 : 1);  // without running the hold's end
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_EQ(status, 0);
+  EXPECT_TRUE(folder.Exists(u"a.mdb.lock"));
+  EXPECT_TRUE(files.TryHold(path));
+  EXPECT_FALSE(folder.Exists(u"a.mdb.lock"));
+}
+
+TEST_F(PosixFilesTest, HoldIsNeverGivenTwice) {
+  const std::u16string path = folder.PathOf(u"a.mdb");
+  std::atomic<int> inside{0}, together{0}, grants{0};
+  const auto work = [&] {
+    PosixFiles own;
+    while (grants < 2000) {
+      const auto hold = own.TryHold(path);
+      if (!hold) continue;
+      if (inside.fetch_add(1) != 0) ++together;
+      ++grants;
+      --inside;
+    }
+  };
+  std::thread first(work), second(work);
+  first.join();
+  second.join();
+  EXPECT_EQ(together, 0);
+  EXPECT_FALSE(folder.Exists(u"a.mdb.lock"));
+}
+
+TEST(PortableClockTest, FollowsThePatternsGiven) {
+  const struct {
+    std::u16string date, time;
+    std::string datePattern, timePattern;
+  } rows[] = {
+      {u"dd.MM.yyyy", u"HH:mm", "##.##.####", "##:##"},
+      {u"yyyy-MM-dd", u"HH:mm", "####-##-##", "##:##"},
+      {u"yy/MM/dd", u"hh:mm tt", "##/##/##", "##:## [AP]M"},
+  };
+  const auto shape = [](const std::u16string& text) {
+    std::string result = Utf8FromUtf16(text);
+    for (char& letter : result) {
+      if (letter >= '0' && letter <= '9') letter = '#';
+    }
+    const std::size_t half = result.find_first_of("AP");
+    if (half != std::string::npos) result.replace(half, 1, "[AP]");
+    return result;
+  };
+  for (const auto& row : rows) {
+    PortableClock clock({row.date, row.time});
+    EXPECT_EQ(shape(clock.ShortDate()), row.datePattern);
+    EXPECT_EQ(shape(clock.ShortTime()), row.timePattern);
+  }
+  EXPECT_NEAR(PortableClock().Now(), 25569 + static_cast<double>(std::time(nullptr)) / 86400, 1);
+}
+
+}  // namespace
+}  // namespace zimbrat::platform
