@@ -1,0 +1,257 @@
+#include <algorithm>
+
+#include "dao_table.h"
+#include "jet/sql/defaults.h"
+#include "platform/numbers.h"
+
+namespace zimbrat::jet {
+
+namespace {
+
+using namespace zimbrat::platform;
+
+constexpr std::int32_t kMaxTextSize = 255;
+constexpr std::int32_t kMaxBinarySize = 510;
+constexpr std::size_t kMaxExpression = 255;
+
+// Length in bytes of the types of fixed size.
+std::uint16_t FixedLength(std::int32_t type) {
+  switch (type) {
+    case dao::dbBoolean:
+    case dao::dbByte: return 1;
+    case dao::dbInteger: return 2;
+    case dao::dbLong:
+    case dao::dbSingle: return 4;
+    case dao::dbCurrency:
+    case dao::dbDouble:
+    case dao::dbDate: return 8;
+    case dao::dbGUID: return 16;
+    default: return 0;
+  }
+}
+
+bool IsTextType(std::int32_t type) { return type == dao::dbText || type == dao::dbMemo; }
+
+}  // namespace
+
+std::int32_t NumberArgument(const dao::Value& value) {
+  if (const auto* number = std::get_if<std::int32_t>(&value)) return *number;
+  if (const auto* number = std::get_if<std::int16_t>(&value)) return *number;
+  const auto* text = std::get_if<std::u16string>(&value);
+  const std::optional<double> number = text ? FindNumber(*text) : std::nullopt;
+  if (!number || *number < -2147483648.0 || *number > 2147483647.0) Raise(kErrDataConversion);
+  return LongFromDouble(*number);
+}
+
+ColumnSpec MakeColumnSpec(const FieldSpec& spec) {
+  ColumnSpec column;
+  column.name = spec.name;
+  column.type = static_cast<std::uint8_t>(spec.type);
+  column.length = FixedLength(spec.type);
+  const bool fixedWanted = (spec.attributes & dao::dbFixedField) != 0;
+  switch (spec.type) {
+    case dao::dbText:
+    case dao::dbBinary: {
+      const std::int32_t most = spec.type == dao::dbText ? kMaxTextSize : kMaxBinarySize;
+      const std::int32_t size = spec.size == 0 ? kMaxTextSize : spec.size;
+      if (size < 0 || size > most) Raise(kErrFieldTooLong, spec.name);
+      column.length = static_cast<std::uint16_t>(spec.type == dao::dbText ? size * 2 : size);
+      column.fixed = fixedWanted;
+      break;
+    }
+    case dao::dbMemo:
+      column.hyperlink = (spec.attributes & dao::dbHyperlinkField) != 0;
+      break;
+    case dao::dbLongBinary: break;
+    case dao::dbGUID: column.fixed = fixedWanted; break;
+    default:
+      if (column.length == 0) Raise(kErrInvalidFieldType, spec.name);
+      column.fixed = true;
+  }
+  column.counter = spec.type == dao::dbLong && (spec.attributes & dao::dbAutoIncrField) != 0;
+  if (column.counter && !spec.defaultValue.empty()) Raise(kErrExpressionNotAllowed, spec.name);
+  return column;
+}
+
+void PutFieldProperties(const FieldSpec& spec, PropertyBlob& properties) {
+  const bool counter = spec.type == dao::dbLong && (spec.attributes & dao::dbAutoIncrField) != 0;
+  if (!counter) properties.PutBoolean(spec.name, u"Required", spec.required);
+  if (IsTextType(spec.type)) properties.PutBoolean(spec.name, u"AllowZeroLength", spec.allowZeroLength);
+  properties.PutText(spec.name, u"DefaultValue", kTypeMemo, spec.defaultValue);
+  properties.PutText(spec.name, u"ValidationRule", kTypeMemo, spec.validationRule);
+  properties.PutText(spec.name, u"ValidationText", kTypeText, spec.validationText);
+}
+
+Column JetField::LiveColumn() {
+  const std::shared_ptr<Table> table = table_->Open();
+  const auto position = table->Definition().FindColumnById(*columnId_);
+  if (!position) Raise(kErrObjectInvalid);
+  return table->Definition().columns[*position];
+}
+
+FieldRules JetField::LiveRules() {
+  const std::shared_ptr<Table> table = table_->Open();
+  const auto position = table->Definition().FindColumnById(*columnId_);
+  if (!position) Raise(kErrObjectInvalid);
+  return table_->connection->GetCatalog().Rules(*table)[*position];
+}
+
+std::u16string JetField::Name() {
+  return Member(kSourceField, [&] { return IsLive() ? LiveColumn().name : spec_.name; });
+}
+
+void JetField::SetName(std::u16string_view name) {
+  Member(kSourceField, [&] {
+    if (!IsLive()) {
+      spec_.name = name;
+      return;
+    }
+    const Column column = LiveColumn();
+    if (column.name == name) return;
+    CheckName(name);
+    table_->ChangeStructure([&] {
+      const Storage storage = table_->connection->File().GetStorage();
+      TableDesign design(storage, table_->page);
+      const auto taken = design.definition.FindColumn(name);
+      const std::size_t own = *design.definition.FindColumnById(*columnId_);
+      if (taken && *taken != own) Raise(kErrFieldDefinedTwice, name);
+      design.definition.columns[own].name = name;
+      design.Write();
+      Catalog& catalog = table_->connection->GetCatalog();
+      PropertyBlob properties = catalog.Properties(table_->ObjectId());
+      properties.RenameColumn(column.name, name);
+      catalog.PutProperties(table_->ObjectId(), properties);
+      table_->connection->GetRelationships().ColumnRenamed(table_->name, column.name, name);
+    });
+  });
+}
+
+std::int16_t JetField::Type() {
+  return Member(kSourceField, [&] {
+    if (!IsLive()) return static_cast<std::int16_t>(spec_.type);
+    const Column column = LiveColumn();
+    return column.type == kTypeDecimal ? dao::dbDecimal : static_cast<std::int16_t>(column.type);
+  });
+}
+
+std::int32_t JetField::Size() {
+  return Member(kSourceField, [&]() -> std::int32_t {
+    if (IsLive()) {
+      const Column column = LiveColumn();
+      return column.type == kTypeText ? column.length / 2 : column.length;
+    }
+    if (spec_.type == dao::dbText && spec_.size == 0) return kMaxTextSize;
+    if (spec_.type == dao::dbText || spec_.type == dao::dbBinary) return spec_.size;
+    return FixedLength(spec_.type);
+  });
+}
+
+std::int32_t JetField::Attributes() {
+  return Member(kSourceField, [&]() -> std::int32_t {
+    if (!IsLive()) return spec_.attributes;
+    const Column column = LiveColumn();
+    std::int32_t attributes = dao::dbUpdatableField;
+    attributes |= column.IsFixed() ? dao::dbFixedField : dao::dbVariableField;
+    if (column.IsCounter()) attributes |= dao::dbAutoIncrField;
+    if ((column.flags & kColumnHyperlink) != 0) attributes |= dao::dbHyperlinkField;
+    return attributes;
+  });
+}
+
+void JetField::SetAttributes(std::int32_t attributes) {
+  Member(kSourceField, [&] {
+    if (!IsLive()) {
+      spec_.attributes = attributes;
+      return;
+    }
+    // Neither counter nor fixed width change afterwards; other bits have no effect.
+    const Column column = LiveColumn();
+    const bool counter = (attributes & dao::dbAutoIncrField) != 0;
+    const bool fixed = (attributes & dao::dbFixedField) != 0;
+    if (counter != column.IsCounter() || fixed != column.IsFixed()) Raise(kErrPropertyFixed);
+  });
+}
+
+void JetField::PutBoolean(std::u16string_view property, bool FieldSpec::*slot, bool value) {
+  Member(kSourceField, [&] {
+    if (!IsLive()) {
+      spec_.*slot = value;
+      return;
+    }
+    const Column column = LiveColumn();
+    table_->ChangeProperties(
+        [&](PropertyBlob& properties) { properties.PutBoolean(column.name, property, value); });
+  });
+}
+
+void JetField::RequireExpressionAllowed(std::u16string_view text) {
+  if (text.empty()) return;
+  if (text.size() > kMaxExpression) Raise(kErrPropertyTooLarge);
+  const bool counter = IsLive() && LiveColumn().IsCounter();
+  const std::int32_t type = IsLive() ? LiveColumn().type : spec_.type;
+  if (counter || type == dao::dbLongBinary) Raise(kErrExpressionNotAllowed, Name());
+}
+
+void JetField::PutText(std::u16string_view property, std::uint8_t type, std::u16string FieldSpec::*slot,
+                       std::u16string_view text) {
+  RequireExpressionAllowed(text);
+  if (!IsLive()) {
+    spec_.*slot = text;
+    return;
+  }
+  const Column column = LiveColumn();
+  table_->ChangeProperties(
+      [&](PropertyBlob& properties) { properties.PutText(column.name, property, type, text); });
+}
+
+bool JetField::Required() {
+  return Member(kSourceField, [&] { return IsLive() ? LiveRules().required : spec_.required; });
+}
+void JetField::SetRequired(bool required) { PutBoolean(u"Required", &FieldSpec::required, required); }
+
+bool JetField::AllowZeroLength() {
+  return Member(kSourceField, [&] { return IsLive() ? LiveRules().allowZeroLength : spec_.allowZeroLength; });
+}
+void JetField::SetAllowZeroLength(bool allow) {
+  const bool ignored = Member(kSourceField, [&] { return IsLive() && !LiveColumn().IsText(); });
+  if (!ignored) PutBoolean(u"AllowZeroLength", &FieldSpec::allowZeroLength, allow);
+}
+
+std::u16string JetField::DefaultValue() {
+  return Member(kSourceField, [&] { return IsLive() ? LiveRules().defaultValue : spec_.defaultValue; });
+}
+void JetField::SetDefaultValue(std::u16string_view expression) {
+  Member(kSourceField, [&] {
+    CheckDefault(expression, Name());
+    PutText(u"DefaultValue", kTypeMemo, &FieldSpec::defaultValue, expression);
+  });
+}
+
+std::u16string JetField::ValidationRule() {
+  return Member(kSourceField, [&] { return IsLive() ? LiveRules().validationRule : spec_.validationRule; });
+}
+void JetField::SetValidationRule(std::u16string_view expression) {
+  Member(kSourceField, [&] { PutText(u"ValidationRule", kTypeMemo, &FieldSpec::validationRule, expression); });
+}
+
+std::u16string JetField::ValidationText() {
+  return Member(kSourceField, [&] { return IsLive() ? LiveRules().validationText : spec_.validationText; });
+}
+void JetField::SetValidationText(std::u16string_view text) {
+  Member(kSourceField, [&] { PutText(u"ValidationText", kTypeText, &FieldSpec::validationText, text); });
+}
+
+std::u16string JetField::ForeignName() {
+  return Member(kSourceField, [&]() -> std::u16string { Raise(kErrInvalidOperation); });
+}
+void JetField::SetForeignName(std::u16string_view) {
+  Member(kSourceField, [&] { Raise(kErrInvalidOperation); });
+}
+dao::Value JetField::Value() {
+  return Member(kSourceField, [&]() -> dao::Value { Raise(kErrValueNeedsRecordset); });
+}
+void JetField::SetValue(const dao::Value&) {
+  Member(kSourceField, [&] { Raise(kErrValueNeedsRecordset); });
+}
+
+}  // namespace zimbrat::jet

@@ -1,0 +1,185 @@
+#include <algorithm>
+
+#include "dao_table.h"
+#include "refusing_field.h"
+#include "platform/text.h"
+
+namespace zimbrat::jet {
+
+namespace {
+
+using namespace zimbrat::platform;
+
+class IndexField : public RefusingField {
+ public:
+  explicit IndexField(IndexFieldSpec spec) : spec_(std::move(spec)) {}
+  const IndexFieldSpec& Spec() const { return spec_; }
+  std::u16string Name() override { return spec_.name; }
+  void SetName(std::u16string_view name) override { spec_.name = name; }
+  std::int32_t Attributes() override { return spec_.descending ? dao::dbDescending : 0; }
+  void SetAttributes(std::int32_t attributes) override {
+    spec_.descending = (attributes & dao::dbDescending) != 0;
+  }
+
+ private:
+  IndexFieldSpec spec_;
+};
+
+class IndexFields : public dao::Collection<dao::Field> {
+ public:
+  explicit IndexFields(std::shared_ptr<JetIndex> index) : index_(std::move(index)) {}
+
+  int Count() override {
+    return Member(kSourceIndexFields, [&] { return static_cast<int>(index_->FieldList().size()); });
+  }
+  std::shared_ptr<dao::Field> Item(int position) override {
+    return Member(kSourceIndexFields, [&]() -> std::shared_ptr<dao::Field> {
+      const std::vector<IndexFieldSpec> list = index_->FieldList();
+      if (position < 0 || position >= static_cast<int>(list.size())) {
+        Raise(kErrItemNotFound, DecimalText(position));
+      }
+      return std::make_shared<IndexField>(list[static_cast<std::size_t>(position)]);
+    });
+  }
+  std::shared_ptr<dao::Field> Item(std::u16string_view name) override {
+    return Member(kSourceIndexFields, [&]() -> std::shared_ptr<dao::Field> {
+      for (const IndexFieldSpec& spec : index_->FieldList()) {
+        if (EqualIgnoringCase(spec.name, name)) return std::make_shared<IndexField>(spec);
+      }
+      Raise(kErrItemNotFound, name);
+    });
+  }
+  void Append(const std::shared_ptr<dao::Field>& field) override {
+    Member(kSourceIndexFields, [&] {
+      if (index_->IsLive()) Raise(kErrInvalidOperation);
+      const auto* own = dynamic_cast<IndexField*>(field.get());
+      index_->AddPendingField(own ? own->Spec() : IndexFieldSpec{field->Name(), false});
+    });
+  }
+  void Delete(std::u16string_view) override {
+    Member(kSourceIndexFields, [&] { Raise(kErrInvalidOperation); });
+  }
+  void Refresh() override {}
+
+ private:
+  std::shared_ptr<JetIndex> index_;
+};
+
+}  // namespace
+
+LogicalIndex JetIndex::LiveEntry() {
+  const std::shared_ptr<Table> table = table_->Open();
+  const LogicalIndex* entry = table->Definition().FindIndexByNumber(*number_);
+  if (!entry) Raise(kErrObjectInvalid);
+  return *entry;
+}
+
+bool JetIndex::LiveFlag(std::uint8_t flag) {
+  const std::shared_ptr<Table> table = table_->Open();
+  return (table->Definition().realIndexes[LiveEntry().realIndex].flags & flag) != 0;
+}
+
+void JetIndex::PutFlag(bool JetIndex::*slot, bool value) {
+  Member(kSourceIndex, [&] {
+    if (IsLive()) Raise(kErrPropertyFixed);
+    this->*slot = value;
+  });
+}
+
+std::vector<IndexFieldSpec> JetIndex::FieldList() {
+  if (!IsLive()) return fields_;
+  const std::shared_ptr<Table> table = table_->Open();
+  const TableDefinition& definition = table->Definition();
+  std::vector<IndexFieldSpec> list;
+  for (const IndexColumn& part : definition.realIndexes[LiveEntry().realIndex].columns) {
+    const auto position = definition.FindColumnById(part.columnId);
+    if (position) list.push_back({definition.columns[*position].name, !part.ascending});
+  }
+  return list;
+}
+
+IndexSpec JetIndex::MakeSpec(const std::vector<Column>& columns) {
+  if (name_.empty()) Raise(kErrInvalidPropertyValue);
+  CheckName(name_);
+  if (fields_.empty()) Raise(kErrNoFieldDefined, name_);
+  if (fields_.size() > kMaxIndexColumns) Raise(kErrTooManyIndexFields, name_);
+  IndexSpec spec;
+  spec.name = name_;
+  spec.primary = primary_;
+  unsigned flags = kIndexAlways;
+  if (unique_ || primary_) flags |= kIndexUnique;
+  if (required_ || primary_) flags |= kIndexRequired;
+  if (ignoreNulls_) flags |= kIndexIgnoreNulls;
+  spec.flags = static_cast<std::uint8_t>(flags);
+  for (const IndexFieldSpec& field : fields_) {
+    const auto column = std::find_if(columns.begin(), columns.end(), [&](const Column& c) {
+      return EqualIgnoringCase(c.name, field.name);
+    });
+    if (column == columns.end()) Raise(kErrInvalidFieldName, field.name, name_);
+    if (column->type == kTypeLongBinary) Raise(kErrCannotIndexField, field.name);
+    const bool twice = std::any_of(spec.columns.begin(), spec.columns.end(),
+                                   [&](const IndexColumn& c) { return c.columnId == column->id; });
+    if (twice) Raise(kErrInvalidIndexDefinition, name_);
+    spec.columns.push_back({column->id, !field.descending});
+  }
+  return spec;
+}
+
+std::u16string JetIndex::Name() {
+  return Member(kSourceIndex, [&] { return IsLive() ? LiveEntry().name : name_; });
+}
+
+void JetIndex::SetName(std::u16string_view name) {
+  Member(kSourceIndex, [&] {
+    if (!IsLive()) {
+      name_ = name;
+      return;
+    }
+    const LogicalIndex entry = LiveEntry();
+    if (entry.name == name) return;
+    CheckName(name);
+    if (entry.IsRelation()) Raise(kErrInvalidOperation);
+    table_->ChangeStructure([&] {
+      const Storage storage = table_->connection->File().GetStorage();
+      TableDesign design(storage, table_->page);
+      const LogicalIndex* taken = design.definition.FindIndex(name);
+      if (taken && taken->number != entry.number) Raise(kErrIndexExists, name);
+      std::erase_if(design.definition.logicalIndexes,
+                    [&](const LogicalIndex& other) { return other.number == entry.number; });
+      LogicalIndex renamed = entry;
+      renamed.name = name;
+      design.definition.InsertIndexSorted(renamed);
+      design.Write();
+    });
+  });
+}
+
+bool JetIndex::Primary() {
+  return Member(kSourceIndex, [&] { return IsLive() ? LiveEntry().kind == kIndexPrimary : primary_; });
+}
+void JetIndex::SetPrimary(bool primary) { PutFlag(&JetIndex::primary_, primary); }
+bool JetIndex::Unique() {
+  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexUnique) : unique_ || primary_; });
+}
+void JetIndex::SetUnique(bool unique) { PutFlag(&JetIndex::unique_, unique); }
+bool JetIndex::Required() {
+  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexRequired) : required_ || primary_; });
+}
+void JetIndex::SetRequired(bool required) { PutFlag(&JetIndex::required_, required); }
+bool JetIndex::IgnoreNulls() {
+  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexIgnoreNulls) : ignoreNulls_; });
+}
+void JetIndex::SetIgnoreNulls(bool ignore) { PutFlag(&JetIndex::ignoreNulls_, ignore); }
+bool JetIndex::Foreign() {
+  return Member(kSourceIndex, [&] { return IsLive() && LiveEntry().end == kEndReferring; });
+}
+
+std::shared_ptr<dao::Field> JetIndex::CreateField(std::u16string_view name) {
+  return std::make_shared<IndexField>(IndexFieldSpec{std::u16string(name), false});
+}
+
+std::shared_ptr<dao::Collection<dao::Field>> JetIndex::Fields() {
+  return std::make_shared<IndexFields>(shared_from_this());
+}
+
+}  // namespace zimbrat::jet

@@ -1,0 +1,503 @@
+#include "dao_table.h"
+
+#include <algorithm>
+
+#include "jet/index/collation.h"
+#include "platform/text.h"
+
+namespace zimbrat::jet {
+
+namespace {
+
+using namespace zimbrat::platform;
+
+// The object at a position or of a name, for every collection that keeps a list.
+template <class T>
+std::shared_ptr<T> ItemAt(const std::vector<std::shared_ptr<T>>& list, int position) {
+  if (position < 0 || position >= static_cast<int>(list.size())) Raise(kErrItemNotFound, DecimalText(position));
+  return list[static_cast<std::size_t>(position)];
+}
+
+template <class T>
+std::shared_ptr<T> FindNamed(const std::vector<std::shared_ptr<T>>& list, std::u16string_view name) {
+  for (const std::shared_ptr<T>& object : list) {
+    if (EqualIgnoringCase(object->Name(), name)) return object;
+  }
+  return nullptr;
+}
+
+void LoadFields(TableParts& parts) {
+  TableState& state = *parts.state;
+  if (!state.IsLive()) return;
+  const std::shared_ptr<Table> table = state.Open();
+  if (parts.fieldsVersion == state.connection->Version()) return;
+  std::vector<Column> columns = table->Definition().columns;
+  std::stable_sort(columns.begin(), columns.end(),
+                   [](const Column& a, const Column& b) { return a.displayOrder < b.displayOrder; });
+  // As long as no column came or went, program and collection keep the same objects.
+  if (columns.size() != parts.fields.size()) {
+    parts.fields.clear();
+    for (const Column& column : columns) {
+      parts.fields.push_back(std::make_shared<JetField>(parts.state, column.id));
+    }
+  }
+  parts.fieldsVersion = state.connection->Version();
+}
+
+void LoadIndexes(TableParts& parts) {
+  TableState& state = *parts.state;
+  if (!state.IsLive()) return;
+  const std::shared_ptr<Table> table = state.Open();
+  if (parts.indexesVersion == state.connection->Version()) return;
+  parts.indexes.clear();
+  for (const LogicalIndex& entry : table->Definition().logicalIndexes) {
+    if (entry.end == kEndReferenced) continue;  // the hidden counterpart of a relation
+    parts.indexes.push_back(std::make_shared<JetIndex>(parts.state, entry.number));
+  }
+  parts.indexesVersion = state.connection->Version();
+}
+
+class TableFields : public dao::Collection<dao::Field> {
+ public:
+  explicit TableFields(TablePartsPtr parts) : parts_(std::move(parts)), state_(parts_->state) {}
+
+  int Count() override {
+    return Member(kSourceFields, [&] { return static_cast<int>(List().size()); });
+  }
+  std::shared_ptr<dao::Field> Item(int position) override {
+    return Member(kSourceFields, [&] { return ItemAt(List(), position); });
+  }
+  std::shared_ptr<dao::Field> Item(std::u16string_view name) override {
+    return Member(kSourceFields, [&] {
+      std::shared_ptr<JetField> field = FindNamed(List(), name);
+      if (!field) Raise(kErrItemNotFound, name);
+      return field;
+    });
+  }
+  void Append(const std::shared_ptr<dao::Field>& object) override {
+    Member(kSourceFields, [&] {
+      const auto field = std::dynamic_pointer_cast<JetField>(object);
+      if (!field || field->IsLive()) Raise(kErrFieldAppendedTwice, object->Name());
+      MakeColumnSpec(field->Spec());
+      if (state_->IsLive()) return AppendLive(field);
+      if (FindNamed(List(), field->Name())) Raise(kErrDuplicateName, field->Name());
+      parts_->fields.push_back(field);
+    });
+  }
+  void Delete(std::u16string_view name) override {
+    Member(kSourceFields, [&] {
+      if (state_->IsLive()) Raise(kErrNotSupported);
+      const std::shared_ptr<JetField> field = FindNamed(List(), name);
+      if (!field) Raise(kErrItemNotFound, name);
+      std::erase(parts_->fields, field);
+    });
+  }
+  void Refresh() override { parts_->fieldsVersion = ~std::uint64_t{0}; }
+
+ private:
+  const std::vector<std::shared_ptr<JetField>>& List() {
+    LoadFields(*parts_);
+    return parts_->fields;
+  }
+
+  void AppendLive(const std::shared_ptr<JetField>& field) {
+    const FieldSpec& spec = field->Spec();
+    CheckName(spec.name);
+    LoadFields(*parts_);
+    std::uint16_t columnId = 0;
+    state_->ChangeStructure([&] {
+      const Storage storage = state_->connection->File().GetStorage();
+      TableDesign design(storage, state_->page);
+      if (design.definition.FindColumn(spec.name)) Raise(kErrFieldDefinedTwice, spec.name);
+      const std::size_t position = design.AddColumn(MakeColumnSpec(spec));
+      columnId = design.definition.columns[position].id;
+      design.Write();
+      Catalog& catalog = state_->connection->GetCatalog();
+      PropertyBlob properties = catalog.Properties(state_->ObjectId());
+      PutFieldProperties(spec, properties);
+      catalog.PutProperties(state_->ObjectId(), properties);
+    });
+    field->BecomeLive(columnId);
+    parts_->fields.push_back(field);
+    parts_->fieldsVersion = state_->connection->Version();
+  }
+
+  TablePartsPtr parts_;
+  TableStatePtr state_;
+};
+
+class TableIndexes : public dao::Collection<dao::Index> {
+ public:
+  explicit TableIndexes(TablePartsPtr parts) : parts_(std::move(parts)), state_(parts_->state) {}
+
+  int Count() override {
+    return Member(kSourceIndexes, [&] { return static_cast<int>(List().size()); });
+  }
+  std::shared_ptr<dao::Index> Item(int position) override {
+    return Member(kSourceIndexes, [&] { return ItemAt(List(), position); });
+  }
+  std::shared_ptr<dao::Index> Item(std::u16string_view name) override {
+    return Member(kSourceIndexes, [&] {
+      std::shared_ptr<JetIndex> index = FindNamed(List(), name);
+      if (!index) Raise(kErrItemNotFound, name);
+      return index;
+    });
+  }
+  void Append(const std::shared_ptr<dao::Index>& object) override {
+    Member(kSourceIndexes, [&] {
+      const auto index = std::dynamic_pointer_cast<JetIndex>(object);
+      if (!index || index->IsLive()) Raise(kErrIndexAppendedTwice, object->Name());
+      if (state_->IsLive()) return AppendLive(index);
+      if (FindNamed(List(), index->Name())) Raise(kErrIndexExists, index->Name());
+      parts_->indexes.push_back(index);
+    });
+  }
+  void Delete(std::u16string_view name) override {
+    Member(kSourceIndexes, [&] {
+      if (!state_->IsLive()) Raise(kErrItemNotFound, name);
+      DeleteLive(name);
+    });
+  }
+  void Refresh() override { parts_->indexesVersion = ~std::uint64_t{0}; }
+
+ private:
+  const std::vector<std::shared_ptr<JetIndex>>& List() {
+    LoadIndexes(*parts_);
+    return parts_->indexes;
+  }
+
+  void AppendLive(const std::shared_ptr<JetIndex>& index) {
+    std::uint32_t number = 0;
+    state_->ChangeStructure([&] {
+      const Storage storage = state_->connection->File().GetStorage();
+      TableDesign design(storage, state_->page);
+      const IndexSpec spec = index->MakeSpec(design.definition.columns);
+      if (design.definition.logicalIndexes.size() >= kMaxIndexes) Raise(kErrTooManyIndexes, state_->name);
+      for (const LogicalIndex& other : design.definition.logicalIndexes) {
+        if (spec.primary && other.kind == kIndexPrimary) Raise(kErrPrimaryKeyExists, state_->name);
+      }
+      if (design.definition.FindIndex(spec.name)) Raise(kErrIndexExists, spec.name);
+      LogicalIndex entry;
+      entry.name = spec.name;
+      entry.number = number = design.FreeIndexNumber();
+      entry.realIndex = design.AddRealIndex(spec.columns, spec.flags);
+      entry.kind = spec.primary ? kIndexPrimary : kIndexPlain;
+      design.definition.InsertIndexSorted(entry);
+      design.Write();
+      state_->connection->GetCatalog().DefinitionChanged(state_->page);
+      state_->Open()->FillIndex(entry.realIndex);
+    });
+    index->BecomeLive(number);
+  }
+
+  void DeleteLive(std::u16string_view name) {
+    state_->ChangeStructure([&] {
+      const Storage storage = state_->connection->File().GetStorage();
+      TableDesign design(storage, state_->page);
+      const LogicalIndex* found = design.definition.FindIndex(name);
+      if (!found || found->end == kEndReferenced) Raise(kErrItemNotFound, name);
+      const LogicalIndex entry = *found;
+      const bool shared = std::any_of(
+          design.definition.logicalIndexes.begin(), design.definition.logicalIndexes.end(),
+          [&](const LogicalIndex& other) { return other.realIndex == entry.realIndex && other.IsRelation(); });
+      if (shared) Raise(kErrUsedInRelation, name);
+      design.RemoveLogicalIndex(entry.number);
+      design.Write();
+    });
+  }
+
+  TablePartsPtr parts_;
+  TableStatePtr state_;
+};
+
+// The catalogue's tables in the order of their names, new ones at the end.
+class TableList : public dao::Collection<dao::TableDef> {
+ public:
+  explicit TableList(ConnectionPtr connection) : connection_(std::move(connection)) {}
+
+  int Count() override {
+    return Member(kSourceTableDefs, [&] { return static_cast<int>(List().size()); });
+  }
+  std::shared_ptr<dao::TableDef> Item(int position) override {
+    return Member(kSourceTableDefs, [&] { return ItemAt(List(), position); });
+  }
+  std::shared_ptr<dao::TableDef> Item(std::u16string_view name) override {
+    return Member(kSourceTableDefs, [&] {
+      for (const std::shared_ptr<JetTableDef>& table : List()) {
+        if (EqualText(table->State()->name, name)) return table;
+      }
+      Raise(kErrItemNotFound, name);
+    });
+  }
+  void Append(const std::shared_ptr<dao::TableDef>& object) override {
+    Member(kSourceTableDefs, [&] {
+      const auto table = std::dynamic_pointer_cast<JetTableDef>(object);
+      if (!table || table->State()->IsLive()) Raise(kErrDuplicateName, object->Name());
+      List();
+      AppendTable(table->Parts());
+      list_.push_back(table);
+      version_ = connection_->Version();
+    });
+  }
+  void Delete(std::u16string_view name) override {
+    Member(kSourceTableDefs, [&] { DeleteTable(name); });
+  }
+  void Refresh() override {
+    list_.clear();
+    loaded_ = false;
+  }
+
+ private:
+  const std::vector<std::shared_ptr<JetTableDef>>& List() {
+    connection_->File();
+    if (!loaded_ || version_ != connection_->Version()) Load();
+    return list_;
+  }
+
+  void Load() {
+    std::vector<CatalogObject> objects;
+    for (const CatalogObject& object : connection_->GetCatalog().Objects()) {
+      if (object.IsTableOrLink()) objects.push_back(object);
+    }
+    // As long as the names are the same, program and collection keep the same objects.
+    if (!loaded_) {
+      std::stable_sort(objects.begin(), objects.end(), [](const CatalogObject& a, const CatalogObject& b) {
+        return UpperCase(a.name) < UpperCase(b.name);
+      });
+    }
+    std::erase_if(list_, [&](const std::shared_ptr<JetTableDef>& table) {
+      return std::none_of(objects.begin(), objects.end(),
+                          [&](const CatalogObject& object) { return IsSame(*table->State(), object); });
+    });
+    for (const CatalogObject& object : objects) {
+      const auto known = std::find_if(list_.begin(), list_.end(), [&](const std::shared_ptr<JetTableDef>& table) {
+        return IsSame(*table->State(), object);
+      });
+      if (known != list_.end()) {
+        (*known)->State()->name = object.name;
+      } else {
+        list_.push_back(std::make_shared<JetTableDef>(MakeState(object)));
+      }
+    }
+    loaded_ = true;
+    version_ = connection_->Version();
+  }
+
+  static bool IsSame(const TableState& state, const CatalogObject& object) {
+    if (state.isLink || object.IsLink()) return state.isLink && object.IsLink() && state.name == object.name;
+    return state.page == static_cast<PageNumber>(object.id);
+  }
+
+  TableStatePtr MakeState(const CatalogObject& object) {
+    auto state = std::make_shared<TableState>();
+    state->connection = connection_;
+    state->name = object.name;
+    state->flags = object.flags;
+    state->isLink = object.IsLink();
+    // A link has no pages; any number keeps it from counting as pending.
+    state->page = state->isLink ? ~PageNumber{0} : static_cast<PageNumber>(object.id);
+    return state;
+  }
+
+  void CheckTable(const TableParts& parts) {
+    const TableState& state = *parts.state;
+    Catalog& catalog = connection_->GetCatalog();
+    if (parts.fields.empty()) Raise(kErrNoFieldDefined, state.name);
+    if (const CatalogObject* taken = catalog.FindTableOrQuery(state.name)) {
+      Raise(taken->Is(ObjectType::Query) ? kErrObjectExists : kErrTableExists, state.name);
+    }
+    CheckName(state.name);
+    if (parts.fields.size() > kMaxColumns) Raise(kErrTooManyFields, state.name);
+    std::size_t counters = 0;
+    for (const std::shared_ptr<JetField>& field : parts.fields) {
+      CheckName(field->Spec().name);
+      if (FindNamed(parts.fields, field->Spec().name) != field) {
+        Raise(kErrFieldDefinedTwice, field->Spec().name);
+      }
+      if (MakeColumnSpec(field->Spec()).counter && ++counters > 1) Raise(kErrTwoCounters, state.name);
+    }
+    if (parts.indexes.size() > kMaxIndexes) Raise(kErrTooManyIndexes, state.name);
+  }
+
+  std::vector<IndexSpec> MakeIndexes(const TableParts& parts) {
+    // Column ids of a new table are given in the order of its fields.
+    std::vector<Column> columns;
+    for (const std::shared_ptr<JetField>& field : parts.fields) {
+      Column column;
+      column.name = field->Spec().name;
+      column.type = static_cast<std::uint8_t>(field->Spec().type);
+      column.id = static_cast<std::uint16_t>(columns.size());
+      columns.push_back(column);
+    }
+    std::vector<IndexSpec> specs;
+    bool primary = false;
+    for (const std::shared_ptr<JetIndex>& index : parts.indexes) {
+      specs.push_back(index->MakeSpec(columns));
+      if (specs.back().primary && std::exchange(primary, true)) Raise(kErrPrimaryKeyExists, parts.state->name);
+      if (FindNamed(parts.indexes, specs.back().name) != index) Raise(kErrIndexExists, specs.back().name);
+    }
+    return specs;
+  }
+
+  void AppendTable(TableParts& parts) {
+    CheckTable(parts);
+    TableState& state = *parts.state;
+    const std::vector<IndexSpec> indexes = MakeIndexes(parts);
+    std::vector<ColumnSpec> columns;
+    PropertyBlob properties;
+    for (const std::shared_ptr<JetField>& field : parts.fields) {
+      columns.push_back(MakeColumnSpec(field->Spec()));
+      PutFieldProperties(field->Spec(), properties);
+    }
+    PageNumber page = 0;
+    connection_->Change([&] {
+      page = CreateTable(connection_->File().GetStorage(), columns, indexes);
+      connection_->GetCatalog().AddTable(state.name, page, properties);
+    });
+    state.page = page;
+    for (std::size_t i = 0; i < parts.fields.size(); ++i) {
+      parts.fields[i]->BecomeLive(static_cast<std::uint16_t>(i));
+    }
+    for (std::size_t i = 0; i < parts.indexes.size(); ++i) {
+      parts.indexes[i]->BecomeLive(static_cast<std::uint32_t>(i));
+    }
+    parts.fieldsVersion = connection_->Version();
+  }
+
+  void DeleteTable(std::u16string_view name) {
+    const CatalogObject* found = connection_->GetCatalog().FindTable(name);
+    if (!found) Raise(kErrItemNotFound, name);
+    const CatalogObject object = *found;
+    if (object.IsSystem()) Raise(kErrUsedInRelation, name);
+    if (connection_->GetRelationships().FindUse(object.name)) Raise(kErrUsedInRelation, name);
+    if (object.Is(ObjectType::Table)) connection_->RequireUnused(static_cast<PageNumber>(object.id));
+    connection_->Change([&] {
+      if (object.Is(ObjectType::Table)) {
+        FreeTable(connection_->File().GetStorage(), static_cast<PageNumber>(object.id));
+      }
+      // Its properties are a long value of the catalogue.
+      connection_->GetCatalog().Remove(object.id);
+    });
+  }
+
+  ConnectionPtr connection_;
+  std::vector<std::shared_ptr<JetTableDef>> list_;
+  bool loaded_ = false;
+  std::uint64_t version_ = 0;
+};
+
+}  // namespace
+
+std::shared_ptr<Table> TableState::Open() {
+  connection->File();
+  if (isLink) Raise(kErrNotSupported);
+  if (!connection->GetCatalog().FindTableByPage(page)) Raise(kErrObjectInvalid);
+  return connection->GetCatalog().Open(page);
+}
+
+void TableState::ChangeStructure(const std::function<void()>& work) {
+  Open();
+  connection->RequireUnused(page);
+  connection->Change([&] {
+    work();
+    connection->GetCatalog().DefinitionChanged(page);
+    connection->GetCatalog().Touch(ObjectId());
+  });
+}
+
+void TableState::ChangeProperties(const std::function<void(PropertyBlob&)>& work) {
+  Open();
+  Catalog& catalog = connection->GetCatalog();
+  PropertyBlob properties = catalog.Properties(ObjectId());
+  work(properties);
+  if (properties == catalog.Properties(ObjectId())) return;  // nothing to write
+  connection->RequireUnused(page);
+  connection->Change([&] { connection->GetCatalog().PutProperties(ObjectId(), properties); });
+}
+
+std::u16string JetTableDef::Name() {
+  return Member(kSourceTableDef, [&] {
+    state_->connection->File();
+    return state_->name;
+  });
+}
+
+void JetTableDef::SetName(std::u16string_view name) {
+  Member(kSourceTableDef, [&] {
+    state_->connection->File();
+    if (!state_->IsLive()) {
+      state_->name = name;
+      return;
+    }
+    if (state_->name == name) return;
+    CheckName(name);
+    Catalog& catalog = state_->connection->GetCatalog();
+    const CatalogObject* taken = catalog.FindTableOrQuery(name);
+    if (state_->isLink) Raise(kErrNotSupported);
+    if (taken && taken->id != state_->ObjectId()) {
+      Raise(taken->Is(ObjectType::Query) ? kErrObjectExists : kErrTableExists, name);
+    }
+    if ((state_->flags & 0x80000002u) != 0) Raise(kErrInvalidOperation);
+    state_->connection->RequireUnused(state_->page);
+    state_->connection->Change([&] {
+      catalog.Rename(state_->ObjectId(), name);
+      state_->connection->GetRelationships().TableRenamed(state_->name, name);
+    });
+    state_->name = name;
+  });
+}
+
+bool JetTableDef::Updatable() {
+  return Member(kSourceTableDef, [&] {
+    state_->connection->File();
+    return !state_->isLink;
+  });
+}
+
+std::int32_t JetTableDef::Attributes() {
+  return Member(kSourceTableDef, [&]() -> std::int32_t {
+    state_->connection->File();
+    if (state_->isLink) return dao::dbAttachedTable;
+    std::int32_t attributes = static_cast<std::int32_t>(state_->flags & 0x80000002u);
+    if ((state_->flags & 8u) != 0) attributes |= dao::dbHiddenObject;
+    return attributes;
+  });
+}
+
+std::int32_t JetTableDef::RecordCount() {
+  return Member(kSourceTableDef, [&]() -> std::int32_t {
+    if (!state_->IsLive()) return 0;
+    if (state_->isLink) return -1;
+    return static_cast<std::int32_t>(state_->Open()->Definition().rows);
+  });
+}
+
+std::shared_ptr<dao::Field> JetTableDef::CreateField(std::u16string_view name, const dao::Value& type,
+                                                     const dao::Value& size) {
+  return Member(kSourceTableDef, [&] {
+    FieldSpec spec;
+    spec.name = name;
+    spec.type = NumberArgument(type);
+    spec.size = NumberArgument(size);
+    return std::make_shared<JetField>(state_, spec);
+  });
+}
+
+std::shared_ptr<dao::Index> JetTableDef::CreateIndex(std::u16string_view name) {
+  return Member(kSourceTableDef,
+                [&] { return std::make_shared<JetIndex>(state_, std::u16string(name)); });
+}
+
+std::shared_ptr<dao::Collection<dao::Field>> JetTableDef::Fields() {
+  return std::make_shared<TableFields>(parts_);
+}
+
+std::shared_ptr<dao::Collection<dao::Index>> JetTableDef::Indexes() {
+  return std::make_shared<TableIndexes>(parts_);
+}
+
+std::shared_ptr<dao::Collection<dao::TableDef>> MakeTableDefs(const ConnectionPtr& connection) {
+  return std::make_shared<TableList>(connection);
+}
+
+}  // namespace zimbrat::jet
