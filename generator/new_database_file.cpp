@@ -33,13 +33,17 @@ void NewDatabaseFile::Begin(std::u16string_view targetPath) {
   hold_ = std::move(hold);
 }
 
-// Files of the working names that no running process holds.
+// Working names that no running process holds: the file, and what the system kept beside it for the hold,
+// which goes with a hold that ends properly.
 void NewDatabaseFile::RemoveLeftovers(std::u16string_view folder) {
-  for (const std::u16string& name :
-       files_.List(folder, u"*.mdb" + std::u16string(kWorkingSuffix))) {
+  const std::u16string ending = u".mdb" + std::u16string(kWorkingSuffix);
+  for (const std::u16string& name : files_.List(folder, u"*" + ending + u"*")) {
+    const std::size_t at = name.rfind(ending);
+    if (at == std::u16string::npos) continue;  // written in another case: not ours
     suite::Attempt([&] {
-      const std::u16string path = platform::JoinPath(folder, name);
-      if (const auto hold = files_.TryHold(path)) files_.Delete(path);
+      const std::u16string path = platform::JoinPath(folder, name.substr(0, at + ending.size()));
+      const auto hold = files_.TryHold(path);
+      if (hold && files_.State(path)) files_.Delete(path);
     });
   }
 }

@@ -1,0 +1,87 @@
+// The commands that only show: programs, recorded databases, the state of a database.
+#include "commands.h"
+
+#include "suite/ModPrgFun.h"
+#include "suite/ModSysReg.h"
+#include "platform/text.h"
+
+namespace zimbrat::console {
+namespace {
+
+constexpr std::u16string_view kFolderOption = u"--folder-struktur";
+
+// The structure folder of the options; a text when it is no folder.
+std::optional<std::u16string> TakeStructureFolder(const CommandContext& context) {
+  if (!context.arguments.Has(kFolderOption)) return std::nullopt;
+  const std::u16string folder = context.arguments.Value(kFolderOption);
+  if (!context.state.on.files.IsFolder(folder)) {
+    return u"Folder: " + folder + u" nie istnieje. Wprowadź nazwę istniejącego folderu.";
+  }
+  context.state.structureFolder = context.state.on.files.RealPath(folder);
+  return std::nullopt;
+}
+
+// One row and one line for each item of a program list.
+void TakePrograms(const CommandContext& context, const platform::OrvListCheck& list,
+                  Outcome& outcome) {
+  for (const auto& item : list.Items()) {
+    const auto header = suite::ReadProgramHeader(context.state.on.profile, item.value);
+    outcome.programs.push_back({header.program, header.symbol,
+                                header.verMajor + u"." + header.verMinor, item.value, item.text});
+    outcome.text.append(item.text).append(suite::kCrLf);
+  }
+  if (list.Count() > 0) return;
+  outcome.text = u"Brak plików struktur *.stb w folderze: " + suite::StructureFolder(context.state);
+}
+
+std::u16string PasswordOf(const CommandContext& context) {
+  return context.arguments.Has(u"--haslo")
+             ? context.arguments.Value(u"--haslo")
+             : context.state.on.environment.Variable(u"ZIMBRAT_HASLO");
+}
+
+}  // namespace
+
+Outcome RunProgramy(const CommandContext& context) {
+  if (const auto fault = TakeStructureFolder(context)) return Failed(*fault);
+  platform::OrvListCheck list(u',');
+  suite::LoadProgramList(context.state, list);
+  Outcome outcome;
+  TakePrograms(context, list, outcome);
+  return outcome;
+}
+
+Outcome RunLista(const CommandContext& context) {
+  platform::OrvCombo list;
+  suite::RegBaseListLoad(context.state, list);
+  Outcome outcome;
+  for (const auto& item : list.Items()) {
+    if (item.value.empty()) continue;
+    outcome.databases.push_back({item.text, item.value});
+    outcome.text.append(item.text).append(u": ").append(item.value).append(suite::kCrLf);
+  }
+  if (outcome.databases.empty()) outcome.text = u"Lista baz pakietu jest pusta.";
+  return outcome;
+}
+
+Outcome RunStan(const CommandContext& context) {
+  if (const auto fault = TakeStructureFolder(context)) return Failed(*fault);
+  suite::ProgramState& state = context.state;
+  const std::u16string path = state.on.files.RealPath(context.arguments.Value(u"--baza"));
+  state.databasePassword = PasswordOf(context);
+  std::u16string password = state.databasePassword;
+  const bool isSuites = suite::OpenAndIdentify(state, path, password);
+  platform::Wipe(password);
+  if (!isSuites) return Failed(context.host.Messages());
+  platform::OrvListCheck list(u';');
+  const bool compared = suite::CompareWithDatabase(state, path, list, false);
+  Outcome outcome;
+  outcome.database = path;
+  TakePrograms(context, list, outcome);
+  if (!compared && list.Count() == 0 && !suite::StructureFiles(state).empty()) {
+    return Failed(u"Nie można porównać struktur z bazą: " + path);
+  }
+  return outcome;
+}
+
+}  // namespace zimbrat::console

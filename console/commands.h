@@ -1,0 +1,28 @@
+// The commands. Each gets the words that were given and a program state made for it.
+#pragma once
+
+#include "console/arguments.h"
+#include "console/console_host.h"
+#include "console/outcome.h"
+#include "platform/console.h"
+#include "suite/program_state.h"
+
+namespace zimbrat::console {
+
+struct CommandContext {
+  const Arguments& arguments;
+  suite::ProgramState& state;
+  ConsoleHost& host;
+  platform::Console& console;
+};
+
+Outcome RunNowa(const CommandContext& context);
+Outcome RunStan(const CommandContext& context);
+Outcome RunProgramy(const CommandContext& context);
+Outcome RunLista(const CommandContext& context);
+
+// Texts of the help: of all commands, or of one.
+std::u16string GeneralHelp();
+std::u16string CommandHelp(const CommandSpec& command);
+
+}  // namespace zimbrat::console

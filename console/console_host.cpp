@@ -1,0 +1,28 @@
+#include "console/console_host.h"
+
+#include "suite/ModPrgFun.h"
+#include "platform/run_time_error.h"
+#include "platform/text.h"
+
+namespace zimbrat::console {
+
+int ConsoleHost::ShowMessage(std::u16string_view prompt, int buttons, std::u16string_view) {
+  const bool isQuestion = buttons == platform::kMsgQuestionYesNoDefaultNo;
+  if (isQuestion && answersYes_) return platform::kAnswerYes;
+  messages_.append(prompt);
+  if (isQuestion) messages_.append(u" Aby to zrobić, dodaj opcję --nadpisz.");
+  messages_.append(suite::kCrLf);
+  return isQuestion ? platform::kAnswerNo : platform::kAnswerOk;
+}
+
+std::optional<std::u16string> ConsoleHost::AskPassword(std::u16string_view database) {
+  return console_.AskPassword(u"Hasło bazy " + std::u16string(database) + u": ");
+}
+
+void ConsoleHost::ReportError(const platform::RunTimeError& error, std::u16string_view routine) {
+  messages_ += u"Błąd nr " + platform::DecimalText(error.Number()) + u"; (" + error.Description() +
+               u") [" + std::u16string(routine) + u"]";
+  messages_.append(suite::kCrLf);
+}
+
+}  // namespace zimbrat::console

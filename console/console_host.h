@@ -1,0 +1,38 @@
+// What the console answers to the floors below: messages are gathered for the outcome, questions
+// are answered by options, a password is asked for only where somebody can type it.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/console.h"
+#include "platform/host.h"
+
+namespace zimbrat::console {
+
+class ConsoleHost : public platform::Host {
+ public:
+  // `verify` throws when a finished copy must not be put in place.
+  ConsoleHost(platform::Console& console, std::function<void(std::u16string_view)> verify)
+      : console_(console), verify_(std::move(verify)) {}
+
+  // The answer to questions; without it they are answered with no and told as messages.
+  void SetAnswersYes(bool yes) { answersYes_ = yes; }
+  // Messages shown so far, each on a line of its own.
+  const std::u16string& Messages() const { return messages_; }
+
+  int ShowMessage(std::u16string_view prompt, int buttons, std::u16string_view title) override;
+  void Pulse() override {}
+  void VerifyCopy(std::u16string_view path) override { verify_(path); }
+  std::optional<std::u16string> AskPassword(std::u16string_view database) override;
+  void ReportError(const platform::RunTimeError& error, std::u16string_view routine) override;
+  void SetBusy(bool) override {}
+
+ private:
+  platform::Console& console_;
+  std::function<void(std::u16string_view)> verify_;
+  std::u16string messages_;
+  bool answersYes_ = false;
+};
+
+}  // namespace zimbrat::console

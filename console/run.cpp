@@ -1,0 +1,71 @@
+#include "console/run.h"
+
+#include "commands.h"
+
+#include "app/version.h"
+#include "engines/engine_choice.h"
+#include "suite/manners.h"
+#include "platform/text.h"
+
+#include <utility>
+
+namespace zimbrat::console {
+namespace {
+
+using CommandFunction = Outcome (*)(const CommandContext& context);
+
+CommandFunction FunctionOf(std::u16string_view command) {
+  constexpr std::pair<std::u16string_view, CommandFunction> kFunctions[] = {
+      {u"nowa", RunNowa}, {u"stan", RunStan}, {u"programy", RunProgramy}, {u"lista", RunLista}};
+  for (const auto& [name, function] : kFunctions) {
+    if (name == command) return function;
+  }
+  return nullptr;
+}
+
+Outcome Carry(platform::System& system, const Arguments& arguments) {
+  ConsoleHost host(*system.console, [&](std::u16string_view path) {
+    engines::VerifyDatabase(*system.files, path, {});
+  });
+  suite::ProgramState state(
+      {*system.files, *system.registry, *system.profile, *system.clock, *system.environment, host,
+       [&] { return engines::MakeEngine(*system.files, *system.clock, {}); }});
+  Outcome outcome;
+  const auto error = suite::Attempt([&] {
+    outcome = FunctionOf(arguments.command->name)({arguments, state, host, *system.console});
+  });
+  if (!error) return outcome;
+  return Failed(host.Messages() + u"Błąd nr " + platform::DecimalText(error->Number()) + u"; (" +
+                error->Description() + u")");
+}
+
+Outcome Decide(platform::System& system, const Arguments& arguments) {
+  if (arguments.wantsVersion) {
+    return {kStatusDone, std::u16string(app::ProgramVersion()), {}, {}, {}};
+  }
+  if (arguments.wantsHelp) {
+    return {kStatusDone,
+            arguments.command ? CommandHelp(*arguments.command) : GeneralHelp(),
+            {},
+            {},
+            {}};
+  }
+  if (arguments.fault) return WrongUsage(*arguments.fault + u"\nPomoc: zimbratc --pomoc");
+  if (arguments.command == nullptr) return WrongUsage(GeneralHelp());
+  return Carry(system, arguments);
+}
+
+}  // namespace
+
+int Run(platform::System& system) {
+  const Arguments arguments = ParseArguments(system.console->Arguments());
+  const Outcome outcome = Decide(system, arguments);
+  PrintOutcome(*system.console, outcome,
+               arguments.command ? arguments.command->name : std::u16string_view(),
+               arguments.isJson);
+  // A result that reached nobody is no success.
+  return outcome.status == kStatusDone && system.console->HasFailed() ? kStatusFailed
+                                                                      : outcome.status;
+}
+
+}  // namespace zimbrat::console

@@ -1,0 +1,22 @@
+// Which database engine the program works with, and who verifies a finished copy.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "platform/clock.h"
+#include "platform/dao.h"
+#include "platform/files.h"
+
+namespace zimbrat::engines {
+
+// The embedded engine. `pulse` is called during long work. Both interfaces must outlive it.
+std::shared_ptr<dao::Engine> MakeEngine(platform::Files& files, platform::Clock& clock,
+                                        std::function<void()> pulse);
+
+// Throws a RunTimeError that names the first fault when the file is not sound.
+void VerifyDatabase(platform::Files& files, std::u16string_view path,
+                    std::function<void()> pulse);
+
+}  // namespace zimbrat::engines

@@ -1,0 +1,199 @@
+// zimbratc from words to exit status, over real files, with a terminal that the test looks at.
+#include <gtest/gtest.h>
+
+#include "console/run.h"
+#include "tests/product/bench.h"
+
+namespace zimbrat::tests {
+namespace {
+
+class FakeConsole : public platform::Console {
+ public:
+  std::vector<std::u16string> words;
+  std::u16string output, error;
+  bool isTerminal = false;
+  int passwordsAsked = 0;
+
+  std::vector<std::u16string> Arguments() override { return words; }
+  void WriteOutput(std::u16string_view text) override { output += text; }
+  void WriteError(std::u16string_view text) override { error += text; }
+  bool HasFailed() override { return false; }
+  bool IsErrorTerminal() override { return isTerminal; }
+  std::optional<std::u16string> AskPassword(std::u16string_view) override {
+    ++passwordsAsked;
+    return std::nullopt;
+  }
+};
+
+class Zimbratc : public testing::Test {
+ protected:
+  // The exit status; what was written stands in output_ and error_ as UTF-8.
+  int Run(std::vector<std::u16string> words) {
+    platform::System system = platform::MakeSystem(0, nullptr);
+    auto terminal = std::make_unique<FakeConsole>();
+    FakeConsole& console = *terminal;
+    console.words = std::move(words);
+    console.isTerminal = isTerminal_;
+    system.console = std::move(terminal);
+    auto environment = std::make_unique<FakeEnvironment>();
+    environment->programFolder = folder_.PathOf(u"program");
+    system.environment = std::move(environment);
+    system.registry = std::make_unique<platform::PortableRegistry>(
+        *system.files, folder_.PathOf(u"rejestr/rejestr.reg"));
+    const int status = console::Run(system);
+    output_ = Utf8(console.output);
+    error_ = Utf8(console.error);
+    EXPECT_EQ(console.passwordsAsked, 0);
+    return status;
+  }
+  int Nowa(std::u16string_view name, std::u16string_view structures,
+           std::vector<std::u16string> more = {}) {
+    std::vector<std::u16string> words = {u"nowa",
+                                         u"--folder",
+                                         folder_.Path(),
+                                         u"--nazwa",
+                                         std::u16string(name),
+                                         u"--struktury",
+                                         std::u16string(structures)};
+    words.insert(words.end(), more.begin(), more.end());
+    return Run(words);
+  }
+  static std::u16string Example(std::u16string_view name) {
+    return platform::JoinPath(platform::Utf16FromUtf8(ZIMBRAT_STRUKTURY), name);
+  }
+  std::string Path(std::u16string_view name) const { return Utf8(folder_.PathOf(name)); }
+
+  TempFolder folder_;
+  bool isTerminal_ = false;
+  std::string output_, error_;
+};
+
+TEST_F(Zimbratc, CreatesADatabaseAndShowsItsState) {
+  ASSERT_EQ(Nowa(u"Żółw", Example(u"faktury.stb") + u";" + Example(u"magazyn.stb"),
+                 {u"--od", u"11/2024", u"--do=2/2025", u"--do-listy"}),
+            0)
+      << error_;
+  EXPECT_EQ(output_, "Baza danych: Żółw\nFolder: " + Utf8(folder_.Path()) +
+                         "\nzostała poprawnie utworzona.\n");
+  EXPECT_EQ(error_, "");
+  ASSERT_EQ(Run({u"stan", u"--baza", folder_.PathOf(u"Żółw.mdb"), u"--folder-struktur",
+                 platform::Utf16FromUtf8(ZIMBRAT_STRUKTURY)}),
+            0)
+      << error_;
+  EXPECT_EQ(output_,
+            "Faktury i rozliczenia v.2.4 (struktura obecna)\nKadry i płace (brak)\n"
+            "Magazyn v.1.7 (struktura obecna)\n");
+  ASSERT_EQ(Run({u"lista", u"--json"}), 0);
+  EXPECT_NE(output_.find("\"bazy\":[{\"nazwa\":\"Żółw\",\"plik\":"), std::string::npos) << output_;
+}
+
+TEST_F(Zimbratc, LeavesAnExistingFileUntouchedUnlessToldOtherwise) {
+  folder_.Write(u"Firma.mdb", "stara");
+  EXPECT_EQ(Nowa(u"Firma.MDB", Example(u"kadry.stb"), {u"--json"}), 1);
+  EXPECT_NE(error_.find("istnieje. Wskazany plik może zawierać dane."), std::string::npos);
+  EXPECT_NE(error_.find("--nadpisz"), std::string::npos);
+  EXPECT_EQ(output_.find("poprawnie utworzona"), std::string::npos);
+  EXPECT_EQ(output_.rfind("{\"wynik\":\"blad\",\"status\":1,\"polecenie\":\"nowa\",", 0), 0u);
+  EXPECT_EQ(folder_.Read(u"Firma.mdb"), "stara");
+  EXPECT_EQ(Nowa(u"Firma", Example(u"kadry.stb"), {u"--nadpisz"}), 0) << error_;
+  EXPECT_NE(folder_.Read(u"Firma.mdb"), "stara");
+}
+
+TEST_F(Zimbratc, RefusesNamesThatNoFileShouldHave) {
+  for (const std::u16string& name :
+       {std::u16string(u""), std::u16string(u".mdb"), std::u16string(u"../Firma"),
+        std::u16string(u"a\\b"), std::u16string(u"a:b"), std::u16string(u"a*"),
+        std::u16string(u"CON"), std::u16string(u"nul.txt"), std::u16string(u"Com1"),
+        std::u16string(u"LPT²"), std::u16string(u"kropka."), std::u16string(u"spacja "),
+        std::u16string(u" "), std::u16string(u"a\u0001b"), std::u16string(u"a\0b", 3),
+        std::u16string(240, u'x'), std::u16string(1, char16_t{0xD800}), std::u16string(u"..")}) {
+    EXPECT_EQ(Nowa(name, Example(u"kadry.stb")), 2) << Utf8(name);
+    EXPECT_NE(error_, "");
+    EXPECT_TRUE(folder_.Names().empty()) << Utf8(name);
+  }
+}
+
+TEST_F(Zimbratc, TouchesNothingWhenItsWordsAreWrong) {
+  const std::tuple<std::vector<std::u16string>, int, const char*> rows[] = {
+      {{u"--od", u"13/2025"}, 2, "opcji --od nie jest okresem M/RRRR"},
+      {{u"--do", u"1/2999", u"--od", u"1/1900"}, 2, "Zakres okresów obejmuje ponad 100 lat."},
+      {{u"--nadpis"}, 2, "Czy chodziło o --nadpisz?"},
+  };
+  for (const auto& [more, status, text] : rows) {
+    EXPECT_EQ(Nowa(u"Firma", Example(u"kadry.stb"), more), status);
+    EXPECT_NE(error_.find(text), std::string::npos) << error_;
+    EXPECT_TRUE(folder_.Names().empty());
+  }
+  EXPECT_EQ(Nowa(u"Firma", u" , ;"), 2);
+  EXPECT_TRUE(folder_.Names().empty());
+}
+
+TEST_F(Zimbratc, NamesAMissingStructureFileBeforeItTouchesAnything) {
+  EXPECT_EQ(Nowa(u"Firma", Example(u"kadyr.stb")), 1);
+  EXPECT_EQ(error_,
+            "Wystąpił bląd podczas generowania bazy danych. Baza nie została utworzona.\n"
+            "Szczegóły:\nBrak pliku struktury: " +
+                Utf8(Example(u"kadyr.stb")) +
+                "\nTablica: \nIndeks: \nRelacja: \nPole: \nLinia: \nCzy chodziło o kadry.stb?\n");
+  EXPECT_EQ(output_, "");
+  EXPECT_EQ(Nowa(u"Firma", Example(u"kadry.stb") + u",B"), 1);
+  EXPECT_NE(error_.find("Brak pliku struktury: "), std::string::npos);
+  EXPECT_TRUE(folder_.Names().empty());
+}
+
+TEST_F(Zimbratc, NamesAFolderThatDoesNotExist) {
+  EXPECT_EQ(Run({u"nowa", u"--folder", folder_.PathOf(u"nie ma"), u"--nazwa", u"F", u"--struktury",
+                 Example(u"kadry.stb")}),
+            1);
+  EXPECT_EQ(error_,
+            "Folder: " + Path(u"nie ma") + " nie istnieje. Wprowadź nazwę istniejącego folderu.\n");
+}
+
+TEST_F(Zimbratc, TellsAFailedRunAndNeverSuccess) {
+  folder_.Write(u"zla.stb", "[HEADER]\r\nSymbol=Z\r\n[TABLES]\r\nT=1\r\n");
+  EXPECT_EQ(Nowa(u"Firma", folder_.PathOf(u"zla.stb"), {u"--json"}), 1);
+  EXPECT_NE(error_.find("Funkcja: UtwórzTablice\nTablica: T\n"), std::string::npos) << error_;
+  EXPECT_EQ(output_.find("poprawnie utworzona"), std::string::npos);
+}
+
+TEST_F(Zimbratc, DrawsTheBarOnATerminalOnly) {
+  ASSERT_EQ(Nowa(u"A", Example(u"magazyn.stb")), 0);
+  EXPECT_EQ(error_, "");
+  isTerminal_ = true;
+  ASSERT_EQ(Nowa(u"B", Example(u"magazyn.stb")), 0);
+  EXPECT_NE(error_.find("100%"), std::string::npos);
+  ASSERT_EQ(Nowa(u"C", Example(u"magazyn.stb"), {u"--cicho"}), 0);
+  EXPECT_EQ(error_, "");
+}
+
+TEST_F(Zimbratc, RefusesWhatIsNoDatabaseOfTheSuite) {
+  folder_.Write(u"tekst.mdb", "nie baza");
+  EXPECT_EQ(Run({u"stan", u"--baza", folder_.PathOf(u"tekst.mdb")}), 1);
+  EXPECT_EQ(error_.rfind("Baza nie może zostać otwarta. Błąd Nr 3343 - ", 0), 0u) << error_;
+  EXPECT_EQ(Run({u"stan", u"--baza", folder_.PathOf(u"brak.mdb"), u"--json"}), 1);
+  EXPECT_EQ(output_.rfind("{\"wynik\":\"blad\",\"status\":1,\"polecenie\":\"stan\",", 0), 0u);
+  EXPECT_EQ(Run({u"stan", u"--baza", u""}), 1);
+}
+
+TEST_F(Zimbratc, ListsProgramsOfAFolder) {
+  EXPECT_EQ(Run({u"programy", u"--folder-struktur", platform::Utf16FromUtf8(ZIMBRAT_STRUKTURY)}),
+            0);
+  EXPECT_EQ(output_, "Faktury i rozliczenia v.2.4\nKadry i płace v.3.1\nMagazyn v.1.7\n");
+  EXPECT_EQ(Run({u"programy", u"--folder-struktur", folder_.PathOf(u"nie ma")}), 1);
+  EXPECT_EQ(Run({u"programy"}), 0);
+  EXPECT_NE(output_.find("Brak plików struktur *.stb w folderze: "), std::string::npos);
+}
+
+TEST_F(Zimbratc, ShowsHelpVersionAndAnEmptyList) {
+  EXPECT_EQ(Run({u"--wersja"}), 0);
+  EXPECT_NE(output_.find('.'), std::string::npos);
+  EXPECT_EQ(Run({u"nowa", u"--help"}), 0);
+  EXPECT_NE(output_.find("--nadpisz"), std::string::npos);
+  EXPECT_EQ(Run({}), 2);
+  EXPECT_NE(error_.find("zimbratc nowa --folder F"), std::string::npos);
+  EXPECT_EQ(Run({u"lista"}), 0);
+  EXPECT_EQ(output_, "Lista baz pakietu jest pusta.\n");
+}
+
+}  // namespace
+}  // namespace zimbrat::tests
