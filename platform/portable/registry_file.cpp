@@ -11,7 +11,7 @@ namespace zimbrat::platform {
 namespace {
 
 constexpr std::uint64_t kMostBytes = 16u << 20;
-constexpr int kHoldAttempts = 400;
+constexpr int kHoldAttempts = 200;
 constexpr std::chrono::milliseconds kHoldPause{5};
 
 std::int32_t ResultOf(const RunTimeError& error) {

@@ -3,7 +3,7 @@
 // 1. Every operation sees the file as it is at that moment; the parsed tree is kept only for a file that
 //    still has the same bytes.
 // 2. A change reads, changes and writes under a Hold on the file, so that two processes do not lose each
-//    other's keys. It waits about two seconds for the hold.
+//    other's keys. It waits about a second for the hold.
 // 3. A change is written beside, flushed, and put in place by Files::Replace.
 // 4. A file that cannot be read whole is never replaced.
 #pragma once

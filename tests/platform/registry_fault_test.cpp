@@ -1,13 +1,9 @@
-// Each call to the disk fails in turn, and two writers meet.
+// Each call to the disk fails in turn.
 #include "registry_round.h"
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
-#include "platform/portable/registry.h"
 #include "platform/system.h"
-#include "platform/text.h"
 #include "tests/support/failing_files.h"
 #include "tests/support/temp_folder.h"
 
@@ -37,29 +33,6 @@ TEST(RegistryFault, OldOrNewValueWhateverCallFails) {
       }
     }
   }
-}
-
-TEST(RegistryFault, TwoWritersLoseNoKey) {
-  constexpr int kKeys = 60;
-  System system = MakeSystem(0, nullptr);
-  tests::TempFolder folder;
-  const auto work = [&](std::u16string_view prefix) {
-    PortableRegistry registry(*system.files, folder.PathOf(u"rejestr.reg"));
-    for (int i = 0; i < kKeys; ++i) {
-      std::unique_ptr<RegistryKey> key;
-      const std::u16string name = std::u16string(prefix) + DecimalText(i);
-      EXPECT_EQ(registry.CreateKey(RegistryRoot::CurrentUser, name, key), kRegistrySuccess);
-    }
-  };
-  std::thread first(work, u"a"), second(work, u"b");
-  first.join();
-  second.join();
-  PortableRegistry registry(*system.files, folder.PathOf(u"rejestr.reg"));
-  std::unique_ptr<RegistryKey> root;
-  ASSERT_EQ(registry.OpenKey(RegistryRoot::CurrentUser, u"", RegistryAccess::Read, root), 0);
-  std::u16string name;
-  EXPECT_EQ(root->EnumerateKey(2 * kKeys - 1, name), kRegistrySuccess);
-  EXPECT_EQ(root->EnumerateKey(2 * kKeys, name), kRegistryNoMoreItems);
 }
 
 }  // namespace
