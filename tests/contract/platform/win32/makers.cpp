@@ -1,4 +1,4 @@
-#include "../makers.h"
+#include "makers.h"
 
 #include <windows.h>
 

@@ -5,7 +5,6 @@
 
 #include <random>
 
-#include "../makers.h"
 #include "platform/portable/profile.h"
 #include "platform/system.h"
 #include "platform/win32/win32_profile.h"
