@@ -1,0 +1,255 @@
+// Tables, fields, indexes and relations: what is kept, and what is refused with which number.
+#include "platform/error_numbers.h"
+#include "dao_bench.h"
+
+namespace zimbrat::tests {
+
+using namespace zimbrat::platform;
+using DaoStructure = DaoBench;
+
+TEST_F(DaoStructure, FieldsKeepTypeSizeAndProperties) {
+  struct Case {
+    FieldPlan plan;
+    std::int32_t size;
+    std::int32_t attributes;
+  };
+  const Case cases[] = {
+      {{u"Logiczne", dao::dbBoolean, 0, 1, false, false, u"True"}, 1, 33},
+      {{u"Bajt", dao::dbByte, 1, 1, true, false, u"0"}, 1, 33},
+      {{u"Krótka", dao::dbInteger, 99, 1}, 2, 33},
+      {{u"Licznik", dao::dbLong, 4, 17}, 4, 49},
+      {{u"Waluta", dao::dbCurrency, 8, 1, false, false, u"0"}, 8, 33},
+      {{u"Pojedyncza", dao::dbSingle}, 4, 33},
+      {{u"Podwójna", dao::dbDouble}, 8, 33},
+      {{u"Data", dao::dbDate, 8, 1, false, false, u"=Now()"}, 8, 33},
+      {{u"Bajty", dao::dbBinary, 20}, 20, 34},
+      {{u"Tekst", dao::dbText, 50, 2, true, true, u"\"a\"\"b\""}, 50, 34},
+      {{u"TekstDomyślny", dao::dbText, 0}, 255, 34},
+      {{u"TekstStały", dao::dbText, 8, 1}, 8, 33},
+      {{u"Obiekt", dao::dbLongBinary}, 0, 34},
+      {{u"Nota", dao::dbMemo, 0, 2, false, true}, 0, 34},
+      {{u"Guid", dao::dbGUID}, 16, 34},
+  };
+  Create(dao::dbEncrypt);
+  std::vector<FieldPlan> plans;
+  for (const Case& c : cases) plans.push_back(c.plan);
+  MakeTable(u"Wszystkie", plans);
+  Reopen();
+  auto fields = database->TableDefs()->Item(u"wszystkie")->Fields();
+  ASSERT_EQ(fields->Count(), static_cast<int>(std::size(cases)));
+  for (int i = 0; i < fields->Count(); ++i) {
+    const Case& c = cases[i];
+    auto field = fields->Item(i);
+    SCOPED_TRACE(Utf8FromUtf16(c.plan.name));
+    EXPECT_EQ(field->Name(), c.plan.name);
+    EXPECT_EQ(field->Type(), c.plan.type);
+    EXPECT_EQ(field->Size(), c.size);
+    EXPECT_EQ(field->Attributes(), c.attributes);
+    EXPECT_EQ(field->Required(), c.plan.required);
+    EXPECT_EQ(field->DefaultValue(), c.plan.defaultValue);
+    const bool isText = c.plan.type == dao::dbText || c.plan.type == dao::dbMemo;
+    EXPECT_EQ(field->AllowZeroLength(), isText && c.plan.allowZeroLength);
+  }
+}
+
+TEST_F(DaoStructure, TablesAreRefusedWithDaosNumbers) {
+  Create();
+  MakeTable(u"Jest", {{u"A", dao::dbLong}});
+  std::vector<FieldPlan> many;
+  for (int i = 0; i < 256; ++i) many.push_back({u"P" + DecimalText(i), dao::dbLong});
+  struct Case {
+    const char* name;
+    std::int32_t number;
+    std::u16string table;
+    std::vector<FieldPlan> fields;
+    std::vector<IndexPlan> indexes;
+  };
+  const FieldPlan a{u"A", dao::dbLong}, b{u"B", dao::dbText, 10}, ole{u"O", dao::dbLongBinary};
+  const Case cases[] = {
+      {"no fields", kErrNoFieldDefined, u"T", {}, {}},
+      {"name taken", kErrTableExists, u"JEST", {a}, {}},
+      {"name of a system table", kErrTableExists, u"msysobjects", {a}, {}},
+      {"dot in the name", kErrInvalidName, u"T.x", {a}, {}},
+      {"65 letters", kErrInvalidName, std::u16string(65, u'x'), {a}, {}},
+      {"leading blank", kErrInvalidName, u" T", {a}, {}},
+      {"field twice", kErrDuplicateName, u"T", {a, {u"a", dao::dbText, 5}}, {}},
+      {"field name", kErrInvalidName, u"T", {{u"A[", dao::dbLong}}, {}},
+      {"too many fields", kErrTooManyFields, u"T", many, {}},
+      {"type 0", kErrInvalidFieldType, u"T", {{u"A", 0}}, {}},
+      {"type 99", kErrInvalidFieldType, u"T", {{u"A", 99}}, {}},
+      {"text of 256", kErrFieldTooLong, u"T", {{u"A", dao::dbText, 256}}, {}},
+      {"two counters", kErrTwoCounters, u"T", {{u"A", dao::dbLong, 4, 17}, {u"B", dao::dbLong, 4, 17}}, {}},
+      {"default syntax", kErrDefaultSyntax, u"T", {{u"A", dao::dbLong, 4, 0, false, false, u"12a"}}, {}},
+      {"default function", kErrUnknownFunctionInDefault, u"T",
+       {{u"A", dao::dbLong, 4, 0, false, false, u"Moja()"}}, {}},
+      {"default name", kErrUnknownNameInExpression, u"T", {{u"A", dao::dbLong, 4, 0, false, false, u"abc"}}, {}},
+      {"default of OLE", kErrExpressionNotAllowed, u"T",
+       {{u"A", dao::dbLongBinary, 0, 0, false, false, u"1"}}, {}},
+      {"index without fields", kErrNoFieldDefined, u"T", {a}, {{u"I", {}}}},
+      {"index on an unknown field", kErrInvalidFieldName, u"T", {a}, {{u"I", {u"Z"}}}},
+      {"index on a field twice", kErrInvalidIndexDefinition, u"T", {a}, {{u"I", {u"A", u"a"}}}},
+      {"index on OLE", kErrCannotIndexField, u"T", {a, ole}, {{u"I", {u"O"}}}},
+      {"index without a name", kErrInvalidPropertyValue, u"T", {a}, {{u"", {u"A"}}}},
+      {"two primary keys", kErrPrimaryKeyExists, u"T", {a, b}, {{u"I", {u"A"}, true}, {u"J", {u"B"}, true}}},
+      {"two indexes of a name", kErrIndexExists, u"T", {a, b}, {{u"I", {u"A"}}, {u"i", {u"B"}}}},
+  };
+  const int before = database->TableDefs()->Count();
+  for (const Case& c : cases) {
+    EXPECT_EQ(ErrorOf([&] { MakeTable(c.table, c.fields, c.indexes); }), c.number) << c.name;
+    EXPECT_EQ(database->TableDefs()->Count(), before) << c.name;
+  }
+}
+
+TEST_F(DaoStructure, TypeAndSizeMayBeTexts) {
+  Create();
+  auto table = database->CreateTableDef(u"T");
+  auto field = table->CreateField(u"A", Text(u"10"), Text(u" 30 "));
+  EXPECT_EQ(field->Type(), dao::dbText);
+  EXPECT_EQ(field->Size(), 30);
+  for (const std::u16string_view bad : {u"", u"abc", u"99999999999"}) {
+    EXPECT_EQ(ErrorOf([&] { table->CreateField(u"A", Text(bad), Text(u"1")); }), kErrDataConversion);
+    EXPECT_EQ(ErrorOf([&] { table->CreateField(u"A", Text(u"10"), Text(bad)); }), kErrDataConversion);
+  }
+}
+
+TEST_F(DaoStructure, FieldsJoinATableWithRows) {
+  Create();
+  MakeTable(u"T", {{u"Id", dao::dbLong, 4, 17}, {u"A", dao::dbText, 20}}, {{u"PK", {u"Id"}, true}});
+  for (int i = 0; i < 300; ++i) Run(u"INSERT INTO T (A) VALUES ('wiersz " + DecimalText(i) + u"')");
+  auto table = database->TableDefs()->Item(u"T");
+  MakeField(*table, {u"Liczba", dao::dbLong, 4, 0, false, false, u"7"});
+  MakeField(*table, {u"Uwagi", dao::dbMemo, 0, 0, false, true});
+  auto flag = MakeField(*table, {u"Znak", dao::dbBoolean, 1, 0, false, false, u"True"});
+  EXPECT_EQ(ErrorOf([&] { MakeField(*table, {u"liczba", dao::dbText, 5}); }), kErrFieldDefinedTwice);
+  EXPECT_EQ(ErrorOf([&] { flag->SetAttributes(17); }), kErrPropertyFixed);
+  // Rows that were there keep nothing in the new fields; new ones get the default.
+  EXPECT_EQ(CountRows(u"SELECT * FROM T WHERE Liczba Is Null And Uwagi Is Null And Znak = False"), 300u);
+  Run(u"INSERT INTO T (A) VALUES ('nowy')");
+  Run(u"UPDATE T SET Uwagi = A & ' ' & A & ' ' & A & ' długa uwaga do wiersza', Liczba = Id WHERE Id > 100");
+  Reopen();
+  EXPECT_EQ(Column(u"SELECT * FROM T WHERE A = 'nowy'", u"Znak"), std::vector<dao::Value>{true});
+  EXPECT_EQ(CountRows(u"SELECT * FROM T WHERE Liczba = Id And Uwagi Like 'wiersz ### *'"), 200u);
+  EXPECT_EQ(CountRows(u"SELECT * FROM T WHERE Liczba Is Null"), 100u);
+}
+
+TEST_F(DaoStructure, IndexesAreBuiltFromTheRows) {
+  Create();
+  MakeTable(u"T", {{u"A", dao::dbLong}, {u"B", dao::dbText, 20}});
+  for (int i = 0; i < 500; ++i) {
+    Run(u"INSERT INTO T (A, B) VALUES (" + DecimalText(i * 37 % 500) + u", 'Łódź " + DecimalText(i / 2) + u"')");
+  }
+  Run(u"INSERT INTO T (B) VALUES ('bez liczby')");
+  auto table = database->TableDefs()->Item(u"T");
+  MakeIndex(*table, {u"NaA", {u"A"}, false, true});
+  EXPECT_EQ(ErrorOf([&] { MakeIndex(*table, {u"NaB", {u"B"}, false, true}); }), kErrDuplicateKey);
+  EXPECT_EQ(ErrorOf([&] { MakeIndex(*table, {u"PK", {u"A"}, true}); }), kErrNullInIndex);
+  EXPECT_EQ(ErrorOf([&] { MakeIndex(*table, {u"naa", {u"B"}}); }), kErrIndexExists);
+  MakeIndex(*table, {u"NaBA", {u"B", u"A"}});
+  EXPECT_EQ(table->Indexes()->Count(), 2);
+  EXPECT_EQ(ErrorOfRun(u"INSERT INTO T (A) VALUES (17)"), kErrDuplicateKey);
+  auto index = table->Indexes()->Item(u"NaBA");
+  EXPECT_EQ(index->Fields()->Count(), 2);
+  EXPECT_EQ(index->Fields()->Item(1)->Name(), u"A");
+  EXPECT_EQ(ErrorOf([&] { index->Fields()->Append(index->CreateField(u"A")); }), kErrInvalidOperation);
+  EXPECT_EQ(ErrorOf([&] { index->SetUnique(true); }), kErrPropertyFixed);
+  table->Indexes()->Delete(u"NaA");
+  EXPECT_EQ(ErrorOfRun(u"INSERT INTO T (A) VALUES (17)"), 0);
+}
+
+TEST_F(DaoStructure, RelationsAreRefusedWithDaosNumbers) {
+  Create();
+  MakeTable(u"Ojciec", {{u"Id", dao::dbLong, 4, 17}, {u"Kod", dao::dbText, 5}, {u"Inne", dao::dbLong}},
+            {{u"PK", {u"Id"}, true}});
+  MakeTable(u"Syn", {{u"Id", dao::dbLong, 4, 17}, {u"IdOjca", dao::dbLong}, {u"Kod", dao::dbText, 5}},
+            {{u"PK", {u"Id"}, true}, {u"Zajęta", {u"Kod"}}});
+  Run(u"INSERT INTO Syn (IdOjca) VALUES (5)");
+  const auto make = [&](std::u16string name, std::u16string table, std::u16string foreign, int attributes,
+                        std::vector<std::pair<std::u16string, std::u16string>> fields) {
+    return ErrorOf([&] { MakeRelation(name, table, foreign, attributes, fields); });
+  };
+  EXPECT_EQ(make(u"R", u"Ojciec", u"Syn", 0, {}), kErrRelationNoFields);
+  EXPECT_EQ(make(u"R.", u"Ojciec", u"Syn", 0, {{u"Id", u"IdOjca"}}), kErrInvalidName);
+  EXPECT_EQ(make(u"R", u"Nie ma", u"Syn", 0, {{u"Id", u"IdOjca"}}), kErrObjectNotFound);
+  EXPECT_EQ(make(u"R", u"Ojciec", u"Nie ma", 0, {{u"Id", u"IdOjca"}}), kErrObjectNotFound);
+  EXPECT_EQ(make(u"R", u"Ojciec", u"Syn", 0, {{u"Brak", u"IdOjca"}}), kErrInvalidFieldName);
+  EXPECT_EQ(make(u"R", u"Ojciec", u"Syn", 0, {{u"Id", u"Brak"}}), kErrInvalidFieldName);
+  EXPECT_EQ(make(u"R", u"Ojciec", u"Ojciec", 0, {{u"Id", u"Id"}}), kErrFieldRelatedToItself);
+  EXPECT_EQ(make(u"R", u"Ojciec", u"Syn", 0, {{u"Id", u"Kod"}}), kErrRelationFieldsDiffer);
+  EXPECT_EQ(make(u"R", u"Ojciec", u"Syn", 0, {{u"Inne", u"IdOjca"}}), kErrNoUniqueIndex);
+  EXPECT_EQ(make(u"Zajęta", u"Ojciec", u"Syn", 0, {{u"Id", u"IdOjca"}}), kErrIndexExists);
+  EXPECT_EQ(make(u"R", u"Ojciec", u"Syn", 0, {{u"Id", u"IdOjca"}}), kErrRelationDataViolates);
+  EXPECT_EQ(database->Relations()->Count(), 0);
+  // Not enforced: rows and indexes do not matter.
+  EXPECT_EQ(make(u"Luźna", u"Ojciec", u"Syn", dao::dbRelationDontEnforce, {{u"Inne", u"IdOjca"}}), 0);
+  EXPECT_EQ(make(u"luźna", u"Ojciec", u"Syn", 2, {{u"Inne", u"IdOjca"}}), kErrObjectExists);
+  Run(u"DELETE FROM Syn");
+  EXPECT_EQ(make(u"R", u"Ojciec", u"Syn", 4096, {{u"Id", u"IdOjca"}}), 0);
+  EXPECT_EQ(ErrorOf([&] { database->TableDefs()->Delete(u"Syn"); }), kErrUsedInRelation);
+}
+
+TEST_F(DaoStructure, RelationsAreFoundAgainAndDeleted) {
+  Create(dao::dbEncrypt);
+  MakeTable(u"Ojciec", {{u"A", dao::dbLong}, {u"B", dao::dbText, 5}}, {{u"PK", {u"A", u"B"}, true}});
+  MakeTable(u"Syn", {{u"X", dao::dbText, 5}, {u"Y", dao::dbLong}, {u"Z", dao::dbText, 3}});
+  MakeRelation(u"Dwa pola", u"ojciec", u"SYN", 4352, {{u"B", u"X"}, {u"A", u"Y"}});
+  Reopen();
+  ASSERT_EQ(database->Relations()->Count(), 1);
+  auto relation = database->Relations()->Item(u"DWA POLA");
+  EXPECT_EQ(relation->Name(), u"Dwa pola");
+  EXPECT_EQ(relation->Table(), u"Ojciec");
+  EXPECT_EQ(relation->ForeignTable(), u"Syn");
+  EXPECT_EQ(relation->Attributes(), 4352);
+  ASSERT_EQ(relation->Fields()->Count(), 2);
+  EXPECT_EQ(relation->Fields()->Item(0)->ForeignName(), u"X");
+  EXPECT_EQ(relation->Fields()->Item(u"a")->ForeignName(), u"Y");
+  EXPECT_EQ(ErrorOf([&] { relation->Fields()->Append(relation->CreateField(u"C")); }), kErrInvalidOperation);
+  auto indexes = database->TableDefs()->Item(u"Syn")->Indexes();
+  ASSERT_EQ(indexes->Count(), 1);
+  EXPECT_TRUE(indexes->Item(u"Dwa pola")->Foreign());
+  EXPECT_EQ(database->TableDefs()->Item(u"Ojciec")->Indexes()->Count(), 1);
+  Run(u"INSERT INTO Ojciec (A, B) VALUES (1, 'x')");
+  EXPECT_EQ(ErrorOfRun(u"INSERT INTO Syn (X, Y) VALUES ('x', 2)"), kErrRelatedRecordRequired);
+  EXPECT_EQ(ErrorOfRun(u"INSERT INTO Syn (X, Y) VALUES ('X', 1)"), 0);
+  EXPECT_EQ(ErrorOfRun(u"INSERT INTO Syn (X) VALUES ('inny')"), 0) << "partly null is free";
+  database->Relations()->Delete(u"Dwa pola");
+  EXPECT_EQ(database->Relations()->Count(), 0);
+  EXPECT_EQ(database->TableDefs()->Item(u"Syn")->Indexes()->Count(), 0);
+  EXPECT_EQ(ErrorOfRun(u"INSERT INTO Syn (X, Y) VALUES ('x', 2)"), 0);
+  EXPECT_EQ(ErrorOf([&] { database->Relations()->Delete(u"Dwa pola"); }), kErrItemNotFound);
+}
+
+TEST_F(DaoStructure, RenamesCarryEverythingAlong) {
+  Create();
+  MakeTable(u"Ojciec", {{u"Id", dao::dbLong, 4, 17}, {u"Nazwa", dao::dbText, 9, 0, true}},
+            {{u"PK", {u"Id"}, true}});
+  MakeTable(u"Syn", {{u"IdOjca", dao::dbLong, 4, 0, false, false, u"1"}});
+  MakeRelation(u"R", u"Ojciec", u"Syn", 0, {{u"Id", u"IdOjca"}});
+  database->TableDefs()->Item(u"Ojciec")->SetName(u"Rodzic");
+  database->TableDefs()->Item(u"Rodzic")->Fields()->Item(u"Nazwa")->SetName(u"Imię");
+  database->TableDefs()->Item(u"Syn")->Fields()->Item(u"IdOjca")->SetName(u"IdRodzica");
+  database->TableDefs()->Item(u"Rodzic")->Indexes()->Item(u"PK")->SetName(u"Klucz");
+  EXPECT_EQ(ErrorOf([&] { database->TableDefs()->Item(u"Syn")->SetName(u"rodzic"); }), kErrTableExists);
+  Reopen();
+  auto relation = database->Relations()->Item(0);
+  EXPECT_EQ(relation->Table(), u"Rodzic");
+  EXPECT_EQ(relation->Fields()->Item(0)->ForeignName(), u"IdRodzica");
+  EXPECT_TRUE(database->TableDefs()->Item(u"Rodzic")->Fields()->Item(u"Imię")->Required());
+  EXPECT_EQ(database->TableDefs()->Item(u"Syn")->Fields()->Item(u"IdRodzica")->DefaultValue(), u"1");
+  EXPECT_TRUE(database->TableDefs()->Item(u"Rodzic")->Indexes()->Item(u"Klucz")->Primary());
+  EXPECT_EQ(ErrorOfRun(u"INSERT INTO Syn (IdRodzica) VALUES (5)"), kErrRelatedRecordRequired);
+}
+
+TEST_F(DaoStructure, ATableWithOpenRowsKeepsItsStructure) {
+  Create();
+  MakeTable(u"T", {{u"A", dao::dbLong}});
+  auto table = database->TableDefs()->Item(u"T");
+  auto rows = database->OpenRecordset(u"SELECT * FROM T");
+  EXPECT_EQ(ErrorOf([&] { MakeField(*table, {u"B", dao::dbLong}); }), kErrTableInUse);
+  EXPECT_EQ(ErrorOf([&] { database->TableDefs()->Delete(u"T"); }), kErrTableInUse);
+  rows->Close();
+  database->TableDefs()->Delete(u"T");
+  EXPECT_EQ(ErrorOf([&] { database->TableDefs()->Delete(u"T"); }), kErrItemNotFound);
+  EXPECT_EQ(ErrorOf([&] { table->Fields()->Count(); }), kErrObjectInvalid);
+}
+
+}  // namespace zimbrat::tests
