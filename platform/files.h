@@ -66,7 +66,8 @@ class Files {
   // Nothing when there is no file or folder of that name.
   virtual std::optional<FileState> State(std::u16string_view path) = 0;
   virtual void Delete(std::u16string_view path) = 0;
-  // Atomic: `to`, if it exists, is replaced in one step, durably.
+  // Atomic: `to`, if it exists, is replaced in one step, durably. The content of `from` must have been
+  // flushed. A target that others have open is error 70 on Windows; elsewhere it is replaced under them.
   virtual void Replace(std::u16string_view from, std::u16string_view to) = 0;
   // Permissions, attributes and creation time of `from` onto `to`.
   virtual void CopyAttributes(std::u16string_view from, std::u16string_view to) = 0;

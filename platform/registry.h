@@ -2,6 +2,7 @@
 // nothing; key paths are separated by `\`.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>

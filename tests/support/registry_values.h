@@ -1,6 +1,7 @@
 // Registry values as tests write and read them.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,10 @@ struct RegistryMaker {
   std::function<std::unique_ptr<RegistryBench>()> make;
 };
 std::vector<RegistryMaker> RegistryMakers();
+
+// For what a failing test prints.
+inline void PrintTo(const ProfileMaker& maker, std::ostream* out) { *out << maker.name; }
+inline void PrintTo(const RegistryMaker& maker, std::ostream* out) { *out << maker.name; }
 
 // For the names of parameterized tests.
 template <class Maker>
