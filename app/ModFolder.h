@@ -1,9 +1,9 @@
 // The check of a new database's name and folder.
 #pragma once
 
-#include <string_view>
-
 #include "suite/program_state.h"
+
+#include <string_view>
 
 namespace zimbrat::app {
 

@@ -1,9 +1,9 @@
 // The entry of a created database into the suite's list.
 #pragma once
 
-#include <string>
-
 #include "suite/program_state.h"
+
+#include <string>
 
 namespace zimbrat::app {
 

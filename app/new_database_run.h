@@ -1,11 +1,11 @@
 // The task "new, empty database" without controls: the order of its steps for every entry.
 #pragma once
 
-#include <string>
-
 #include "generator/ModGeneruj.h"
-#include "platform/controls.h"
 #include "suite/program_state.h"
+#include "platform/controls.h"
+
+#include <string>
 
 namespace zimbrat::app {
 

@@ -4,8 +4,8 @@
 #include "console/arguments.h"
 #include "console/console_host.h"
 #include "console/outcome.h"
-#include "platform/console.h"
 #include "suite/program_state.h"
+#include "platform/console.h"
 
 namespace zimbrat::console {
 

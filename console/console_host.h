@@ -2,11 +2,11 @@
 // are answered by options, a password is asked for only where somebody can type it.
 #pragma once
 
-#include <functional>
-#include <string>
-
 #include "platform/console.h"
 #include "platform/host.h"
+
+#include <functional>
+#include <string>
 
 namespace zimbrat::console {
 

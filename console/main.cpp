@@ -1,4 +1,5 @@
 #include "console/run.h"
+
 #include "platform/run_time_error.h"
 #include "platform/system.h"
 

@@ -1,8 +1,8 @@
 // The command that creates a new database.
 #include "commands.h"
-#include "console/nearest.h"
-#include "progress_line.h"
 
+#include "progress_line.h"
+#include "console/nearest.h"
 #include "app/ModFolder.h"
 #include "app/database_list.h"
 #include "app/name_rules.h"

@@ -1,11 +1,11 @@
 // What a command came to, and its two shapes: lines for people, one JSON object for programs.
 #pragma once
 
+#include "platform/console.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "platform/console.h"
 
 namespace zimbrat::console {
 

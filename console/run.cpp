@@ -1,9 +1,8 @@
 #include "console/run.h"
 
 #include "commands.h"
-
-#include "app/version.h"
 #include "engines/engine_choice.h"
+#include "app/version.h"
 #include "suite/manners.h"
 #include "platform/text.h"
 

@@ -1,11 +1,11 @@
 // zimbratc from its words to its exit status.
 #pragma once
 
-#include <functional>
-#include <memory>
-
 #include "platform/dao.h"
 #include "platform/system.h"
+
+#include <functional>
+#include <memory>
 
 namespace zimbrat::console {
 

@@ -1,13 +1,13 @@
 // Which database engine the program works with, and who verifies a finished copy.
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <string_view>
-
 #include "platform/clock.h"
 #include "platform/dao.h"
 #include "platform/files.h"
+
+#include <functional>
+#include <memory>
+#include <string_view>
 
 namespace zimbrat::engines {
 

@@ -5,16 +5,16 @@
 // context; a driver stops at the first false. Nothing already written to a database is undone.
 #pragma once
 
+#include "generator/new_database_file.h"
+#include "generator/structure_file.h"
+#include "suite/program_state.h"
+#include "platform/controls.h"
+#include "platform/dao.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "platform/controls.h"
-#include "platform/dao.h"
-#include "generator/new_database_file.h"
-#include "generator/structure_file.h"
-#include "suite/program_state.h"
 
 namespace zimbrat::generator {
 

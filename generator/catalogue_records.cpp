@@ -1,6 +1,7 @@
 // The first records of the catalogue tables: the program's row, the administrator, the company
 // header, the accounting periods.
 #include "generator/ModGeneruj.h"
+
 #include "suite/manners.h"
 #include "platform/dates.h"
 #include "platform/text.h"

@@ -2,12 +2,12 @@
 // front of a line, and the way a malformed line fails.
 #pragma once
 
+#include "generator/ModGeneruj.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
-
-#include "generator/ModGeneruj.h"
 
 namespace zimbrat::generator {
 

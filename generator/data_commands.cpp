@@ -1,5 +1,6 @@
 // The data statements of a structure file's [UPDATE] section.
 #include "generator/ModGeneruj.h"
+
 #include "commands.h"
 
 namespace zimbrat::generator {

@@ -1,5 +1,6 @@
 // The drivers: what the wizard runs when the user confirms the summary page.
 #include "generator/ModGeneruj.h"
+
 #include "suite/manners.h"
 #include "platform/text.h"
 

@@ -1,4 +1,5 @@
 #include "generator/ModGeneruj.h"
+
 #include "suite/ModPrgFun.h"
 #include "platform/text.h"
 

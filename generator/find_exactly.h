@@ -2,10 +2,10 @@
 // the structure files do not.
 #pragma once
 
+#include "platform/dao.h"
+
 #include <memory>
 #include <string_view>
-
-#include "platform/dao.h"
 
 namespace zimbrat::generator {
 

@@ -9,12 +9,12 @@
 //   destructor   without PutInPlace: removes the working file; an old file stays
 #pragma once
 
+#include "platform/files.h"
+#include "platform/host.h"
+
 #include <memory>
 #include <string>
 #include <string_view>
-
-#include "platform/files.h"
-#include "platform/host.h"
 
 namespace zimbrat::generator {
 

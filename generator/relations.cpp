@@ -1,6 +1,7 @@
 // One relation of a structure file: appended whole with all its fields, or completed where it
 // exists.
 #include "generator/ModGeneruj.h"
+
 #include "find_exactly.h"
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"

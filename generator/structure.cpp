@@ -1,5 +1,6 @@
 // One structure file applied to one database, from the header to the data statements.
 #include "generator/ModGeneruj.h"
+
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"
 #include "platform/numbers.h"

@@ -1,7 +1,7 @@
 #include "generator/structure_file.h"
 
-#include "platform/numbers.h"
 #include "suite/ModPrgFun.h"
+#include "platform/numbers.h"
 
 namespace zimbrat::generator {
 

@@ -3,11 +3,11 @@
 // and belongs to the format.
 #pragma once
 
+#include "platform/profile.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
-
-#include "platform/profile.h"
 
 namespace zimbrat::generator {
 

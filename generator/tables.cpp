@@ -4,6 +4,7 @@
 // end; an existing one takes each new field and index at once. Of an existing field only
 // allow-zero-length and default value are renewed.
 #include "generator/ModGeneruj.h"
+
 #include "find_exactly.h"
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"

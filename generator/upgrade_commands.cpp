@@ -1,6 +1,7 @@
 // The renaming commands of a structure file's [UPGRADE] section. An object that is not found is no
 // error: the database may have its new name already.
 #include "generator/ModGeneruj.h"
+
 #include "commands.h"
 #include "find_exactly.h"
 

@@ -3,13 +3,13 @@
 // database, the summary and result texts.
 #pragma once
 
+#include "suite/program_state.h"
+#include "platform/controls.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "platform/controls.h"
-#include "suite/program_state.h"
 
 namespace zimbrat::suite {
 

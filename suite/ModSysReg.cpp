@@ -1,13 +1,13 @@
 #include "suite/ModSysReg.h"
 
-#include <cstddef>
-#include <memory>
-#include <utility>
-
+#include "suite/manners.h"
 #include "platform/error_numbers.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
-#include "suite/manners.h"
+
+#include <cstddef>
+#include <memory>
+#include <utility>
 
 namespace zimbrat::suite {
 namespace {

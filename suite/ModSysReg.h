@@ -3,15 +3,15 @@
 // the registry's code, as an empty result, or not at all.
 #pragma once
 
+#include "suite/program_state.h"
+#include "platform/controls.h"
+#include "platform/registry.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
-
-#include "platform/controls.h"
-#include "platform/registry.h"
-#include "suite/program_state.h"
 
 namespace zimbrat::suite {
 

@@ -1,9 +1,10 @@
+#include "suite/ModPrgFun.h"
+
+#include "suite/manners.h"
+#include "suite/value_text.h"
 #include "platform/error_numbers.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
-#include "suite/ModPrgFun.h"
-#include "suite/manners.h"
-#include "suite/value_text.h"
 
 namespace zimbrat::suite {
 namespace {

@@ -2,12 +2,12 @@
 // entry programs where one is caught.
 #pragma once
 
+#include "suite/program_state.h"
+#include "platform/run_time_error.h"
+
 #include <exception>
 #include <optional>
 #include <utility>
-
-#include "platform/run_time_error.h"
-#include "suite/program_state.h"
 
 namespace zimbrat::suite {
 

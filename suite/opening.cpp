@@ -1,9 +1,10 @@
-#include <memory>
+#include "suite/ModPrgFun.h"
 
+#include "suite/manners.h"
 #include "platform/error_numbers.h"
 #include "platform/text.h"
-#include "suite/ModPrgFun.h"
-#include "suite/manners.h"
+
+#include <memory>
 
 namespace zimbrat::suite {
 namespace {

@@ -1,12 +1,6 @@
 // The program-wide state: one value made by the entry program and handed down by reference.
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <memory>
-#include <string>
-#include <string_view>
-
 #include "platform/clock.h"
 #include "platform/dao.h"
 #include "platform/environment.h"
@@ -15,6 +9,12 @@
 #include "platform/profile.h"
 #include "platform/registry.h"
 #include "platform/run_time_error.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
 
 namespace zimbrat::suite {
 

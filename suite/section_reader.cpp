@@ -1,8 +1,9 @@
-#include <array>
-
-#include "platform/text.h"
 #include "suite/ModPrgFun.h"
+
 #include "suite/manners.h"
+#include "platform/text.h"
+
+#include <array>
 
 namespace zimbrat::suite {
 namespace {

@@ -1,10 +1,10 @@
 #include "suite/value_text.h"
 
-#include <type_traits>
-
 #include "platform/error_numbers.h"
 #include "platform/numbers.h"
 #include "platform/run_time_error.h"
+
+#include <type_traits>
 
 namespace zimbrat::suite {
 

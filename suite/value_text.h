@@ -1,10 +1,10 @@
 // Values of fields and of the registry as texts and numbers, as Visual Basic converts a variant.
 #pragma once
 
+#include "platform/dao.h"
+
 #include <cstdint>
 #include <string>
-
-#include "platform/dao.h"
 
 namespace zimbrat::suite {
 

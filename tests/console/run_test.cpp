@@ -133,7 +133,7 @@ TEST_F(Zimbratc, NamesAMissingStructureFileBeforeItTouchesAnything) {
   EXPECT_EQ(error_,
             "Wystąpił bląd podczas generowania bazy danych. Baza nie została utworzona.\n"
             "Szczegóły:\nBrak pliku struktury: " +
-                Utf8(Example(u"kadyr.stb")) +
+                Utf8(platform::MakeSystem(0, nullptr).files->RealPath(Example(u"kadyr.stb"))) +
                 "\nTablica: \nIndeks: \nRelacja: \nPole: \nLinia: \nCzy chodziło o kadry.stb?\n");
   EXPECT_EQ(output_, "");
   EXPECT_EQ(Nowa(u"Firma", Example(u"kadry.stb") + u",B"), 1);

@@ -48,6 +48,7 @@ class DatabaseBench : public Bench {
  public:
   explicit DatabaseBench(platform::Files* others = nullptr) : Bench(others) {
     state.on.makeEngine = [this] { return engines::MakeEngine(files, clock, {}); };
+    host.verify = [this](std::u16string_view path) { engines::VerifyDatabase(files, path, {}); };
   }
 
   // An empty database, open.

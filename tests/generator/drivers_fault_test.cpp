@@ -15,7 +15,6 @@ bool RunWithFault(const FaultPlan& plan, bool& done) {
   const platform::System system = platform::MakeSystem(0, nullptr);
   FailingFiles files(*system.files);
   DatabaseBench bench(&files);
-  bench.state.on.makeEngine = [&] { return engines::MakeEngine(files, bench.clock, {}); };
   bench.folder.Write(u"Firma.mdb", kOld);
   const auto structure = bench.WriteStructure(u"a.stb", SmallProgram("AB"));
   bench.host.answer = platform::kAnswerYes;

@@ -103,7 +103,9 @@ TEST_F(Driver, AsksBeforeItOverwrites) {
 TEST_F(Driver, KeepsTheOldFileWhenTheNewOneIsNotSound) {
   bench_.folder.Write(u"Firma.mdb", "stara");
   bench_.host.answer = platform::kAnswerYes;
-  bench_.host.verifyError = platform::kErrCannotOpenDatabase;
+  bench_.host.verify = [](std::u16string_view) {
+    throw platform::RunTimeError(platform::kErrCannotOpenDatabase, u"test", u"uszkodzona");
+  };
   EXPECT_FALSE(Run(Program("AB")));
   EXPECT_EQ(bench_.state.context.Number, platform::kErrCannotOpenDatabase);
   EXPECT_EQ(bench_.folder.Read(u"Firma.mdb"), "stara");

@@ -2,6 +2,7 @@
 // there, a host that writes down what it was told and answers as the test says.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,8 +24,8 @@ class FakeHost : public platform::Host {
   std::vector<std::u16string> reports;  // routines
   int answer = platform::kAnswerNone;
   std::optional<std::u16string> password;
-  // The number that VerifyCopy raises; 0 for sound copies.
-  std::int32_t verifyError = 0;
+  // Throws for copies that are not sound; without it all are.
+  std::function<void(std::u16string_view path)> verify;
   int busyDepth = 0;
 
   int ShowMessage(std::u16string_view prompt, int, std::u16string_view) override {
@@ -32,8 +33,8 @@ class FakeHost : public platform::Host {
     return answer;
   }
   void Pulse() override {}
-  void VerifyCopy(std::u16string_view) override {
-    if (verifyError != 0) throw platform::RunTimeError(verifyError, u"test", u"test");
+  void VerifyCopy(std::u16string_view path) override {
+    if (verify) verify(path);
   }
   std::optional<std::u16string> AskPassword(std::u16string_view) override { return password; }
   void ReportError(const platform::RunTimeError&, std::u16string_view routine) override {
