@@ -105,6 +105,8 @@ inline constexpr std::size_t kMaxNameLength = 64;
 
 // Column types are DAO's numbers, but for one.
 inline constexpr std::int16_t kColumnTypeDecimal = 16;
+// A fixed block of bytes, met in MSysAccessObjects (3992 bytes).
+inline constexpr std::int16_t kColumnTypeBlock = 17;
 
 // Column flags.
 inline constexpr std::uint8_t kColumnFixed = 0x01;

@@ -1,0 +1,79 @@
+#include "index_page.h"
+
+#include <utility>
+
+namespace zimbrat::jet::check {
+
+namespace {
+constexpr std::size_t kOffsetUnused = 8;
+}  // namespace
+
+std::optional<IndexPage> IndexPage::Read(Checking& check, const std::u16string& place,
+                                         PageNumber number, PageNumber owner) {
+  IndexPage result;
+  result.number_ = number;
+  result.page_ = check.pages.Read(number);
+  const ConstBytes page = *result.page_;
+  const std::uint8_t type = Get8(page, 0);
+  if (type != kPageIndexNode && type != kPageIndexLeaf) {
+    check.PageError(place, number, TextOf(u"nie jest stroną indeksu (rodzaj ", type, u")"));
+    return std::nullopt;
+  }
+  result.isLeaf_ = type == kPageIndexLeaf;
+  if (Get8(page, 1) != 1) check.PageError(place, number, u"drugi bajt strony jest różny od 1");
+  if (Get32(page, kOffsetUnused) != 0) {
+    check.PageError(place, number, u"nieużywane pole nagłówka strony nie jest zerem");
+  }
+  if (Get32(page, kOffsetOwner) != owner) {
+    check.PageError(place, number,
+                    TextOf(u"strona podaje jako właściciela ", Get32(page, kOffsetOwner)));
+    return std::nullopt;
+  }
+  if (result.isLeaf_ && result.Tail() != 0) check.PageError(place, number, u"liść ma ogon");
+  if (!result.ReadMask(check, place)) return std::nullopt;
+  return result;
+}
+
+bool IndexPage::ReadMask(Checking& check, const std::u16string& place) {
+  const ConstBytes page = *page_;
+  const std::size_t pointer = isLeaf_ ? kSizeLeafPointer : kSizeNodePointer;
+  prefix_ = Get16(page, kOffsetPrefixLength);
+  std::size_t end = 0;
+  for (std::size_t bit = 0; bit < 8 * kSizeEntryMask; ++bit) {
+    if ((Get8(page, kOffsetEntryMask + bit / 8) >> (bit % 8) & 1) == 0) continue;
+    const bool isFirst = ends_.empty();
+    const std::size_t size = bit - end + (isFirst ? 0 : prefix_);
+    if (bit > kSizeEntries || size <= pointer || size > kSizeEntries ||
+        (isFirst && size <= prefix_)) {
+      check.PageError(place, number_,
+                      TextOf(u"wpis ", ends_.size(), u" ma niemożliwą długość ", size));
+      return false;
+    }
+    ends_.push_back(static_cast<std::uint16_t>(bit));
+    end = bit;
+  }
+  const std::size_t free = Get16(page, kOffsetFreeBytes);
+  if (free != kSizeEntries - end) {
+    check.PageError(place, number_,
+                    TextOf(u"liczba wolnych bajtów to ", free, u" zamiast ", kSizeEntries - end));
+  }
+  if (ends_.empty() && prefix_ != 0)
+    check.PageError(place, number_, u"pusta strona ma wspólny początek wpisów");
+  return true;
+}
+
+void IndexPage::CopyEntry(std::size_t i, std::vector<std::byte>& entry) const {
+  const ConstBytes area = ConstBytes(*page_).subspan(kOffsetEntries);
+  const std::size_t start = i == 0 ? 0 : ends_[i - 1];
+  const ConstBytes prefix = area.first(i == 0 ? 0 : prefix_);
+  const ConstBytes stored = area.subspan(start, ends_[i] - start);
+  entry.assign(prefix.begin(), prefix.end());
+  entry.insert(entry.end(), stored.begin(), stored.end());
+  if (!isLeaf_) entry.resize(entry.size() - sizeof(PageNumber));
+}
+
+PageNumber IndexPage::Child(std::size_t i) const {
+  return GetBig32(*page_, kOffsetEntries + ends_[i] - sizeof(PageNumber));
+}
+
+}  // namespace zimbrat::jet::check

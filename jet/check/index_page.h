@@ -1,0 +1,39 @@
+// One index page taken apart, and what is wrong with the page itself.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "checking.h"
+
+namespace zimbrat::jet::check {
+
+class IndexPage {
+ public:
+  // Reports faults; nothing when the entries cannot be read.
+  static std::optional<IndexPage> Read(Checking& check, const std::u16string& place,
+                                       PageNumber number, PageNumber owner);
+
+  PageNumber Number() const { return number_; }
+  bool IsLeaf() const { return isLeaf_; }
+  PageNumber Previous() const { return Get32(*page_, kOffsetPreviousLeaf); }
+  PageNumber Next() const { return Get32(*page_, kOffsetNextLeaf); }
+  PageNumber Tail() const { return Get32(*page_, kOffsetTail); }
+  std::uint8_t Level() const { return Get8(*page_, kOffsetLevel); }
+  std::size_t Count() const { return ends_.size(); }
+  // Key and row pointer, put together with the prefix. Replaces `entry`.
+  void CopyEntry(std::size_t i, std::vector<std::byte>& entry) const;
+  PageNumber Child(std::size_t i) const;
+
+ private:
+  bool ReadMask(Checking& check, const std::u16string& place);
+
+  PageNumber number_ = 0;
+  bool isLeaf_ = true;
+  std::size_t prefix_ = 0;
+  PageView page_;
+  std::vector<std::uint16_t> ends_;
+};
+
+}  // namespace zimbrat::jet::check

@@ -1,0 +1,354 @@
+#include "layout.h"
+
+#include <algorithm>
+#include <set>
+
+#include "definition_bytes.h"
+#include "jet/index/collation.h"
+#include "jet/index/key.h"
+#include "platform/dao.h"
+
+namespace zimbrat::jet::check {
+
+bool ColumnLayout::IsBoolean() const {
+  return type == dao::dbBoolean;
+}
+bool ColumnLayout::IsText() const {
+  return type == dao::dbText || type == dao::dbMemo;
+}
+bool ColumnLayout::IsLongValue() const {
+  return type == dao::dbMemo || type == dao::dbLongBinary;
+}
+
+bool ColumnLayout::HasComparableKeys() const {
+  return !IsText() || (static_cast<std::uint16_t>(extra) == kGeneralLanguage && extra >> 24 == 0);
+}
+
+std::size_t ColumnLayout::FixedSize() const {
+  switch (type) {
+    case dao::dbBoolean:
+    case dao::dbByte:
+      return 1;
+    case dao::dbInteger:
+      return 2;
+    case dao::dbLong:
+    case dao::dbSingle:
+      return 4;
+    case dao::dbCurrency:
+    case dao::dbDouble:
+    case dao::dbDate:
+      return 8;
+    case dao::dbGUID:
+      return 16;
+    case kColumnTypeDecimal:
+      return 17;
+    default:
+      return 0;
+  }
+}
+
+const ColumnLayout* TableLayout::FindColumn(std::uint16_t id) const {
+  const auto found = std::find_if(columns.begin(), columns.end(),
+                                  [&](const ColumnLayout& column) { return column.id == id; });
+  return found == columns.end() ? nullptr : &*found;
+}
+
+const ColumnLayout* TableLayout::FindColumn(std::u16string_view name) const {
+  const auto found = std::find_if(columns.begin(), columns.end(), [&](const ColumnLayout& column) {
+    return EqualText(column.name, name);
+  });
+  return found == columns.end() ? nullptr : &*found;
+}
+
+const LogicalLayout* TableLayout::FindLogical(std::uint32_t number) const {
+  const auto found =
+      std::find_if(logicals.begin(), logicals.end(),
+                   [&](const LogicalLayout& logical) { return logical.number == number; });
+  return found == logicals.end() ? nullptr : &*found;
+}
+
+namespace {
+
+constexpr std::uint16_t kNoColumn = 0xFFFF;
+// The engine allows 32 indexes; ends of relationships come on top.
+constexpr std::size_t kMaxTrees = 255;
+constexpr std::size_t kMaxLogicals = 1024;
+
+bool IsKnownType(std::int16_t type) {
+  return (type >= dao::dbBoolean && type <= dao::dbMemo) || type == dao::dbGUID ||
+         type == kColumnTypeDecimal || type == kColumnTypeBlock;
+}
+
+class LayoutReader {
+ public:
+  LayoutReader(Checking& check, const std::u16string& place, ConstBytes bytes, PageNumber page,
+               bool report)
+      : check_(check), bytes_(bytes), reader_(bytes, kSizeDefinitionHead), report_(report) {
+    table_.page = page;
+    table_.place = place;
+  }
+
+  std::optional<TableLayout> Read();
+
+ private:
+  bool ReadHead();
+  void ReadColumns();
+  ColumnLayout ReadColumn();
+  void ReadIndexes();
+  void ReadLogicals();
+  void ReadLongValueMaps();
+  void CheckColumns();
+  void CheckColumn(const ColumnLayout& column);
+  void CheckIndexes();
+  void CheckLogicals();
+  void CheckLongValueMaps();
+  void Fault(std::u16string text) {
+    if (report_) check_.PageError(table_.place, table_.page, std::move(text));
+  }
+
+  Checking& check_;
+  ConstBytes bytes_;
+  DefinitionReader reader_;
+  bool report_;
+  std::size_t columns_ = 0, indexes_ = 0, logicals_ = 0;
+  TableLayout table_;
+};
+
+bool LayoutReader::ReadHead() {
+  table_.rows = Get32(bytes_, kOffsetTableRows);
+  table_.kind = Get8(bytes_, kOffsetTableType);
+  table_.maxColumns = Get16(bytes_, kOffsetMaxColumns);
+  table_.variableColumns = Get16(bytes_, kOffsetVariableColumns);
+  table_.ownedMap = RowPointer::FromPacked(Get32(bytes_, kOffsetOwnedMap));
+  table_.freeMap = RowPointer::FromPacked(Get32(bytes_, kOffsetFreeMap));
+  columns_ = Get16(bytes_, kOffsetColumns);
+  logicals_ = Get32(bytes_, kOffsetLogicalIndexes);
+  indexes_ = Get32(bytes_, kOffsetRealIndexes);
+  if (Get32(bytes_, kOffsetDefinitionMark) != kDefinitionMark) Fault(u"brak znacznika definicji");
+  if (table_.kind != kTableUser && table_.kind != kTableSystem) Fault(u"nieznany rodzaj tabeli");
+  const std::uint64_t least = std::uint64_t{columns_} * (kSizeColumn + 2) +
+                              std::uint64_t{indexes_} * (kSizeIndexCounts + kSizeRealIndex) +
+                              std::uint64_t{logicals_} * (kSizeLogicalIndex + 2) + 2;
+  if (columns_ > kMaxColumns || table_.maxColumns < columns_ || indexes_ > logicals_ ||
+      indexes_ > kMaxTrees || logicals_ > kMaxLogicals || !reader_.HasLeft(least)) {
+    Fault(TextOf(u"definicja o długości ", bytes_.size(), u" nie może mieć ", columns_,
+                 u" kolumn, ", indexes_, u" i ", logicals_, u" indeksów"));
+    return false;
+  }
+  return true;
+}
+
+ColumnLayout LayoutReader::ReadColumn() {
+  ColumnLayout column;
+  column.type = reader_.Next<std::uint8_t>();
+  const auto mark = reader_.Next<std::uint32_t>();
+  column.id = reader_.Next<std::uint16_t>();
+  column.variableIndex = reader_.Next<std::uint16_t>();
+  reader_.Skip(sizeof(std::uint16_t));  // order of display
+  column.extra = reader_.Next<std::uint32_t>();
+  column.flags = reader_.Next<std::uint8_t>();
+  const auto compression = reader_.Next<std::uint8_t>();
+  const auto unused = reader_.Next<std::uint32_t>();
+  column.fixedOffset = reader_.Next<std::uint16_t>();
+  column.length = reader_.Next<std::uint16_t>();
+  if (mark != kDefinitionMark) Fault(TextOf(u"brak znacznika kolumny ", column.id));
+  if (unused != 0 || compression > kColumnCompressed) {
+    Fault(TextOf(u"kolumna ", column.id, u" ma nieznane flagi"));
+  }
+  return column;
+}
+
+void LayoutReader::ReadColumns() {
+  reader_.Skip(indexes_ * kSizeIndexCounts);
+  for (std::size_t i = 0; i < columns_; ++i) table_.columns.push_back(ReadColumn());
+  for (ColumnLayout& column : table_.columns) column.name = reader_.NextName();
+}
+
+void LayoutReader::ReadIndexes() {
+  for (std::size_t i = 0; i < indexes_ && !reader_.HasFailed(); ++i) {
+    IndexLayout index;
+    if (reader_.Next<std::uint32_t>() != kRealIndexMark)
+      Fault(TextOf(u"brak znacznika indeksu ", i));
+    for (std::size_t k = 0; k < kMaxIndexColumns; ++k) {
+      const auto id = reader_.Next<std::uint16_t>();
+      const auto direction = reader_.Next<std::uint8_t>();
+      if (id != kNoColumn) index.parts.push_back({id, (direction & 1) != 0});
+    }
+    index.map = reader_.NextPointer();
+    index.root = reader_.Next<std::uint32_t>();
+    reader_.Skip(sizeof(std::uint32_t));
+    index.flags = reader_.Next<std::uint8_t>();
+    const auto unused = reader_.Next<std::uint32_t>() | reader_.Next<std::uint8_t>();
+    if (unused != 0) Fault(TextOf(u"indeks ", i, u" ma nieznane flagi"));
+    table_.indexes.push_back(std::move(index));
+  }
+}
+
+void LayoutReader::ReadLogicals() {
+  for (std::size_t i = 0; i < logicals_ && !reader_.HasFailed(); ++i) {
+    LogicalLayout logical;
+    if (reader_.Next<std::uint32_t>() != kDefinitionMark)
+      Fault(TextOf(u"brak znacznika nazwy indeksu ", i));
+    logical.number = reader_.Next<std::uint32_t>();
+    logical.index = reader_.Next<std::uint32_t>();
+    logical.end = reader_.Next<std::uint8_t>();
+    logical.otherNumber = reader_.Next<std::uint32_t>();
+    logical.otherTable = reader_.Next<std::uint32_t>();
+    logical.cascadeUpdates = reader_.Next<std::uint8_t>();
+    logical.cascadeDeletes = reader_.Next<std::uint8_t>();
+    logical.kind = reader_.Next<std::uint8_t>();
+    if (reader_.Next<std::uint32_t>() != 0)
+      Fault(TextOf(u"nazwa indeksu ", i, u" ma nieznane flagi"));
+    table_.logicals.push_back(std::move(logical));
+  }
+  for (LogicalLayout& logical : table_.logicals) logical.name = reader_.NextName();
+}
+
+void LayoutReader::ReadLongValueMaps() {
+  while (!reader_.HasFailed()) {
+    const auto id = reader_.Next<std::uint16_t>();
+    if (id == kNoColumn || reader_.HasFailed()) return;
+    const RowPointer owned = reader_.NextPointer();
+    table_.longValueMaps.push_back({id, owned, reader_.NextPointer()});
+  }
+}
+
+void LayoutReader::CheckColumn(const ColumnLayout& column) {
+  const std::size_t size = column.FixedSize();
+  if (!IsKnownType(column.type))
+    Fault(TextOf(u"kolumna „", column.name, u"” jest nieznanego typu ", column.type));
+  if (column.id >= table_.maxColumns)
+    Fault(TextOf(u"kolumna „", column.name, u"” ma numer ", column.id));
+  if (column.name.empty() || column.name.size() > kMaxNameLength) {
+    Fault(TextOf(u"nazwa kolumny ", column.id, u" ma ", column.name.size(), u" znaków"));
+  }
+  if (!column.IsFixed() && column.variableIndex >= table_.variableColumns) {
+    Fault(TextOf(u"kolumna „", column.name, u"” ma miejsce zmienne ", column.variableIndex));
+  }
+  if (size != 0 && column.length != size) {
+    Fault(TextOf(u"kolumna „", column.name, u"” ma długość ", column.length, u" zamiast ", size));
+  }
+  if (column.IsFixed() && column.fixedOffset + std::size_t{column.length} > kMaxRowSize) {
+    Fault(TextOf(u"kolumna „", column.name, u"” leży poza wierszem"));
+  }
+  if ((column.IsBoolean() && !column.IsFixed()) || (column.IsFixed() && column.IsLongValue())) {
+    Fault(TextOf(u"kolumna „", column.name, u"” ma flagi niezgodne z typem"));
+  }
+}
+
+void LayoutReader::CheckColumns() {
+  std::set<std::uint16_t> ids, variable;
+  std::vector<std::pair<std::size_t, std::size_t>> fixed;
+  for (const ColumnLayout& column : table_.columns) {
+    CheckColumn(column);
+    if (!ids.insert(column.id).second) Fault(TextOf(u"dwie kolumny mają numer ", column.id));
+    if (!column.IsFixed() && !variable.insert(column.variableIndex).second) {
+      Fault(TextOf(u"dwie kolumny mają miejsce zmienne ", column.variableIndex));
+    }
+    if (column.IsFixed() && !column.IsBoolean())
+      fixed.push_back({column.fixedOffset, column.length});
+  }
+  std::sort(fixed.begin(), fixed.end());
+  for (std::size_t i = 1; i < fixed.size(); ++i) {
+    if (fixed[i - 1].first + fixed[i - 1].second > fixed[i].first) {
+      Fault(TextOf(u"kolumny stałe zachodzą na siebie od bajtu ", fixed[i].first));
+    }
+  }
+}
+
+void LayoutReader::CheckIndexes() {
+  for (std::size_t i = 0; i < table_.indexes.size(); ++i) {
+    const IndexLayout& index = table_.indexes[i];
+    if (index.parts.empty()) Fault(TextOf(u"indeks ", i, u" nie ma kolumn"));
+    for (const IndexLayout::Part& part : index.parts) {
+      const ColumnLayout* column = table_.FindColumn(part.columnId);
+      if (!column || !IsIndexable(column->type)) {
+        Fault(TextOf(u"indeks ", i, u" ma niemożliwą kolumnę ", part.columnId));
+      }
+    }
+    if (!index.Has(kIndexAlways)) Fault(TextOf(u"indeks ", i, u" ma flagi ", index.flags));
+  }
+}
+
+void LayoutReader::CheckLogicals() {
+  std::set<std::uint32_t> numbers;
+  std::vector<bool> used(table_.indexes.size());
+  for (const LogicalLayout& logical : table_.logicals) {
+    const std::u16string name = TextOf(u"indeks „", logical.name, u"” ");
+    if (logical.name.empty() || logical.name.size() > kMaxNameLength)
+      Fault(u"indeks ma niemożliwą nazwę");
+    if (!numbers.insert(logical.number).second) Fault(name + u"ma numer innego indeksu");
+    if (logical.index >= used.size()) {
+      Fault(TextOf(name, u"wskazuje drzewo ", logical.index, u", którego nie ma"));
+      continue;
+    }
+    used[logical.index] = true;
+    const bool isRelation = logical.kind == kIndexRelation;
+    if (logical.kind > kIndexRelation || isRelation != (logical.end != 0) ||
+        logical.end > kEndReferring) {
+      Fault(name + u"jest nieznanego rodzaju");
+    }
+    if (!isRelation && (logical.cascadeUpdates != kCascadeNone ||
+                        logical.cascadeDeletes != kCascadeNone || logical.otherTable != 0)) {
+      Fault(name + u"ma pola relacji, choć nią nie jest");
+    }
+    IndexLayout& index = table_.indexes[logical.index];
+    index.isPrimary = index.isPrimary || logical.kind == kIndexPrimary;
+    if (index.name.empty() || logical.kind != kIndexRelation) index.name = logical.name;
+  }
+  const auto unused = std::find(used.begin(), used.end(), false);
+  if (unused != used.end())
+    Fault(TextOf(u"drzewo indeksu ", unused - used.begin(), u" nie ma nazwy"));
+}
+
+void LayoutReader::CheckLongValueMaps() {
+  std::set<std::uint16_t> ids;
+  for (const LongValueMapsLayout& maps : table_.longValueMaps) {
+    const ColumnLayout* column = table_.FindColumn(maps.columnId);
+    if (!column || !column->IsLongValue() || !ids.insert(maps.columnId).second) {
+      Fault(TextOf(u"mapy długich wartości należą do niemożliwej kolumny ", maps.columnId));
+    }
+  }
+  for (const ColumnLayout& column : table_.columns) {
+    if (column.IsLongValue() && !ids.contains(column.id)) {
+      Fault(TextOf(u"kolumna „", column.name, u"” nie ma map długich wartości"));
+    }
+  }
+}
+
+std::optional<TableLayout> LayoutReader::Read() {
+  if (!ReadHead()) return std::nullopt;
+  ReadColumns();
+  ReadIndexes();
+  ReadLogicals();
+  ReadLongValueMaps();
+  if (reader_.HasFailed()) {
+    Fault(u"definicja urywa się");
+    return std::nullopt;
+  }
+  if (reader_.Place() != bytes_.size()) {
+    Fault(TextOf(u"definicja ma długość ", bytes_.size(), u" zamiast ", reader_.Place()));
+  }
+  CheckColumns();
+  CheckIndexes();
+  CheckLogicals();
+  CheckLongValueMaps();
+  return std::move(table_);
+}
+
+}  // namespace
+
+std::optional<TableLayout> ReadLayout(Checking& check, const std::u16string& place,
+                                      PageNumber page) {
+  const auto bytes = ReadDefinitionBytes(check, place, page, true);
+  if (!bytes) return std::nullopt;
+  return LayoutReader(check, place, *bytes, page, true).Read();
+}
+
+std::optional<TableLayout> PeekLayout(Checking& check, PageNumber page) {
+  const auto bytes = ReadDefinitionBytes(check, {}, page, false);
+  if (!bytes) return std::nullopt;
+  return LayoutReader(check, {}, *bytes, page, false).Read();
+}
+
+}  // namespace zimbrat::jet::check

@@ -1,0 +1,131 @@
+#include "map_reader.h"
+
+#include <bit>
+#include <optional>
+
+#include "row_page.h"
+
+namespace zimbrat::jet::check {
+
+namespace {
+
+using Visit = std::function<void(PageNumber)>;
+
+// Returns the map's row once it is known to be one, and nobody else's.
+std::optional<RowView> TakeMapRow(Checking& check, const std::u16string& place, RowPointer map) {
+  const std::uint32_t owner = map.page == kGlobalMapPage ? kGlobalMapPage : 0;
+  if (!check.Claim(place, map.page, {PageUse::MapRows})) return std::nullopt;
+  const PageView page = check.pages.Read(map.page);
+  // The page is checked when its first map is met.
+  if (check.heldRows.Add({map.page, kWholePage}) &&
+      !CheckRowPage(check, place, map.page, *page, owner)) {
+    return std::nullopt;
+  }
+  const std::optional<RowView> row = FindRow(check, map);
+  if (!row || SlotFlags(*page, map.row) != 0) {
+    check.PageError(place, map.page, TextOf(u"mapy stron ", map.row, u" nie ma"));
+    return std::nullopt;
+  }
+  if (!check.heldRows.Add(map)) {
+    check.PageError(place, map.page, TextOf(u"mapa stron ", map.row, u" ma dwóch właścicieli"));
+    return std::nullopt;
+  }
+  return row;
+}
+
+class MapWalk {
+ public:
+  MapWalk(Checking& check, const std::u16string& place, RowPointer map, const Visit& visit)
+      : check_(check), place_(place), map_(map), visit_(visit) {}
+
+  void Walk(ConstBytes row);
+
+ private:
+  void WalkBits(ConstBytes bits, std::uint64_t first);
+  void WalkReferences(ConstBytes row);
+  void Fault(std::u16string text) { check_.PageError(place_, map_.page, std::move(text)); }
+
+  Checking& check_;
+  const std::u16string& place_;
+  RowPointer map_;
+  const Visit& visit_;
+};
+
+void MapWalk::WalkBits(ConstBytes bits, std::uint64_t first) {
+  for (std::size_t i = 0; i < bits.size(); ++i) {
+    for (unsigned byte = Get8(bits, i); byte != 0; byte &= byte - 1) {
+      const std::uint64_t page = first + 8 * i + static_cast<unsigned>(std::countr_zero(byte));
+      if (page >= kMaxPages)
+        return Fault(TextOf(u"mapa stron ", map_.row, u" sięga poza granicę pliku"));
+      visit_(static_cast<PageNumber>(page));
+    }
+  }
+}
+
+void MapWalk::WalkReferences(ConstBytes row) {
+  if (row.size() < kSizeMapRow) return Fault(TextOf(u"mapa stron ", map_.row, u" jest za krótka"));
+  for (std::size_t i = 0; i < kMapReferences; ++i) {
+    const PageNumber number = Get32(row, kOffsetMapPages + 4 * i);
+    if (number == 0) continue;
+    if (!check_.Claim(place_, number, {PageUse::MapBits})) continue;
+    const PageView page = check_.pages.Read(number);
+    if (Get8(*page, 0) != kPageMapBits || Get8(*page, 1) != 1 || Get16(*page, 2) != 0) {
+      check_.PageError(place_, number, u"nie jest stroną mapy");
+      continue;
+    }
+    WalkBits(ConstBytes(*page).subspan(kOffsetMapPageBits), i * std::uint64_t{kMapPagePages});
+  }
+}
+
+void MapWalk::Walk(ConstBytes row) {
+  if (row.size() != kSizeMapRow)
+    Fault(TextOf(u"mapa stron ", map_.row, u" ma ", row.size(), u" bajtów"));
+  if (!row.empty() && Get8(row, 0) == kMapReference) return WalkReferences(row);
+  if (row.size() < kOffsetMapBits || Get8(row, 0) != kMapInline) {
+    return Fault(TextOf(u"mapa stron ", map_.row, u" jest nieznanego rodzaju"));
+  }
+  const PageNumber first = Get32(row, kOffsetMapFirstPage);
+  if (first % 8 != 0) Fault(TextOf(u"mapa stron ", map_.row, u" zaczyna się od strony ", first));
+  WalkBits(row.subspan(kOffsetMapBits), first);
+}
+
+}  // namespace
+
+void ReadUsageMap(Checking& check, const std::u16string& place, RowPointer map,
+                  const Visit& visit) {
+  const std::optional<RowView> row = TakeMapRow(check, place, map);
+  if (!row) return;
+  bool saidSo = false;
+  const Visit inFile = [&](PageNumber page) {
+    if (check.pages.Has(page)) return visit(page);
+    if (!saidSo)
+      check.PageError(place, map.page,
+                      TextOf(u"mapa stron ", map.row, u" zawiera strony spoza pliku"));
+    saidSo = true;
+  };
+  MapWalk(check, place, map, inFile).Walk(row->bytes);
+}
+
+void ReadGlobalMaps(Checking& check, RowPointer freePages, RowPointer second) {
+  const std::u16string place = u"mapa wolnych stron";
+  if (const std::optional<RowView> row = TakeMapRow(check, place, freePages)) {
+    // Beyond the end of the file all pages are free, as far as the map speaks of them.
+    PageNumber next = check.pages.Count();
+    bool hasGap = false;
+    MapWalk(check, place, freePages, [&](PageNumber page) {
+      if (check.pages.Has(page)) return check.census.MarkFree(page);
+      hasGap = hasGap || page != next;
+      next = page + 1;
+    }).Walk(row->bytes);
+    const bool isInline = Get8(row->bytes, 0) == kMapInline;
+    const std::uint64_t covered = (row->bytes.size() - kOffsetMapBits) * 8;
+    if (hasGap || (isInline && next < covered)) {
+      check.PageError(place, freePages.page, u"strony za końcem pliku nie są wolne");
+    }
+  }
+  bool isEmpty = true;
+  ReadUsageMap(check, u"druga mapa pliku", second, [&](PageNumber) { isEmpty = false; });
+  if (!isEmpty) check.PageError(u"druga mapa pliku", second.page, u"mapa nie jest pusta");
+}
+
+}  // namespace zimbrat::jet::check

@@ -1,0 +1,110 @@
+#include "row_page.h"
+
+#include <algorithm>
+
+namespace zimbrat::jet::check {
+
+namespace {
+
+constexpr std::size_t kOffsetUnused = 8;
+constexpr std::uint32_t kFirstTable = kObjectsPage;  // below it owners of map pages
+
+std::uint16_t Slot(ConstBytes page, std::size_t slot) {
+  return Get16(page, kOffsetRowTable + kSizeRowSlot * slot);
+}
+
+std::size_t StartOf(ConstBytes page, std::size_t slot) {
+  return Slot(page, slot) & kRowOffsetMask;
+}
+
+// Maps and long values never move.
+void CheckFlags(Checking& check, const std::u16string& place, PageNumber number, ConstBytes page) {
+  for (std::size_t slot = 0; slot < SlotCount(page); ++slot) {
+    const std::uint16_t flags = SlotFlags(page, slot);
+    if (flags == 0 || flags == kRowDeleted) continue;
+    check.PageError(place, number, TextOf(u"wiersz ", slot, u" ma flagi przeniesionego wiersza"));
+  }
+}
+
+// Each row ends where the one before it starts.
+bool CheckOffsets(Checking& check, const std::u16string& place, PageNumber number,
+                  ConstBytes page) {
+  const std::size_t slots = SlotCount(page);
+  const std::size_t tableEnd = kOffsetRowTable + kSizeRowSlot * slots;
+  std::size_t previous = kPageSize;
+  for (std::size_t slot = 0; slot < slots; ++slot) {
+    const std::size_t start = StartOf(page, slot);
+    if (start > previous || start < tableEnd) {
+      check.PageError(place, number,
+                      TextOf(u"wiersz ", slot, u" leży w niemożliwym miejscu (", start, u")"));
+      return false;
+    }
+    if ((Slot(page, slot) & ~(kRowOffsetMask | kRowDeleted)) != 0) {
+      check.PageError(place, number, TextOf(u"wiersz ", slot, u" ma nieznaną flagę"));
+    }
+    previous = start;
+  }
+  if (Get32(page, kOffsetOwner) < kFirstTable || Get32(page, kOffsetOwner) == kOwnerLongValues) {
+    CheckFlags(check, place, number, page);
+  }
+  const std::size_t free = Get16(page, kOffsetFreeBytes);
+  if (free != previous - tableEnd) {
+    check.PageError(place, number,
+                    TextOf(u"liczba wolnych bajtów to ", free, u" zamiast ", previous - tableEnd));
+  }
+  return true;
+}
+
+}  // namespace
+
+std::size_t SlotCount(ConstBytes page) {
+  return std::min<std::size_t>(Get16(page, kOffsetRowCount),
+                               (kPageSize - kOffsetRowTable) / kSizeRowSlot);
+}
+
+std::uint16_t SlotFlags(ConstBytes page, std::size_t slot) {
+  return Slot(page, slot) & kRowDeleted;
+}
+
+std::optional<ConstBytes> FindRowBytes(ConstBytes page, std::size_t slot) {
+  const std::size_t slots = SlotCount(page);
+  if (slot >= slots) return std::nullopt;
+  const std::size_t start = StartOf(page, slot);
+  const std::size_t end = slot == 0 ? kPageSize : StartOf(page, slot - 1);
+  if (start < kOffsetRowTable + kSizeRowSlot * slots || start > end || end > kPageSize)
+    return std::nullopt;
+  return page.subspan(start, end - start);
+}
+
+std::optional<RowView> FindRow(Checking& check, RowPointer row) {
+  if (!check.pages.Has(row.page)) return std::nullopt;
+  PageView page = check.pages.Read(row.page);
+  if (Get8(*page, 0) != kPageData) return std::nullopt;
+  const std::optional<ConstBytes> bytes = FindRowBytes(*page, row.row);
+  if (!bytes) return std::nullopt;
+  return RowView{std::move(page), *bytes};
+}
+
+bool CheckRowPage(Checking& check, const std::u16string& place, PageNumber number, ConstBytes page,
+                  std::uint32_t owner) {
+  if (Get8(page, 0) != kPageData) {
+    check.PageError(place, number,
+                    TextOf(u"nie jest stroną wierszy (rodzaj ", Get8(page, 0), u")"));
+    return false;
+  }
+  if (Get8(page, 1) != 1) check.PageError(place, number, u"drugi bajt strony jest różny od 1");
+  if (Get32(page, kOffsetOwner) != owner) {
+    check.PageError(place, number, u"strona podaje innego właściciela");
+    return false;
+  }
+  if (owner != kOwnerLongValues && Get32(page, kOffsetUnused) != 0) {
+    check.PageError(place, number, u"nieużywane pole nagłówka strony nie jest zerem");
+  }
+  if (Get16(page, kOffsetRowCount) > kMaxRowSlots) {
+    check.PageError(place, number, TextOf(u"zbyt wiele wierszy: ", Get16(page, kOffsetRowCount)));
+    return false;
+  }
+  return CheckOffsets(check, place, number, page);
+}
+
+}  // namespace zimbrat::jet::check

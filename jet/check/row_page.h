@@ -1,0 +1,29 @@
+// Pages of rows (type 1): those of tables, usage maps and long values.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "checking.h"
+
+namespace zimbrat::jet::check {
+
+struct RowView {
+  PageView page;
+  ConstBytes bytes;
+};
+
+// As the page says, but never more than have room on it.
+std::size_t SlotCount(ConstBytes page);
+// kRowMoved, kRowHidden, both, or 0. The slot must be there.
+std::uint16_t SlotFlags(ConstBytes page, std::size_t slot);
+// Nothing when the slot is not there or its offset is impossible.
+std::optional<ConstBytes> FindRowBytes(ConstBytes page, std::size_t slot);
+// The same for any pointer: nothing for pages that are outside the file or hold no rows either.
+std::optional<RowView> FindRow(Checking& check, RowPointer row);
+
+// Header, free bytes and row table. False when the rows must not be read.
+bool CheckRowPage(Checking& check, const std::u16string& place, PageNumber number, ConstBytes page,
+                  std::uint32_t owner);
+
+}  // namespace zimbrat::jet::check
