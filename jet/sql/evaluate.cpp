@@ -130,17 +130,18 @@ PatternElement MatchElement(std::u16string_view pattern, std::size_t at, char16_
   if (p == u'?') return {at + 1, true};
   if (p == u'#') return {at + 1, c >= u'0' && c <= u'9'};
   const std::size_t close = p == u'[' ? pattern.find(u']', at + 1) : pattern.npos;
-  const char16_t upper = platform::UpperCase(c);
-  if (close == pattern.npos) return {at + 1, platform::UpperCase(p) == upper};
+  if (close == pattern.npos) return {at + 1, platform::UpperCase(p) == platform::UpperCase(c)};
   std::u16string_view set = pattern.substr(at + 1, close - at - 1);
   const bool negated = set.size() > 1 && set.front() == u'!';
   if (negated) set.remove_prefix(1);
   bool inside = false;
   for (std::size_t i = 0; i < set.size(); ++i) {
     const bool range = i + 2 < set.size() && set[i + 1] == u'-';
-    const char16_t low = platform::UpperCase(set[i]);
-    const char16_t high = range ? platform::UpperCase(set[i + 2]) : low;
-    inside = inside || (upper >= low && upper <= high);
+    const std::u16string_view low = set.substr(i, 1);
+    const std::u16string_view high = range ? set.substr(i + 2, 1) : low;
+    const std::u16string_view own(&c, 1);
+    // Ranges follow the sort order: "ł" lies between "a" and "z".
+    inside = inside || (CompareText(own, low) >= 0 && CompareText(own, high) <= 0);
     if (range) i += 2;
   }
   return {close + 1, inside != negated};

@@ -148,8 +148,32 @@ class Lexer {
     position_ = close + 1;
   }
 
-  // American order with slashes, whatever the system; else the forms that the platform reads.
+  // Twelve hours with AM or PM behind them, as a part of a day to be added.
+  static std::optional<double> FindHalfDay(std::u16string_view& text) {
+    while (!text.empty() && text.back() == u' ') text.remove_suffix(1);
+    if (text.size() < 3 || (text.back() != u'M' && text.back() != u'm')) return 0.0;
+    const char16_t half = text[text.size() - 2];
+    const bool afternoon = half == u'P' || half == u'p';
+    if (!afternoon && half != u'A' && half != u'a') return std::nullopt;
+    text.remove_suffix(2);
+    while (!text.empty() && text.back() == u' ') text.remove_suffix(1);
+    // The hour is what stands before the first colon; 12 counts as 0.
+    const std::size_t colon = text.find(u':');
+    const std::size_t start = text.find_last_of(u' ', colon) + 1;
+    const double hour = platform::Val(text.substr(start, colon - start));
+    if (hour < 1 || hour > 12) return std::nullopt;
+    return (hour == 12 ? -0.5 : 0.0) + (afternoon ? 0.5 : 0.0);
+  }
+
   static std::optional<double> FindLiteralDate(std::u16string_view text) {
+    const std::optional<double> half = FindHalfDay(text);
+    const std::optional<double> date = half ? FindPlainDate(text) : std::nullopt;
+    if (!date) return std::nullopt;
+    return *date < 0 ? *date - *half : *date + *half;
+  }
+
+  // American order with slashes, whatever the system; else the forms that the platform reads.
+  static std::optional<double> FindPlainDate(std::u16string_view text) {
     const std::size_t slash = text.find(u'/');
     const std::size_t second = slash == text.npos ? text.npos : text.find(u'/', slash + 1);
     if (second == text.npos) return platform::FindDate(text);

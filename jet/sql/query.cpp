@@ -14,9 +14,13 @@ namespace {
 
 using platform::RunTimeError;
 
+// A name may hold blanks, so only what begins as a statement counts as one.
 bool IsTableName(std::u16string_view source) {
-  return source.find_first_of(u" \t\r\n") == source.npos ||
-         !platform::EqualIgnoringCase(source.substr(0, 6), u"SELECT");
+  const std::u16string_view first = source.substr(0, source.find_first_of(u" \t\r\n"));
+  for (const std::u16string_view verb : {u"SELECT", u"DELETE", u"INSERT", u"UPDATE"}) {
+    if (first.size() < source.size() && platform::EqualIgnoringCase(first, verb)) return false;
+  }
+  return true;
 }
 
 dao::Value StoredValue(const Column& column, const dao::Value& value) {

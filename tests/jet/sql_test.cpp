@@ -1,0 +1,122 @@
+// The statements of tests/sql/*.test, each file on a database of its own.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "jet/engine.h"
+#include "jet/table/convert.h"
+#include "platform/run_time_error.h"
+#include "platform/system.h"
+#include "platform/text.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/temp_folder.h"
+
+namespace zimbrat::jet {
+
+namespace {
+
+class Script {
+ public:
+  Script() {
+    database_ = workspace_->CreateDatabase(folder_.PathOf(u"sql.mdb"), dao::dbLangGeneral, 0);
+    auto table = database_->CreateTableDef(u"T");
+    const auto add = [&](std::u16string_view name, int type, int size, int attributes) {
+      auto field = table->CreateField(name, std::int32_t{type}, std::int32_t{size});
+      table->Fields()->Append(field);
+      field->SetAttributes(attributes);
+    };
+    add(u"Id", dao::dbLong, 4, 17);
+    add(u"A", dao::dbText, 20, 2);
+    add(u"N", dao::dbLong, 4, 1);
+    add(u"W", dao::dbCurrency, 8, 1);
+    add(u"D", dao::dbDate, 8, 1);
+    add(u"Z", dao::dbBoolean, 1, 1);
+    add(u"M", dao::dbMemo, 0, 2);
+    database_->TableDefs()->Append(table);
+  }
+
+  // What the line comes to: rows, or "! number".
+  std::vector<std::string> Run(char kind, const std::string& text) {
+    try {
+      const std::u16string statement = platform::Utf16FromUtf8(text);
+      if (kind == '?') return Rows(statement);
+      database_->Execute(statement, dao::dbFailOnError);
+      return {};
+    } catch (const platform::RunTimeError& error) {
+      return {"! " + std::to_string(error.Number())};
+    }
+  }
+
+ private:
+  std::vector<std::string> Rows(std::u16string_view query) {
+    std::vector<std::string> lines;
+    auto rows = database_->OpenRecordset(query, dao::dbOpenSnapshot);
+    for (; !rows->EndOfFile(); rows->MoveNext()) {
+      std::string line;
+      for (int i = 0; i < rows->Fields()->Count(); ++i) {
+        const dao::Value value = rows->Fields()->Item(i)->Value();
+        if (i > 0) line += '|';
+        line += dao::IsNull(value) ? "-" : platform::Utf8FromUtf16(TextOfValue(value));
+      }
+      lines.push_back(line);
+    }
+    return lines;
+  }
+
+  tests::TempFolder folder_;
+  tests::FakeClock clock_;
+  platform::System system_ = platform::MakeSystem(0, nullptr);
+  std::shared_ptr<dao::Engine> engine_ = MakeEngine(*system_.files, clock_, {});
+  std::shared_ptr<dao::Workspace> workspace_ = engine_->CreateWorkspace(u"", u"Admin", u"");
+  std::shared_ptr<dao::Database> database_;
+};
+
+struct Case {
+  int line = 0;
+  char kind = 0;
+  std::string text;
+  std::vector<std::string> expected;
+};
+
+std::vector<Case> ReadCases(const std::filesystem::path& path) {
+  std::vector<Case> cases;
+  std::ifstream in(path, std::ios::binary);
+  std::string line;
+  for (int number = 1; std::getline(in, line); ++number) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    const bool starts = !line.empty() && (line[0] == '>' || line[0] == '?');
+    if (starts) {
+      cases.push_back({number, line[0], line.size() > 2 ? line.substr(2) : "", {}});
+    } else if (!line.empty() && line[0] != '#' && !cases.empty()) {
+      cases.back().expected.push_back(line);
+    }
+  }
+  return cases;
+}
+
+}  // namespace
+
+TEST(Sql, StatementsDoWhatTheirCasesSay) {
+  std::size_t count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(SQL_CASES)) {
+    if (entry.path().extension() != ".test") continue;
+    Script script;
+    for (const Case& c : ReadCases(entry.path())) {
+      EXPECT_EQ(script.Run(c.kind, c.text), c.expected) << entry.path().filename() << ":" << c.line << " " << c.text;
+      ++count;
+    }
+  }
+  EXPECT_GT(count, 80u);
+}
+
+TEST(Sql, HostileStatementsEndInAnError) {
+  Script script;
+  for (const char* piece : {"(", "NOT ", "-", "1+", "a.", "[", "'", "#", "IIf(", "1^", "& ", "1 AND ", "\xFF"}) {
+    std::string text = "SELECT * FROM T WHERE ";
+    for (int i = 0; i < 20'000; ++i) text += piece;
+    EXPECT_LE(script.Run('?', text).size(), 1u) << piece;
+  }
+}
+
+}  // namespace zimbrat::jet
