@@ -1,0 +1,225 @@
+// Faults planted in sound databases: each is named, and nothing in a file makes the check crash or
+// hang.
+#include <cstdlib>
+#include <iostream>
+#include <random>
+#include <sstream>
+
+#include "gtest/gtest.h"
+#include "jet/check/check.h"
+#include "jet/file/bytes.h"
+#include "jet/file/format.h"
+#include "platform/run_time_error.h"
+#include "platform/text.h"
+#include "tests/support/access_files.h"
+#include "tests/support/memory_files.h"
+
+namespace zimbrat::jet {
+namespace {
+
+constexpr const char16_t* kPath = u"baza.mdb";
+
+// Bytes of one page, and part of the line that tells of them.
+struct Planted {
+  const char* name;
+  const char* file;
+  PageNumber page;
+  std::size_t offset;
+  const char* bytes;
+  const char16_t* line;
+};
+
+// comp-index.mdb: table on page 15 with data on 17 to 20 and maps on 16, index root 29 with leaves
+// 32 and 33. index.mdb: relationships between the tables of pages 24, 27 and 33. overflow.mdb:
+// moved rows between pages 27, 28 and 31.
+const Planted kPlanted[] = {
+    // Header and maps.
+    {"format mark", "comp-index.mdb", 0, 0x98, "55", u"brak oznaczenia formatu"},
+    {"pointer to a system table", "comp-index.mdb", 0, 0x20, "00",
+     u"jest wskazana w innym miejscu"},
+    {"page in use marked free", "comp-index.mdb", 1, 0xFBB + 5 + 2, "02",
+     u"mapa podaje ją jako wolną"},
+    {"end of file not free", "comp-index.mdb", 1, 0xFBB + 5 + 60, "00",
+     u"za końcem pliku nie są wolne"},
+    {"map of another kind", "comp-index.mdb", 16, 0xFBB, "07", u"jest nieznanego rodzaju"},
+    {"data page missing in the map", "comp-index.mdb", 16, 0xFBB + 7, "1C", u"ale nie do jej map"},
+    {"page outside the file in the map", "comp-index.mdb", 16, 0xFBB + 68, "80",
+     u"zawiera strony spoza pliku"},
+    {"another table's page in the map", "comp-index.mdb", 16, 0xFBB + 7, "9E", u"strona jest już"},
+    {"free space on a foreign page", "comp-index.mdb", 16, 0xF76 + 8, "80",
+     u"z wolnym miejscem nie należy"},
+    {"index page missing in the map", "comp-index.mdb", 16, 0xF31 + 9, "01",
+     u"której nie ma w mapie indeksu"},
+    {"deleted map", "comp-index.mdb", 16, 15, "CF", u"mapy stron 0 nie ma"},
+    // Definitions.
+    {"rows", "comp-index.mdb", 15, 16, "01", u"definicja podaje 513 wierszy"},
+    {"length", "comp-index.mdb", 15, 8, "30", u"definicja"},
+    {"free bytes of a definition", "comp-index.mdb", 15, 2, "C1", u"liczba wolnych bajtów"},
+    {"column of an unknown type", "comp-index.mdb", 15, 75, "0E", u"nieznanego typu 14"},
+    {"too many columns", "comp-index.mdb", 15, 45, "FF", u"nie może mieć"},
+    {"definition that goes on", "comp-index.mdb", 15, 4, "15", u"jest jeszcze jedna"},
+    {"owned map is another table's", "comp-index.mdb", 15, 55, "00 06", u"ma dwóch właścicieli"},
+    {"other end of a relationship", "index.mdb", 24, 583, "09", u"drugiego końca"},
+    {"ends that do not meet", "index.mdb", 24, 583, "01", u"nie wskazują na siebie"},
+    {"cascades that differ", "index.mdb", 24, 591, "01", u"różne reguły kaskadowe"},
+    {"tree that is not there", "index.mdb", 24, 578, "09", u"wskazuje drzewo 9"},
+    // Data pages and rows.
+    {"second byte", "comp-index.mdb", 17, 1, "00", u"drugi bajt strony"},
+    {"free bytes of a data page", "comp-index.mdb", 17, 2, "06", u"liczba wolnych bajtów"},
+    {"other owner", "comp-index.mdb", 17, 4, "15", u"innego właściciela"},
+    {"row above the one before", "comp-index.mdb", 17, 18, "E0", u"leży w niemożliwym miejscu"},
+    {"columns of a row", "comp-index.mdb", 17, 0xFE7, "09", u"podaje 9 kolumn"},
+    {"offsets of a row", "comp-index.mdb", 17, 0xFE7 + 18, "FF", u"część zmienna wiersza"},
+    {"moved row without target", "comp-index.mdb", 17, 15, "4F", u"przeniesionego wiersza nie ma"},
+    {"hidden row without home", "comp-index.mdb", 17, 15, "8F", u"nic nie wskazuje"},
+    {"deleted row with an entry", "comp-index.mdb", 17, 15, "CF",
+     u"wpis wskazuje na brak wiersza 0"},
+    {"value that is not its key's", "comp-index.mdb", 17, 0xFE7 + 2, "14",
+     u"nie zgadza się z kolumną „CD_AGENTE”"},
+    {"pointer of a moved row", "overflow.mdb", 27, 0xF6F, "05", u"przeniesionego wiersza nie ma"},
+    {"two pointers to one row", "overflow.mdb", 27, 0xF6F, "00 1C", u"wskazują dwa wiersze"},
+    {"ghost of a moved row", "overflow.mdb", 27, 19, "CF",
+     u"na przeniesiony wiersz nic nie wskazuje"},
+    {"long value deleted", "comp-index.mdb", 30, 15, "CE", u"długiej wartości nie ma"},
+    {"long value moved", "comp-index.mdb", 30, 15, "4E", u"flagi przeniesionego wiersza"},
+    // Indexes.
+    {"child twice", "comp-index.mdb", 29, 492, "21", u"po raz drugi"},
+    {"child outside the map", "comp-index.mdb", 29, 492, "11", u"której nie ma w mapie indeksu"},
+    {"no tail", "comp-index.mdb", 29, 20, "00", u"mapa indeksu ma 3 stron, a drzewo 2"},
+    {"level of a node", "comp-index.mdb", 29, 26, "03", u"podaje poziom 3"},
+    {"separator", "comp-index.mdb", 29, 484, "EB", u"mniejszy od ostatniego wpisu dziecka"},
+    {"chain cut", "comp-index.mdb", 32, 16, "00", u"następną stroną jest 0"},
+    {"chain backwards", "comp-index.mdb", 33, 12, "1D", u"poprzednią stroną jest 29"},
+    {"free bytes of a leaf", "comp-index.mdb", 32, 2, "2A", u"liczba wolnych bajtów"},
+    {"owner of a leaf", "comp-index.mdb", 32, 4, "10", u"właściciela 16"},
+    {"kind of page", "comp-index.mdb", 33, 0, "01", u"nie jest stroną indeksu"},
+    {"mask", "comp-index.mdb", 32, 27, "02", u"niemożliwą długość"},
+    {"prefix", "comp-index.mdb", 32, 24, "02", u"wpis"},
+    {"order of keys", "comp-index.mdb", 32, 489, "EC", u"nie jest większy od poprzedniego"},
+    {"row twice", "comp-index.mdb", 32, 494, "38", u"jest drugim wpisem wiersza"},
+    {"flag byte", "comp-index.mdb", 33, 480, "7E", u"nie jest kluczem"},
+};
+
+std::vector<std::byte> Bytes(const char* hex) {
+  std::vector<std::byte> bytes;
+  std::istringstream in(hex);
+  for (unsigned byte = 0; in >> std::hex >> byte;) bytes.push_back(static_cast<std::byte>(byte));
+  return bytes;
+}
+
+TEST(PlantedFaults, AreNamed) {
+  if (!tests::HasAccessFiles()) GTEST_SKIP();
+  for (const Planted& planted : kPlanted) {
+    tests::MemoryFiles files;
+    files.BytesOf(kPath) = tests::BytesOfFile(tests::AccessFile(planted.file));
+    const std::vector<std::byte> bytes = Bytes(planted.bytes);
+    std::copy(bytes.begin(), bytes.end(),
+              files.BytesOf(kPath).begin() +
+                  static_cast<std::ptrdiff_t>(planted.page * kPageSize + planted.offset));
+    const std::vector<Fault> faults = CheckFile(files, kPath);
+    std::string found;
+    for (const Fault& fault : faults) {
+      found += platform::Utf8FromUtf16(fault.place + u": " + fault.text) + "\n";
+    }
+    EXPECT_NE(std::string::npos, found.find(platform::Utf8FromUtf16(planted.line)))
+        << planted.name << ", found:\n"
+        << found;
+  }
+}
+
+class RandomDamage : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!tests::HasAccessFiles()) GTEST_SKIP();
+    const char* given = std::getenv("ZIMBRAT_SEED");
+    const unsigned seed = given ? static_cast<unsigned>(std::stoul(given)) : std::random_device{}();
+    std::cout << "ZIMBRAT_SEED=" << seed << '\n';
+    random.seed(seed);
+  }
+  // Whether anything is said of the file; whatever is thrown but a run-time error fails the test.
+  bool IsNoticed(const std::vector<std::byte>& bytes) {
+    tests::MemoryFiles files;
+    files.BytesOf(kPath) = bytes;
+    try {
+      return !CheckFile(files, kPath).empty();
+    } catch (const platform::RunTimeError&) {
+      return true;
+    }
+  }
+  std::size_t Below(std::size_t end) { return random() % end; }
+
+  std::mt19937 random;
+};
+
+// The parts of an index page, a data page or a page of long values that something protects.
+std::size_t ProtectedBytes(ConstBytes page) {
+  const std::uint8_t type = Get8(page, 0);
+  if (type == kPageIndexLeaf || type == kPageIndexNode)
+    return kPageSize - Get16(page, kOffsetFreeBytes);
+  if (type != kPageData || Get32(page, kOffsetOwner) == kOwnerLongValues) return 0;
+  return kOffsetRowTable + kSizeRowSlot * Get16(page, kOffsetRowCount);
+}
+
+bool IsFree(const std::vector<std::byte>& file, std::size_t page) {
+  const ConstBytes map = ConstBytes(file).subspan(kGlobalMapPage * kPageSize, kPageSize);
+  const std::size_t row = Get16(map, kOffsetRowTable) & kRowOffsetMask;
+  return (Get8(map, row + kOffsetMapBits + page / 8) >> (page % 8) & 1) != 0;
+}
+
+TEST_F(RandomDamage, OfProtectedBitsIsNoticed) {
+  std::size_t planted = 0, noticed = 0;
+  for (const std::filesystem::path& path : tests::SoundAccessFiles()) {
+    if (path.filename() == "encoded.mdb") continue;  // its pages would have to be decoded first
+    std::vector<std::byte> bytes = tests::BytesOfFile(path);
+    for (int round = 0; round < 400; ++round) {
+      const std::size_t page = 1 + Below(bytes.size() / kPageSize - 1);
+      const std::size_t size =
+          ProtectedBytes(ConstBytes(bytes).subspan(page * kPageSize, kPageSize));
+      if (size == 0 || IsFree(bytes, page)) continue;
+      std::byte& byte = bytes[page * kPageSize + Below(size)];
+      const auto bit = static_cast<std::byte>(1u << Below(8));
+      byte ^= bit;
+      ++planted;
+      noticed += IsNoticed(bytes) ? 1 : 0;
+      byte ^= bit;
+    }
+  }
+  std::cout << noticed << " of " << planted << " bits noticed\n";
+  EXPECT_GE(noticed * 100, planted * 99);
+}
+
+// Pages zeroed, swapped, filled with others; files cut; many random bytes at once.
+TEST_F(RandomDamage, NeverCrashes) {
+  for (const std::filesystem::path& path : tests::SoundAccessFiles()) {
+    const std::vector<std::byte> sound = tests::BytesOfFile(path);
+    const std::size_t pages = sound.size() / kPageSize;
+    const auto pageOf = [&](std::vector<std::byte>& bytes, std::size_t page) {
+      return bytes.begin() + static_cast<std::ptrdiff_t>(page * kPageSize);
+    };
+    for (int round = 0; round < 150; ++round) {
+      std::vector<std::byte> bytes = sound;
+      const std::size_t a = 1 + Below(pages - 1), b = 1 + Below(pages - 1);
+      switch (round % 5) {
+        case 0:
+          std::fill_n(pageOf(bytes, a), kPageSize, std::byte{0});
+          break;
+        case 1:
+          std::swap_ranges(pageOf(bytes, a), pageOf(bytes, a) + kPageSize, pageOf(bytes, b));
+          break;
+        case 2:
+          std::copy_n(pageOf(bytes, a), kPageSize, pageOf(bytes, b));
+          break;
+        case 3:
+          bytes.resize(Below(bytes.size()));
+          break;
+        default:
+          for (int i = 0; i < 40; ++i)
+            bytes[kPageSize + Below(bytes.size() - kPageSize)] = static_cast<std::byte>(random());
+      }
+      IsNoticed(bytes);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zimbrat::jet
