@@ -1,7 +1,7 @@
 // Renaming commands and data statements on a database that records the program in version 1.3.
 #include "platform/error_numbers.h"
 #include "suite/manners.h"
-#include "database_bench.h"
+#include "tests/product/database_bench.h"
 
 namespace zimbrat::tests {
 namespace {

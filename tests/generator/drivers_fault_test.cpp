@@ -1,7 +1,7 @@
 // Every call of the file layer fails once while a database is created over an old one: afterwards
 // the old file is there or a sound new one, nothing else lies about, and only a finished run says
 // so.
-#include "database_bench.h"
+#include "tests/product/database_bench.h"
 #include "platform/error_numbers.h"
 #include "tests/support/failing_files.h"
 

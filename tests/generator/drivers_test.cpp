@@ -1,6 +1,6 @@
 #include "platform/error_numbers.h"
 #include "platform/text.h"
-#include "database_bench.h"
+#include "tests/product/database_bench.h"
 
 namespace zimbrat::tests {
 namespace {

@@ -1,5 +1,5 @@
 #include "platform/error_numbers.h"
-#include "database_bench.h"
+#include "tests/product/database_bench.h"
 
 namespace zimbrat::tests {
 namespace {
