@@ -125,6 +125,8 @@ class RowSet {
   void RequireUpdatable() {
     if (readOnly_) Raise(kErrNotSupported);
     connection_->File().RequireWritable();
+    const CatalogObject* object = connection_->GetCatalog().FindTableByPage(Rows().Page());
+    if (!object || object->IsSystem()) Raise(kErrReadOnly);
   }
   void StartEdit(EditMode mode) {
     mode_ = mode;

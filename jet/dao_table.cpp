@@ -395,8 +395,13 @@ std::shared_ptr<Table> TableState::Open() {
   return connection->GetCatalog().Open(page);
 }
 
-void TableState::ChangeStructure(const std::function<void()>& work) {
+void TableState::RequireOwn() {
   Open();
+  if ((flags & 0x80000002u) != 0) Raise(kErrReadOnly);  // system tables are the engine's own business
+}
+
+void TableState::ChangeStructure(const std::function<void()>& work) {
+  RequireOwn();
   connection->RequireUnused(page);
   connection->Change([&] {
     work();
@@ -406,7 +411,7 @@ void TableState::ChangeStructure(const std::function<void()>& work) {
 }
 
 void TableState::ChangeProperties(const std::function<void(PropertyBlob&)>& work) {
-  Open();
+  RequireOwn();
   Catalog& catalog = connection->GetCatalog();
   PropertyBlob properties = catalog.Properties(ObjectId());
   work(properties);

@@ -41,6 +41,8 @@ struct TableState {
   // Error 3420 when the table was dropped or the database closed.
   std::shared_ptr<Table> Open();
   std::int32_t ObjectId() const { return static_cast<std::int32_t>(page); }
+  // Error 3027 for a system table.
+  void RequireOwn();
   // A change of the live table's definition or properties.
   void ChangeStructure(const std::function<void()>& work);
   void ChangeProperties(const std::function<void(PropertyBlob&)>& work);

@@ -21,6 +21,13 @@ constexpr std::array<std::uint8_t, 2> kSidCreator = {0x02, 0x04};
 constexpr std::array<std::uint8_t, 2> kSidUsers = {0x02, 0x01};
 constexpr std::array<std::uint8_t, 2> kSidAdmin = {0x03, 0x01};
 
+// Equal for names that the sort order takes for equal.
+std::vector<std::byte> NameKey(std::u16string_view name) {
+  std::vector<std::byte> key;
+  AppendTextKey(name, true, key);
+  return key;
+}
+
 template <class T>
 T NumberOr(const dao::Value& value, T otherwise) {
   const T* number = std::get_if<T>(&value);
@@ -79,6 +86,7 @@ Table& Catalog::SystemTable(PageNumber page) {
 void Catalog::Load() {
   generation_ = storage_.pager.Generation();
   objects_.clear();
+  ids_.clear();
   Table& table = SystemTable(kObjectsPage);
   for (RowScan scan(table); scan.Next();) {
     if (objects_.size() >= kMaxObjects) RaiseDamaged(u"katalog ma zbyt wiele wierszy");
@@ -90,6 +98,7 @@ void Catalog::Load() {
     object.flags =
         static_cast<std::uint32_t>(NumberOr<std::int32_t>(ValueByName(table, scan.Fields(), u"Flags"), 0));
     object.row = scan.Place();
+    NoteName(object);
     objects_.push_back(std::move(object));
   }
   loaded_ = true;
@@ -105,24 +114,31 @@ const CatalogObject* Catalog::FindTable(std::u16string_view name) {
   return object && object->IsTableOrLink() ? object : nullptr;
 }
 
-const CatalogObject* Catalog::FindTableOrQuery(std::u16string_view name) {
-  for (const CatalogObject& object : Objects()) {
-    const bool kind = object.IsTableOrLink() || object.Is(ObjectType::Query);
-    if (kind && object.name.size() <= 2 * kMaxNameLength && EqualText(object.name, name)) return &object;
-  }
-  return nullptr;
+const CatalogObject* Catalog::FindTableOrQuery(std::u16string_view name) { return FindByName(false, name); }
+
+const CatalogObject* Catalog::FindRelationship(std::u16string_view name) { return FindByName(true, name); }
+
+const CatalogObject* Catalog::FindByName(bool relationship, std::u16string_view name) {
+  Refresh();
+  const auto found = ids_.find({relationship, NameKey(name)});
+  return found == ids_.end() ? nullptr : FindById(found->second);
+}
+
+const CatalogObject* Catalog::FindById(std::int32_t id) const {
+  const auto found = std::find_if(objects_.begin(), objects_.end(),
+                                  [&](const CatalogObject& object) { return object.id == id; });
+  return found == objects_.end() ? nullptr : &*found;
+}
+
+void Catalog::NoteName(const CatalogObject& object) {
+  const bool relationship = object.Is(ObjectType::Relationship);
+  if (!relationship && !object.IsTableOrLink() && !object.Is(ObjectType::Query)) return;
+  ids_.emplace(std::pair(relationship, NameKey(object.name)), object.id);
 }
 
 const CatalogObject* Catalog::FindTableByPage(PageNumber page) {
   for (const CatalogObject& object : Objects()) {
     if (object.Is(ObjectType::Table) && static_cast<PageNumber>(object.id & 0xFFFFFF) == page) return &object;
-  }
-  return nullptr;
-}
-
-const CatalogObject* Catalog::FindRelationship(std::u16string_view name) {
-  for (const CatalogObject& object : Objects()) {
-    if (object.Is(ObjectType::Relationship) && EqualText(object.name, name)) return &object;
   }
   return nullptr;
 }
@@ -158,10 +174,10 @@ std::int32_t Catalog::ContainerId(std::u16string_view name) {
 }
 
 const CatalogObject& Catalog::Require(std::int32_t id) {
-  for (const CatalogObject& object : Objects()) {
-    if (object.id == id) return object;
-  }
-  RaiseDamaged(u"katalog nie ma obiektu o podanym numerze");
+  Refresh();
+  const CatalogObject* object = FindById(id);
+  if (!object) RaiseDamaged(u"katalog nie ma obiektu o podanym numerze");
+  return *object;
 }
 
 dao::Binary Catalog::Sid(std::uint8_t first, std::uint8_t second) {
@@ -196,6 +212,7 @@ void Catalog::AddObject(CatalogObject object, const PropertyBlob& properties) {
                                            {u"LvProp", blob}});
   object.row = table.Insert(table.Prepare(fields));
   AddAccessEntries(object.id, object.parentId);
+  NoteName(object);
   objects_.push_back(std::move(object));
 }
 
@@ -284,6 +301,7 @@ void Catalog::Remove(std::int32_t id) {
     rules_.erase(static_cast<PageNumber>(id));
   }
   properties_.erase(id);
+  std::erase_if(ids_, [&](const auto& entry) { return entry.second == id; });
   std::erase_if(objects_, [&](const CatalogObject& other) { return other.id == id; });
 }
 
@@ -303,8 +321,11 @@ void Catalog::ChangeRow(const CatalogObject& object,
 void Catalog::Rename(std::int32_t id, std::u16string_view name) {
   const CatalogObject object = Require(id);
   ChangeRow(object, {{u"Name", std::u16string(name)}, {u"DateUpdate", dao::Date{clock_.Now()}}});
+  std::erase_if(ids_, [&](const auto& entry) { return entry.second == id; });
   for (CatalogObject& other : objects_) {
-    if (other.id == id) other.name = name;
+    if (other.id != id) continue;
+    other.name = name;
+    NoteName(other);
   }
   const auto table = tables_.find(static_cast<PageNumber>(id));
   if (object.Is(ObjectType::Table) && table != tables_.end()) table->second->SetName(name);

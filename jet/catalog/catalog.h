@@ -95,6 +95,9 @@ class Catalog {
   void RemoveAccessEntries(std::int32_t id);
   std::vector<RowPointer> AccessEntriesOf(std::int32_t id);
   const CatalogObject& Require(std::int32_t id);
+  const CatalogObject* FindById(std::int32_t id) const;
+  const CatalogObject* FindByName(bool relationship, std::u16string_view name);
+  void NoteName(const CatalogObject& object);
   void ChangeRow(const CatalogObject& object,
                  const std::vector<std::pair<std::u16string_view, dao::Value>>& values);
   dao::Binary Sid(std::uint8_t high, std::uint8_t low);
@@ -104,6 +107,9 @@ class Catalog {
   bool loaded_ = false;
   std::uint64_t generation_ = 0;
   std::vector<CatalogObject> objects_;
+  // Ids by the sort keys of the names: tables, links and queries share one space, relationships have
+  // their own (true).
+  std::map<std::pair<bool, std::vector<std::byte>>, std::int32_t> ids_;
   std::map<PageNumber, std::shared_ptr<Table>> tables_;
   std::map<std::int32_t, PropertyBlob> properties_;
   std::map<PageNumber, std::vector<FieldRules>> rules_;

@@ -45,7 +45,7 @@ constexpr NumberText kTexts[] = {
     {kErrDiskIo, u"Błąd dysku lub sieci."},
     {kErrInvalidPath, u"„%1” nie jest prawidłową ścieżką."},
     {kErrFileInUse, u"Nie można użyć „%1”; plik jest już używany."},
-    {kErrRecordTooLarge, u"Rekord jest zbyt duży (tabela „%1”)."},
+    {kErrRecordTooLarge, u"Rekord jest zbyt duży."},
     {kErrCannotOpenDatabase, u"Nie można otworzyć bazy danych; plik jest uszkodzony: %1."},
     {kErrCannotOpenFile,
      u"Aparat bazy danych nie może otworzyć pliku „%1”. Jest otwarty w trybie wyłączności lub brak "

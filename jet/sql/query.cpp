@@ -55,6 +55,13 @@ std::shared_ptr<Table> QueryRunner::OpenTable(std::u16string_view name, std::int
   return database_.GetCatalog().Open(static_cast<PageNumber>(object->id));
 }
 
+std::shared_ptr<Table> QueryRunner::OpenForChange(std::u16string_view name, std::int32_t error) {
+  std::shared_ptr<Table> table = OpenTable(name, error);
+  const CatalogObject* object = database_.GetCatalog().FindTableByPage(table->Page());
+  if (!object || object->IsSystem()) Raise(platform::kErrReadOnly);
+  return table;
+}
+
 void QueryRunner::Bind(Expression& expression, Table& table, std::u16string_view alias) {
   const NameLookup lookup = [&](std::u16string_view qualifier,
                                 std::u16string_view name) -> std::optional<std::size_t> {
@@ -143,13 +150,13 @@ std::int32_t QueryRunner::ForRows(const std::vector<RowPointer>& rows, bool fail
 }
 
 std::int32_t QueryRunner::Run(DeleteStatement& statement, bool failOnError) {
-  const std::shared_ptr<Table> table = OpenTable(statement.table, platform::kErrTableNotFound);
+  const std::shared_ptr<Table> table = OpenForChange(statement.table, platform::kErrTableNotFound);
   const auto rows = Find(*table, {}, statement.where.get(), database_.GetClock().Now());
   return ForRows(rows, failOnError, [&](RowPointer row) { rows_.Delete(*table, row); });
 }
 
 std::int32_t QueryRunner::Run(UpdateStatement& statement, bool failOnError) {
-  const std::shared_ptr<Table> table = OpenTable(statement.table, platform::kErrTableNotFound);
+  const std::shared_ptr<Table> table = OpenForChange(statement.table, platform::kErrTableNotFound);
   const double now = database_.GetClock().Now();
   std::vector<std::size_t> columns;
   for (auto& [name, expression] : statement.assignments) {
@@ -175,7 +182,7 @@ std::int32_t QueryRunner::Run(UpdateStatement& statement, bool failOnError) {
 }
 
 std::int32_t QueryRunner::Run(InsertStatement& statement, bool failOnError) {
-  const std::shared_ptr<Table> table = OpenTable(statement.table, platform::kErrOutputTableNotFound);
+  const std::shared_ptr<Table> table = OpenForChange(statement.table, platform::kErrOutputTableNotFound);
   std::vector<std::size_t> columns;
   for (const std::u16string& name : statement.columns) {
     columns.push_back(RequireColumn(*table, name, platform::kErrUnknownInsertField));

@@ -113,6 +113,8 @@ std::size_t TableDesign::AddColumn(const ColumnSpec& spec) {
   }
   if (spec.fixed) {
     column.fixedOffset = spec.type == kTypeBoolean ? 0 : EndOfFixedArea(definition);
+    // No row of such a table could ever be stored.
+    if (std::size_t{column.fixedOffset} + column.length > kMaxRowSize) Raise(platform::kErrRecordTooLarge);
   } else {
     ++definition.variableColumns;
   }

@@ -40,7 +40,8 @@ class TableDesign {
 
   TableDefinition definition;
 
-  // The position of the new column. Rows stay as they are: null there. Error 3190 above 255 columns ever.
+  // The position of the new column. Rows stay as they are: null there. Errors: 3190 above 255 columns
+  // ever, 3047 when the fixed columns alone fill more than a page.
   std::size_t AddColumn(const ColumnSpec& spec);
   // A new, empty tree. Returns its position.
   std::uint32_t AddRealIndex(const std::vector<IndexColumn>& columns, std::uint8_t flags);

@@ -16,7 +16,15 @@ namespace {
 using namespace zimbrat::platform;
 using tests::Fault;
 
-void Work(Files& files, Clock& clock, std::u16string_view path) {
+struct Size {
+  int rows;
+  std::size_t memo;  // characters
+};
+constexpr Size kSmall{12, 5'000};
+// More pages than the cache and the images of one statement keep in memory.
+constexpr Size kLarge{150, 80'000};
+
+void Work(Files& files, Clock& clock, std::u16string_view path, Size size) {
   auto engine = MakeEngine(files, clock, {});
   auto workspace = engine->CreateWorkspace(u"", u"Admin", u"");
   auto database = workspace->CreateDatabase(path, dao::dbLangGeneral, dao::dbEncrypt);
@@ -28,11 +36,10 @@ void Work(Files& files, Clock& clock, std::u16string_view path) {
   table->Indexes()->Append(index);
   database->TableDefs()->Append(table);
   auto rows = database->OpenRecordset(u"T");
-  // More pages than the cache and the images of one statement keep in memory.
-  for (int i = 0; i < 150; ++i) {
+  for (int i = 0; i < size.rows; ++i) {
     rows->AddNew();
     rows->Fields()->Item(u"A")->SetValue(std::u16string(200, static_cast<char16_t>(u'a' + i % 20)));
-    rows->Fields()->Item(u"B")->SetValue(std::u16string(80'000, u'ł'));
+    rows->Fields()->Item(u"B")->SetValue(std::u16string(size.memo, u'ł'));
     rows->Update();
   }
   rows->Close();
@@ -42,9 +49,9 @@ void Work(Files& files, Clock& clock, std::u16string_view path) {
 }
 
 // The number that came, 0 when the work went through.
-std::int32_t NumberOf(Files& files, Clock& clock, std::u16string_view path) {
+std::int32_t NumberOf(Files& files, Clock& clock, std::u16string_view path, Size size) {
   try {
-    Work(files, clock, path);
+    Work(files, clock, path, size);
     return 0;
   } catch (const RunTimeError& error) {
     EXPECT_FALSE(error.Description().empty());
@@ -53,35 +60,50 @@ std::int32_t NumberOf(Files& files, Clock& clock, std::u16string_view path) {
   }
 }
 
-}  // namespace
-
-TEST(EngineFaults, EachFailedCallIsAnErrorWithDaosNumber) {
-  tests::TempFolder folder;
-  tests::FakeClock clock;
-  System system = MakeSystem(0, nullptr);
-  const std::u16string path = folder.PathOf(u"a.mdb");
+class EngineFaults : public ::testing::Test {
+ protected:
   struct Kind {
     Fault how;
     std::int32_t error;
     std::int32_t expected;
   };
+
+  // The n-th call fails; false when the work has fewer.
+  bool TryCall(std::uint64_t n, const Kind& kind, Size size) {
+    tests::FailingFiles files(*system_.files);
+    files.plan = {.call = n, .how = kind.how, .error = kind.error};
+    const std::int32_t number = NumberOf(files, clock_, path_, size);
+    if (folder_.Exists(u"a.mdb")) system_.files->Delete(path_);
+    // A short read or an undisturbed close may be a damaged page or nothing at all.
+    const bool plausible = number == kind.expected || number == kErrCannotOpenDatabase ||
+                           number == kErrUnrecognizedFormat || number == kErrInvalidPath || number == 0;
+    EXPECT_TRUE(plausible) << files.FailedCall() << " " << n << " gave " << number;
+    return files.HasFailed();
+  }
+
+  tests::TempFolder folder_;
+  tests::FakeClock clock_;
+  System system_ = MakeSystem(0, nullptr);
+  std::u16string path_ = folder_.PathOf(u"a.mdb");
+};
+
+}  // namespace
+
+TEST_F(EngineFaults, EachFailedCallIsAnErrorWithDaosNumber) {
   for (const Kind& kind : {Kind{Fault::Error, kErrDiskFull, kErrNoDiskSpace},
                            Kind{Fault::Error, kErrDeviceIo, kErrDiskIo},
                            Kind{Fault::Half, kErrDiskFull, kErrNoDiskSpace}}) {
-    std::uint64_t step = 1;
-    for (std::uint64_t n = 1;; n += step) {
-      tests::FailingFiles files(*system.files);
-      files.plan = {.call = n, .how = kind.how, .error = kind.error};
-      const std::int32_t number = NumberOf(files, clock, path);
-      if (folder.Exists(u"a.mdb")) system.files->Delete(path);
-      if (!files.HasFailed()) break;
-      // A short read or an undisturbed close may be a damaged page or nothing at all.
-      const bool plausible = number == kind.expected || number == kErrCannotOpenDatabase ||
-                             number == kErrUnrecognizedFormat || number == kErrInvalidPath || number == 0;
-      EXPECT_TRUE(plausible) << files.FailedCall() << " " << n << " gave " << number;
-      if (n > 60) step = n / 20;  // every call at first, then some of each stretch
-    }
+    std::uint64_t n = 1;
+    while (TryCall(n, kind, kSmall)) ++n;
+    EXPECT_GT(n, 30u);
   }
+}
+
+TEST_F(EngineFaults, AStatementLargerThanMemoryFailsTheSameWay) {
+  const Kind kind{Fault::Error, kErrDiskFull, kErrNoDiskSpace};
+  std::uint64_t n = 500;
+  while (TryCall(n, kind, kLarge)) n += 2'500;
+  EXPECT_GT(n, 3'000u);
 }
 
 }  // namespace zimbrat::jet

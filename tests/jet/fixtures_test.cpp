@@ -75,7 +75,9 @@ TEST_P(AccessFiles, AreReadWholeOrRefused) {
       for (std::size_t i = 0; i < again.size(); ++i) EXPECT_EQ(again[i].bytes, scan.Fields()[i].bytes);
     }
     const bool counted = object.name != u"MSysACEs" && object.name != u"MSysQueries";
-    if (counted) EXPECT_EQ(rows, table->Definition().rows);
+    if (counted) {
+      EXPECT_EQ(rows, table->Definition().rows);
+    }
   }
   EXPECT_GE(tables, 5u);
 }

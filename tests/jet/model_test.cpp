@@ -19,6 +19,9 @@ using platform::DecimalText;
 
 namespace {
 
+// 32 bits of any library's generator.
+std::uint32_t Draw(std::mt19937& random) { return static_cast<std::uint32_t>(random()); }
+
 struct ModelRow {
   std::u16string name;
   std::int32_t number = 0;
@@ -85,14 +88,14 @@ class Model {
 
   std::u16string RandomText(std::size_t most) {
     constexpr std::u16string_view letters = u"aąbcćdeę łńoóśźżÄß-'漢\u3042xyz0189";
-    std::u16string text(random_() % most + 1, u'x');
-    const std::size_t kinds = random_() % 3 == 0 ? 3 : letters.size();
-    for (char16_t& c : text) c = letters[random_() % kinds];
+    std::u16string text(Draw(random_) % most + 1, u'x');
+    const std::size_t kinds = Draw(random_) % 3 == 0 ? 3 : letters.size();
+    for (char16_t& c : text) c = letters[Draw(random_) % kinds];
     if (text.front() == u' ') text.front() = u'a';
     return text;
   }
   std::u16string RandomMemo() {
-    switch (random_() % 12) {
+    switch (Draw(random_) % 12) {
       case 0: return RandomText(9'000);
       case 1: return RandomText(2'100);
       case 2: return {};
@@ -100,13 +103,13 @@ class Model {
     }
   }
   std::int32_t RandomFather() {
-    auto place = fathers_.lower_bound(static_cast<std::int32_t>(random_() % (counters_[0] + 1)));
+    auto place = fathers_.lower_bound(static_cast<std::int32_t>(Draw(random_) % (counters_[0] + 1)));
     return place == fathers_.end() ? fathers_.begin()->first : place->first;
   }
 
   void Step() {
-    const std::uint32_t dice = random_() % 100;
-    const bool son = random_() % 2 == 0 && !fathers_.empty();
+    const std::uint32_t dice = Draw(random_) % 100;
+    const bool son = Draw(random_) % 2 == 0 && !fathers_.empty();
     if (dice < 55) return Insert(son);
     if (dice < 85) return Update(son);
     if (dice < 99) return Delete(son);
@@ -121,8 +124,8 @@ class Model {
   }
 
   ModelRow RandomRow(bool son) {
-    return {RandomText(random_() % 8 == 0 ? 255 : 30),
-            son ? RandomFather() : static_cast<std::int32_t>(random_()), RandomMemo()};
+    return {RandomText(Draw(random_) % 8 == 0 ? 255 : 30),
+            son ? RandomFather() : static_cast<std::int32_t>(Draw(random_)), RandomMemo()};
   }
 
   void Insert(bool son) {
@@ -137,7 +140,7 @@ class Model {
   std::shared_ptr<dao::Recordset> RandomExisting(bool son, std::int32_t& id) {
     std::map<std::int32_t, ModelRow>& model = son ? sons_ : fathers_;
     if (model.empty()) return nullptr;
-    auto place = model.lower_bound(static_cast<std::int32_t>(random_() % (counters_[son ? 1 : 0] + 1)));
+    auto place = model.lower_bound(static_cast<std::int32_t>(Draw(random_) % (counters_[son ? 1 : 0] + 1)));
     id = (place == model.end() ? model.begin() : place)->first;
     return database_->OpenRecordset(u"SELECT * FROM " + std::u16string(son ? u"Syn" : u"Ojciec") +
                                     u" WHERE Id = " + DecimalText(id));
@@ -169,8 +172,8 @@ class Model {
     const auto counters = counters_;
     workspace_->BeginTrans();
     for (int i = 0; i < 20; ++i) {
-      const bool son = random_() % 2 == 0 && !fathers_.empty();
-      random_() % 2 == 0 ? Insert(son) : Delete(son);
+      const bool son = Draw(random_) % 2 == 0 && !fathers_.empty();
+      Draw(random_) % 2 == 0 ? Insert(son) : Delete(son);
     }
     workspace_->Rollback();
     fathers_ = fathers;

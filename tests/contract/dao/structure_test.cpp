@@ -239,6 +239,23 @@ TEST_F(DaoStructure, RenamesCarryEverythingAlong) {
   EXPECT_EQ(ErrorOfRun(u"INSERT INTO Syn (IdRodzica) VALUES (5)"), kErrRelatedRecordRequired);
 }
 
+TEST_F(DaoStructure, SystemTablesAndOverlongRowsAreRefused) {
+  Create();
+  auto objects = database->TableDefs()->Item(u"MSysObjects");
+  EXPECT_EQ(ErrorOf([&] { MakeField(*objects, {u"Obce", dao::dbLong}); }), kErrReadOnly);
+  EXPECT_EQ(ErrorOfRun(u"DELETE FROM MSysObjects"), kErrReadOnly);
+  EXPECT_EQ(ErrorOf([&] { database->OpenRecordset(u"MSysACEs")->Edit(); }), kErrReadOnly);
+  EXPECT_EQ(CountRows(u"SELECT * FROM MSysObjects WHERE Type = 1"), 4u);
+  std::vector<FieldPlan> wide;
+  for (int i = 0; i < 9; ++i) wide.push_back({u"P" + DecimalText(i), dao::dbText, 255, dao::dbFixedField});
+  EXPECT_EQ(ErrorOf([&] { MakeTable(u"T", wide); }), kErrRecordTooLarge);
+  for (FieldPlan& plan : wide) plan.attributes = 0;
+  MakeTable(u"T", wide);
+  std::u16string values;
+  for (int i = 0; i < 9; ++i) values += (i > 0 ? u", '" : u"'") + std::u16string(255, u'ż') + u"'";
+  EXPECT_EQ(ErrorOfRun(u"INSERT INTO T VALUES (" + values + u")"), kErrRecordTooLarge);
+}
+
 TEST_F(DaoStructure, ATableWithOpenRowsKeepsItsStructure) {
   Create();
   MakeTable(u"T", {{u"A", dao::dbLong}});
