@@ -91,12 +91,17 @@ void EntryPage::DecodeMask() {
 }
 
 void EntryPage::CheckLengths() const {
-  const std::size_t least = pointerSize_ - std::min(pointerSize_, prefix_);  // of a suffix
-  bool sound = count_ == 0 || (ends_[0] > prefix_ && ends_[0] > pointerSize_);
-  for (std::size_t i = 1; i < count_ && sound; ++i) {
-    sound = static_cast<std::size_t>(ends_[i] - ends_[i - 1]) > least;
-    sound = sound && prefix_ + (ends_[i] - ends_[i - 1]) <= kSizeEntries;
+  if (count_ == 0) return;
+  // Shortest and longest suffix, without a branch in the loop: every page on the way of every search
+  // comes through here.
+  std::uint16_t shortest = kSizeEntries, longest = 0;
+  for (std::size_t i = 1; i < count_; ++i) {
+    const auto size = static_cast<std::uint16_t>(ends_[i] - ends_[i - 1]);
+    shortest = std::min(shortest, size);
+    longest = std::max(longest, size);
   }
+  const bool sound = ends_[0] > prefix_ && ends_[0] > pointerSize_ &&
+                     prefix_ + shortest > pointerSize_ && prefix_ + longest <= kSizeEntries;
   if (!sound) RaiseDamagedPage(Number(), u"wpisy indeksu mają błędne długości");
 }
 

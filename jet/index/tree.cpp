@@ -68,6 +68,19 @@ IndexTree::Cursor IndexTree::Seek(ConstBytes start) const {
 }
 
 bool IndexTree::ContainsKey(ConstBytes key) const {
+  {
+    // Mostly the leaf answers alone.
+    const EntryPage leaf = Descend(key, nullptr);
+    const std::size_t place = leaf.LowerBound(key);
+    if (place == leaf.Count() && leaf.Next() == 0) return false;
+    if (place < leaf.Count()) {
+      EntryBuffer entry;
+      leaf.CopyEntry(place, entry);
+      const bool beginsWithKey = CommonLength(entry, key) == key.size();
+      if (!beginsWithKey) return false;
+      if (entry.Size() == key.size() + kSizeLeafPointer) return true;
+    }
+  }
   for (Cursor cursor = Seek(key); cursor.Valid(); cursor.Next()) {
     const ConstBytes found = cursor.Key();
     if (found.size() < key.size() || CommonLength(found, key) < key.size()) return false;
