@@ -21,16 +21,18 @@ class MemoryFile : public platform::File {
   explicit MemoryFile(std::shared_ptr<FileBytes> bytes) : bytes_(std::move(bytes)) {}
   std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
     if (offset >= bytes_->size()) return 0;
-    const std::size_t count = std::min<std::size_t>(bytes.size(), bytes_->size() - offset);
-    std::memcpy(bytes.data(), bytes_->data() + offset, count);
+    const auto start = static_cast<std::size_t>(offset);
+    const std::size_t count = std::min(bytes.size(), bytes_->size() - start);
+    std::memcpy(bytes.data(), bytes_->data() + start, count);
     return count;
   }
   void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
-    if (offset + bytes.size() > bytes_->size()) bytes_->resize(offset + bytes.size());
-    std::memcpy(bytes_->data() + offset, bytes.data(), bytes.size());
+    const auto start = static_cast<std::size_t>(offset);
+    bytes_->resize(std::max(bytes_->size(), start + bytes.size()));
+    std::memcpy(bytes_->data() + start, bytes.data(), bytes.size());
   }
   std::uint64_t Size() override { return bytes_->size(); }
-  void Resize(std::uint64_t size) override { bytes_->resize(size); }
+  void Resize(std::uint64_t size) override { bytes_->resize(static_cast<std::size_t>(size)); }
   void Flush() override {}
 
  private:
