@@ -209,12 +209,12 @@ void CatalogueCheck::CheckRelationshipColumn(const RelationshipRow& row, const T
     return check_.Error(place, TextOf(u"katalog podaje kolumnę ", row.position, u" z ", row.columns,
                                       u", a indeks ma ", parts.size()));
   }
-  const ColumnLayout* found =
-      table.FindColumn(parts[static_cast<std::size_t>(row.position)].columnId);
-  if (!found || !EqualText(found->name, column)) {
-    check_.Error(place,
-                 TextOf(u"kolumna „", column, u"” nie jest kolumną ", row.position, u" indeksu"));
-  }
+  // The index may have them in another order.
+  const ColumnLayout* found = table.FindColumn(column);
+  const bool isThere = found && std::any_of(parts.begin(), parts.end(), [&](const auto& part) {
+                         return part.columnId == found->id;
+                       });
+  if (!isThere) check_.Error(place, TextOf(u"kolumny „", column, u"” nie ma w indeksie relacji"));
 }
 
 }  // namespace zimbrat::jet::check

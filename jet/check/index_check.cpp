@@ -198,7 +198,9 @@ void IndexCheck::CheckKey(PageNumber leaf, ConstBytes key, RowPointer row) {
   const bool hasNull =
       std::any_of(parts->parts.begin(), parts->parts.begin() + static_cast<long>(parts->count),
                   [](const KeyParts::Part& part) { return part.isNull; });
-  if (hasNull && (index_.isPrimary || index_.Has(kIndexRequired))) {
+  // System tables have primary keys without the flag, which allow nulls.
+  const bool isKey = index_.isPrimary && table_.kind == kTableUser;
+  if (hasNull && (isKey || index_.Has(kIndexRequired))) {
     Fault(leaf,
           TextOf(u"wpis ", RowText(row), u" ma pustą wartość w indeksie, który jej nie dopuszcza"));
   }

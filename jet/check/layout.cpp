@@ -47,6 +47,11 @@ std::size_t ColumnLayout::FixedSize() const {
   }
 }
 
+bool TableLayout::HasMaplessValues() const {
+  return std::any_of(longValueMaps.begin(), longValueMaps.end(),
+                     [](const LongValueMapsLayout& maps) { return maps.owned.IsNull(); });
+}
+
 const ColumnLayout* TableLayout::FindColumn(std::uint16_t id) const {
   const auto found = std::find_if(columns.begin(), columns.end(),
                                   [&](const ColumnLayout& column) { return column.id == id; });
@@ -305,7 +310,9 @@ void LayoutReader::CheckLongValueMaps() {
   std::set<std::uint16_t> ids;
   for (const LongValueMapsLayout& maps : table_.longValueMaps) {
     const ColumnLayout* column = table_.FindColumn(maps.columnId);
-    if (!column || !column->IsLongValue() || !ids.insert(maps.columnId).second) {
+    // Maps of a deleted column may have stayed behind.
+    const bool isWrong = column && !column->IsLongValue();
+    if (isWrong || !ids.insert(maps.columnId).second) {
       Fault(TextOf(u"mapy długich wartości należą do niemożliwej kolumny ", maps.columnId));
     }
   }

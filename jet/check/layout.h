@@ -76,6 +76,8 @@ struct TableLayout {
   std::vector<LogicalLayout> logicals;
   std::vector<LongValueMapsLayout> longValueMaps;
 
+  // Tables that are added to a file later have columns whose maps are null.
+  bool HasMaplessValues() const;
   const ColumnLayout* FindColumn(std::uint16_t id) const;
   // Without regard to case, by the names' keys.
   const ColumnLayout* FindColumn(std::u16string_view name) const;

@@ -15,8 +15,9 @@ constexpr std::size_t kMaxPeekedRows = 1024;
 
 class ValueWalk {
  public:
-  ValueWalk(Checking& check, PageNumber table, std::size_t wanted, bool isPeek)
-      : check_(check), table_(table), wanted_(wanted), isPeek_(isPeek) {}
+  // Without a table the walk claims nothing and ends when it has what is wanted.
+  ValueWalk(Checking& check, const TableLayout* table, std::size_t wanted)
+      : check_(check), table_(table), wanted_(wanted), isPeek_(table == nullptr) {}
 
   LongValue Walk(ConstBytes descriptor);
 
@@ -34,7 +35,7 @@ class ValueWalk {
   }
 
   Checking& check_;
-  PageNumber table_;
+  const TableLayout* table_;
   std::size_t wanted_;
   bool isPeek_;
   std::uint64_t seen_ = 0;
@@ -51,7 +52,8 @@ std::optional<RowView> ValueWalk::TakeRow(RowPointer pointer) {
   }
   if (isPeek_) return row;
   const PageOwner owner = check_.census.OwnerOf(pointer.page);
-  if (owner.use != PageUse::LongValues || owner.table != table_) {
+  const bool isMapped = owner.use == PageUse::LongValues && owner.table == table_->page;
+  if (!isMapped && !(owner.use == PageUse::None && table_->HasMaplessValues())) {
     Fail(TextOf(u"długa wartość leży na stronie spoza map tabeli: ", where));
     return std::nullopt;
   }
@@ -101,13 +103,13 @@ LongValue ValueWalk::Walk(ConstBytes descriptor) {
 
 }  // namespace
 
-LongValue CheckLongValue(Checking& check, PageNumber table, ConstBytes descriptor,
+LongValue CheckLongValue(Checking& check, const TableLayout& table, ConstBytes descriptor,
                          std::size_t wanted) {
-  return ValueWalk(check, table, wanted, false).Walk(descriptor);
+  return ValueWalk(check, &table, wanted).Walk(descriptor);
 }
 
 LongValue PeekLongValue(Checking& check, ConstBytes descriptor, std::size_t wanted) {
-  return ValueWalk(check, 0, wanted, true).Walk(descriptor);
+  return ValueWalk(check, nullptr, wanted).Walk(descriptor);
 }
 
 }  // namespace zimbrat::jet::check

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "checking.h"
+#include "layout.h"
 
 namespace zimbrat::jet::check {
 
@@ -16,7 +17,7 @@ struct LongValue {
 };
 
 // The whole value is walked; its rows are claimed for it.
-LongValue CheckLongValue(Checking& check, PageNumber table, ConstBytes descriptor,
+LongValue CheckLongValue(Checking& check, const TableLayout& table, ConstBytes descriptor,
                          std::size_t wanted);
 
 // Walks only as far as wanted, claims nothing.

@@ -69,7 +69,7 @@ void MapWalk::WalkReferences(ConstBytes row) {
     if (number == 0) continue;
     if (!check_.Claim(place_, number, {PageUse::MapBits})) continue;
     const PageView page = check_.pages.Read(number);
-    if (Get8(*page, 0) != kPageMapBits || Get8(*page, 1) != 1 || Get16(*page, 2) != 0) {
+    if (Get8(*page, 0) != kPageMapBits || Get8(*page, 1) != 1) {
       check_.PageError(place_, number, u"nie jest stroną mapy");
       continue;
     }
@@ -85,7 +85,10 @@ void MapWalk::Walk(ConstBytes row) {
     return Fault(TextOf(u"mapa stron ", map_.row, u" jest nieznanego rodzaju"));
   }
   const PageNumber first = Get32(row, kOffsetMapFirstPage);
-  if (first % 8 != 0) Fault(TextOf(u"mapa stron ", map_.row, u" zaczyna się od strony ", first));
+  if (first % 8 != 0) {
+    check_.report.Warning(TextOf(place_, u", strona ", map_.page),
+                          TextOf(u"mapa stron ", map_.row, u" zaczyna się od strony ", first));
+  }
   WalkBits(row.subspan(kOffsetMapBits), first);
 }
 
@@ -117,15 +120,16 @@ void ReadGlobalMaps(Checking& check, RowPointer freePages, RowPointer second) {
       hasGap = hasGap || page != next;
       next = page + 1;
     }).Walk(row->bytes);
-    const bool isInline = Get8(row->bytes, 0) == kMapInline;
-    const std::uint64_t covered = (row->bytes.size() - kOffsetMapBits) * 8;
-    if (hasGap || (isInline && next < covered)) {
-      check.PageError(place, freePages.page, u"strony za końcem pliku nie są wolne");
+    const bool isInline = row->bytes.size() > kOffsetMapBits && Get8(row->bytes, 0) == kMapInline;
+    const std::uint64_t covered = isInline ? (row->bytes.size() - kOffsetMapBits) * 8 : 0;
+    if (hasGap || next < covered) {
+      check.report.Warning(TextOf(place, u", strona ", freePages.page),
+                           u"strony za końcem pliku nie są wolne");
     }
   }
   bool isEmpty = true;
   ReadUsageMap(check, u"druga mapa pliku", second, [&](PageNumber) { isEmpty = false; });
-  if (!isEmpty) check.PageError(u"druga mapa pliku", second.page, u"mapa nie jest pusta");
+  if (!isEmpty) check.report.Warning(u"druga mapa pliku", u"mapa nie jest pusta");
 }
 
 }  // namespace zimbrat::jet::check

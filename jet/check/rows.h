@@ -46,7 +46,7 @@ dao::Value ValueOfField(Checking& check, const ColumnLayout& column,
                         std::optional<ConstBytes> field);
 
 // Size, text, long values with all their pages. Empty text: sound.
-std::u16string CheckField(Checking& check, PageNumber table, const ColumnLayout& column,
+std::u16string CheckField(Checking& check, const TableLayout& table, const ColumnLayout& column,
                           ConstBytes field);
 
 }  // namespace zimbrat::jet::check

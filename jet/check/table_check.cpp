@@ -106,8 +106,7 @@ void TableCheck::CheckRow(RowPointer home, ConstBytes row, const RowVisit& visit
   for (const ColumnLayout& column : table_.columns) {
     const std::optional<ConstBytes> field = parts.Field(column);
     if (!field) continue;
-    if (const std::u16string fault = CheckField(check_, table_.page, column, *field);
-        !fault.empty()) {
+    if (const std::u16string fault = CheckField(check_, table_, column, *field); !fault.empty()) {
       RowError(home, fault);
       isSound = false;
     }

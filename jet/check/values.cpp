@@ -80,7 +80,7 @@ std::u16string CheckText(const ColumnLayout& column, ConstBytes field) {
   return TextOf(u"tekst kolumny „", column.name, u"” ma ", text->size(), u" znaków");
 }
 
-std::u16string CheckLongField(Checking& check, PageNumber table, const ColumnLayout& column,
+std::u16string CheckLongField(Checking& check, const TableLayout& table, const ColumnLayout& column,
                               ConstBytes field) {
   const LongValue value = CheckLongValue(check, table, field, kDecodedBytesOfMemo);
   if (!value.fault.empty()) return TextOf(u"kolumna „", column.name, u"”: ", value.fault);
@@ -129,7 +129,7 @@ dao::Value ValueOfField(Checking& check, const ColumnLayout& column,
   }
 }
 
-std::u16string CheckField(Checking& check, PageNumber table, const ColumnLayout& column,
+std::u16string CheckField(Checking& check, const TableLayout& table, const ColumnLayout& column,
                           ConstBytes field) {
   if (column.IsBoolean()) return {};
   if (const std::size_t size = column.FixedSize()) {
