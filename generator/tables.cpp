@@ -149,6 +149,7 @@ bool UtwórzTablice(ProgramState& state, dao::Database& database, std::u16string
   if (done) return true;
   if (!error && work.IsNotUpdatable()) return false;
   context.Number = 0;
+  context.Source.clear();
   if (error) context.RecordError(*error);
   // Kept: this replaces the detail of the failed step.
   context.Detail = u"Funkcja: UtwórzTablice";
