@@ -57,6 +57,10 @@ std::optional<std::u16string> FindNameFault(std::u16string_view name) {
     return u"Nazwa bazy danych nie może zaczynać się spacją ani kończyć spacją lub kropką. "
            u"Wpisz inną nazwę.";
   }
+  // The list of databases takes a path that ends so for the file itself.
+  if (platform::UpperCase(name).ends_with(kExtension)) {
+    return u"Nazwa bazy danych nie może kończyć się na „.mdb”. Wpisz inną nazwę.";
+  }
   if (IsDeviceName(name)) {
     return u"Nazwa " + Quoted(name) + u" jest zastrzeżona dla urządzenia. Wpisz inną nazwę.";
   }

@@ -2,6 +2,7 @@
 
 #include "app/name_rules.h"
 #include "suite/ModPrgFun.h"
+#include "platform/files.h"
 #include "platform/text.h"
 
 namespace zimbrat::app {
@@ -21,7 +22,7 @@ RunResult RunNewDatabase(suite::ProgramState& state, const NewDatabaseOrder& ord
   choices.name = order.name;
   choices.folder = order.folder;
   return {true, suite::ResultText(suite::Task::Nowa, choices),
-          order.folder + platform::kPathSeparator + order.name};
+          platform::JoinPath(order.folder, order.name)};
 }
 
 }  // namespace zimbrat::app

@@ -48,7 +48,11 @@ class Reader {
 
   Arguments Read() {
     // Help, version and JSON count wherever they stand, also behind a fault.
-    for (const std::u16string& word : words_) NoteCommon(CommonName(word));
+    for (std::size_t i = 0; i < words_.size(); ++i) {
+      const bool isValue = i > 0 && words_[i - 1].starts_with(u"--") && !words_[i].starts_with(u"--") &&
+                           !IsCommon(CommonName(words_[i - 1]));
+      if (!isValue) NoteCommon(CommonName(words_[i].substr(0, words_[i].find(u'='))));
+    }
     while (position_ < words_.size() && !result_.fault) ReadWord(words_[position_++]);
     if (!result_.fault) CheckRequired();
     return std::move(result_);
@@ -63,7 +67,7 @@ class Reader {
   }
 
   void ReadWord(const std::u16string& word) {
-    if (IsCommon(CommonName(word))) return;
+    if (IsCommon(CommonName(word))) return NoteCommon(CommonName(word));
     if (word.starts_with(u"-")) {
       ReadOption(word);
     } else if (result_.command != nullptr) {
@@ -87,7 +91,9 @@ class Reader {
     const std::u16string name = word.substr(0, equals);
     const OptionSpec* option =
         result_.command == nullptr ? nullptr : FindOption(*result_.command, name);
-    if (option == nullptr) {
+    if (option == nullptr && IsCommon(CommonName(name))) {
+      result_.fault = u"Opcja " + name + u" nie przyjmuje wartości.";
+    } else if (option == nullptr) {
       result_.fault =
           u"Nieznana opcja: " + name + u"." + Suggestion(name, OptionNames(result_.command));
     } else if (result_.Has(name)) {

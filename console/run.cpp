@@ -62,9 +62,10 @@ int Run(platform::System& system) {
   PrintOutcome(*system.console, outcome,
                arguments.command ? arguments.command->name : std::u16string_view(),
                arguments.isJson);
+  if (outcome.status != kStatusDone || !system.console->HasFailed()) return outcome.status;
   // A result that reached nobody is no success.
-  return outcome.status == kStatusDone && system.console->HasFailed() ? kStatusFailed
-                                                                      : outcome.status;
+  system.console->WriteError(u"Zadanie wykonano, ale wyniku nie udało się wypisać.\n");
+  return kStatusFailed;
 }
 
 }  // namespace zimbrat::console

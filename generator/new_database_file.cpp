@@ -51,10 +51,12 @@ void NewDatabaseFile::RemoveLeftovers(std::u16string_view folder) {
 void NewDatabaseFile::PutInPlace() {
   host_.VerifyCopy(workingPath_);
   files_.Open(workingPath_, OpenMode::ReadWrite, Sharing::None)->Flush();
+  const bool replaces = oldFile_ != nullptr;
   oldFile_.reset();
+  // Who might read the old file may read the new one, and nobody else.
+  if (replaces) files_.CopyAttributes(targetPath_, workingPath_);
   files_.Replace(workingPath_, targetPath_);
   hold_.reset();
-  files_.FlushFolder(platform::FolderOfPath(targetPath_));
 }
 
 }  // namespace zimbrat::generator

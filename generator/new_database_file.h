@@ -19,7 +19,7 @@
 namespace zimbrat::generator {
 
 // Behind the target's name while the work lasts.
-inline constexpr std::u16string_view kWorkingSuffix = u".nowa";
+inline constexpr std::u16string_view kWorkingSuffix = u".zimbrat-nowa";
 
 class NewDatabaseFile {
  public:

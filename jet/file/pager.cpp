@@ -24,6 +24,7 @@ struct Pager::Image {
 struct Pager::Savepoint {
   std::uint64_t id = 0;
   PageNumber pageCount = 0;
+  std::uint64_t undoStart = 0;  // of the undo file, when it began
   std::unordered_map<PageNumber, Image> images;
 };
 
@@ -159,6 +160,7 @@ void Pager::Begin() {
   auto savepoint = std::make_unique<Savepoint>();
   savepoint->id = ++lastSavepoint_;
   savepoint->pageCount = pageCount_;
+  savepoint->undoStart = undoSize_;
   savepoints_.push_back(std::move(savepoint));
 }
 
@@ -195,11 +197,15 @@ void Pager::Commit() {
     return;
   }
   Savepoint& outer = *savepoints_.back();
+  bool fileKept = false;
   for (auto& [page, image] : done->images) {
     const bool kept = page < outer.pageCount && !outer.images.contains(page);
+    fileKept = fileKept || (kept && !image.bytes);
     if (!kept && image.bytes) --imagesInMemory_;
     if (kept) outer.images.emplace(page, std::move(image));
   }
+  // Without this a transaction of many rows would grow the file with each change of the same pages.
+  if (!fileKept) undoSize_ = done->undoStart;
 }
 
 void Pager::Rollback() noexcept {
@@ -211,10 +217,8 @@ void Pager::Rollback() noexcept {
   } catch (const std::exception&) {
     broken_ = true;
   }
-  if (savepoints_.empty()) {
-    imagesInMemory_ = 0;
-    undoSize_ = 0;
-  }
+  undoSize_ = undone->undoStart;
+  if (savepoints_.empty()) imagesInMemory_ = 0;
 }
 
 void Pager::Restore(const Savepoint& savepoint) {

@@ -23,6 +23,18 @@ bool IsTableName(std::u16string_view source) {
   return true;
 }
 
+// What concerns one row alone; the disk, damage and memory concern the statement.
+bool IsRowError(std::int32_t number) {
+  constexpr std::int32_t numbers[] = {
+      platform::kErrOverflow,       platform::kErrDivisionByZero,   platform::kErrInvalidCall,
+      platform::kErrTypeMismatch,   platform::kErrInvalidNull,      platform::kErrDuplicateKey,
+      platform::kErrRecordTooLarge, platform::kErrNullInIndex,      platform::kErrFieldTooSmall,
+      platform::kErrRelatedRecords, platform::kErrRelatedRecordRequired,
+      platform::kErrRequired,       platform::kErrZeroLength,       platform::kErrTableRule,
+      platform::kErrFieldRule,      platform::kErrDataConversion,   platform::kErrCriteriaMismatch};
+  return std::find(std::begin(numbers), std::end(numbers), number) != std::end(numbers);
+}
+
 dao::Value StoredValue(const Column& column, const dao::Value& value) {
   try {
     return ConvertToColumn(column, value);
@@ -143,7 +155,7 @@ std::int32_t QueryRunner::ForRows(const std::vector<RowPointer>& rows, bool fail
       atomic.Commit();
       ++affected;
     } catch (const RunTimeError& error) {
-      if (error.Number() == platform::kErrCannotOpenDatabase) throw;
+      if (!IsRowError(error.Number())) throw;
     }
   }
   return affected;

@@ -36,6 +36,7 @@ TEST(Arguments, NameTheNearestRightWord) {
       {{u"nowa", u"--folder", u"--nazwa", u"x"}, "Brak wartości opcji --folder. Podaj: --folder F"},
       {{u"nowa", u"--folder"}, "Brak wartości opcji --folder. Podaj: --folder F"},
       {{u"nowa", u"--nadpisz=tak"}, "Opcja --nadpisz nie przyjmuje wartości."},
+      {{u"nowa", u"--cicho=1"}, "Opcja --cicho nie przyjmuje wartości."},
       {{u"stan", u"--baza", u"a", u"--baza", u"b"}, "Opcja --baza występuje więcej niż raz."},
       {{u"stan"}, "Brak opcji --baza P polecenia stan."},
   };
@@ -47,6 +48,8 @@ TEST(Arguments, KnowHelpAndVersionEverywhere) {
     EXPECT_TRUE(console::ParseArguments({u"nowa", word}).wantsHelp);
     EXPECT_TRUE(console::ParseArguments({word, u"bzdura"}).wantsHelp);
   }
+  EXPECT_TRUE(console::ParseArguments({u"nowa", u"--nadpisz", u"-h"}).wantsHelp);
+  EXPECT_FALSE(console::ParseArguments({u"nowa", u"--nazwa", u"-h"}).wantsHelp) << "a name";
   for (const char16_t* word : {u"--wersja", u"--version"}) {
     EXPECT_TRUE(console::ParseArguments({word}).wantsVersion);
   }

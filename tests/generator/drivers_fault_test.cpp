@@ -44,7 +44,7 @@ bool RunWithFault(const FaultPlan& plan, bool& done) {
         << where << bench.Summary();
   }
   for (const std::u16string& name : bench.folder.Names()) {
-    EXPECT_FALSE(name.ends_with(u".nowa")) << where << " left " << Utf8(name);
+    EXPECT_FALSE(name.ends_with(u".zimbrat-nowa")) << where << " left " << Utf8(name);
   }
   return reached;
 }

@@ -2,6 +2,8 @@
 #include "platform/text.h"
 #include "tests/product/database_bench.h"
 
+#include <filesystem>
+
 namespace zimbrat::tests {
 namespace {
 
@@ -96,7 +98,12 @@ TEST_F(Driver, AsksBeforeItOverwrites) {
                 " istnieje. Wskazany plik może zawierać dane. Usunąć plik i utworzyć nowy plik "
                 "bazy?");
   bench_.host.answer = platform::kAnswerYes;
+  namespace fs = std::filesystem;
+  const fs::path old(bench_.PathOf(u"Firma.mdb"));
+  fs::permissions(old, fs::perms::owner_read | fs::perms::owner_write);
+  const fs::perms rights = fs::status(old).permissions();
   EXPECT_TRUE(Run(Program("AB"))) << bench_.Summary();
+  EXPECT_EQ(fs::status(old).permissions(), rights) << "nobody new may read the books";
   EXPECT_GT(bench_.folder.Read(u"Firma.mdb").size(), 4096u);
 }
 
@@ -123,14 +130,14 @@ TEST_F(Driver, RefusesAnOldFileThatSomebodyHolds) {
 }
 
 TEST_F(Driver, RemovesLeftoversThatNobodyHolds) {
-  bench_.folder.Write(u"Inna.mdb.nowa", "pozostałość");
-  bench_.folder.Write(u"Firma.mdb.nowa", "pozostałość");
-  bench_.folder.Write(u"Trwa.mdb.nowa", "praca innego programu");
+  bench_.folder.Write(u"Inna.mdb.zimbrat-nowa", "pozostałość");
+  bench_.folder.Write(u"Firma.mdb.zimbrat-nowa", "pozostałość");
+  bench_.folder.Write(u"Trwa.mdb.zimbrat-nowa", "praca innego programu");
   {
-    const auto hold = bench_.files.TryHold(bench_.PathOf(u"Trwa.mdb.nowa"));
+    const auto hold = bench_.files.TryHold(bench_.PathOf(u"Trwa.mdb.zimbrat-nowa"));
     ASSERT_TRUE(hold);
     EXPECT_TRUE(Run(Program("AB"))) << bench_.Summary();
-    EXPECT_TRUE(bench_.folder.Exists(u"Trwa.mdb.nowa"));
+    EXPECT_TRUE(bench_.folder.Exists(u"Trwa.mdb.zimbrat-nowa"));
   }
   bench_.host.answer = platform::kAnswerYes;
   EXPECT_TRUE(Run(Program("AB")));
@@ -138,7 +145,7 @@ TEST_F(Driver, RemovesLeftoversThatNobodyHolds) {
 }
 
 TEST_F(Driver, RefusesADatabaseThatAnotherRunIsWriting) {
-  const auto hold = bench_.files.TryHold(bench_.PathOf(u"Firma.mdb.nowa"));
+  const auto hold = bench_.files.TryHold(bench_.PathOf(u"Firma.mdb.zimbrat-nowa"));
   EXPECT_FALSE(Run(Program("AB")));
   EXPECT_EQ(bench_.state.context.Number, platform::kErrPermissionDenied);
   EXPECT_FALSE(bench_.folder.Exists(u"Firma.mdb"));
