@@ -227,7 +227,7 @@ void Relationships::CheckRows(Table& parent, std::uint32_t parentReal, Table& ch
   const RealIndex parentIndex = parent.Definition().realIndexes[parentReal];
   const RealIndex childIndex = child.Definition().realIndexes[childReal];
   for (RowScan scan(child); scan.Next();) {
-    const auto key = ParentKey(child, childIndex, parent, parentIndex, scan.Fields());
+    const auto key = TranslateKey(child, childIndex, parent, parentIndex, scan.Fields());
     if (key && !parent.Tree(parentReal).ContainsKey(*key)) {
       Raise(platform::kErrRelationDataViolates, child.Name(), parent.Name());
     }

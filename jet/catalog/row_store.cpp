@@ -14,7 +14,14 @@ constexpr int kMaxCascadeDepth = 50;
 constexpr std::uint8_t kCascadeYes = 1;
 constexpr std::uint8_t kCascadeSetNull = 2;
 
-// The columns of `fields`, taken by `from`'s columns, as a key of `to`'s columns.
+const LogicalIndex& OtherEnd(Table& other, const LogicalIndex& entry) {
+  const LogicalIndex* found = other.Definition().FindIndexByNumber(entry.otherNumber);
+  if (!found) RaiseDamaged(u"relacja tabeli „" + other.Name() + u"” nie ma drugiego końca");
+  return *found;
+}
+
+}  // namespace
+
 std::optional<std::vector<std::byte>> TranslateKey(Table& source, const RealIndex& from, Table& target,
                                                    const RealIndex& to, const RowFields& fields) {
   if (from.columns.size() != to.columns.size()) RaiseDamaged(u"relacja o różnej liczbie kolumn");
@@ -28,19 +35,6 @@ std::optional<std::vector<std::byte>> TranslateKey(Table& source, const RealInde
     columns.push_back({target.Definition().columns[other].type, to.columns[i].ascending});
   }
   return EncodeKey(columns, values);
-}
-
-const LogicalIndex& OtherEnd(Table& other, const LogicalIndex& entry) {
-  const LogicalIndex* found = other.Definition().FindIndexByNumber(entry.otherNumber);
-  if (!found) RaiseDamaged(u"relacja tabeli „" + other.Name() + u"” nie ma drugiego końca");
-  return *found;
-}
-
-}  // namespace
-
-std::optional<std::vector<std::byte>> ParentKey(Table& child, const RealIndex& childIndex, Table& parent,
-                                                const RealIndex& parentIndex, const RowFields& fields) {
-  return TranslateKey(child, childIndex, parent, parentIndex, fields);
 }
 
 void RowStore::CheckFields(Table& table, const std::vector<dao::Value>& values) {

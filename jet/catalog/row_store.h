@@ -46,9 +46,9 @@ class RowStore {
   Catalog& catalog_;
 };
 
-// The key of a child row, by its own index's columns, as the parent's index keeps it; nothing when one of
-// the columns is null.
-std::optional<std::vector<std::byte>> ParentKey(Table& child, const RealIndex& childIndex, Table& parent,
-                                                const RealIndex& parentIndex, const RowFields& fields);
+// The values that `fields` has in the columns of `from` (an index of `source`), as a key of `to` (an index of
+// `target`, the other end of a relationship); nothing when one of them is null.
+std::optional<std::vector<std::byte>> TranslateKey(Table& source, const RealIndex& from, Table& target,
+                                                   const RealIndex& to, const RowFields& fields);
 
 }  // namespace zimbrat::jet

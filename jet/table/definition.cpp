@@ -335,6 +335,16 @@ const LongValueMaps* TableDefinition::FindLongValueMaps(std::uint16_t columnId) 
   return nullptr;
 }
 
+std::size_t TableDefinition::EndOfFixedArea() const {
+  std::size_t end = 0;
+  for (const Column& column : columns) {
+    if (column.IsFixed() && column.type != kTypeBoolean) {
+      end = std::max(end, std::size_t{column.fixedOffset} + column.length);
+    }
+  }
+  return end;
+}
+
 void TableDefinition::InsertIndexSorted(LogicalIndex index) {
   const std::u16string key = platform::UpperCase(index.name);
   const auto place = std::find_if(logicalIndexes.begin(), logicalIndexes.end(), [&](const LogicalIndex& other) {

@@ -114,6 +114,8 @@ struct TableDefinition {
   const LogicalIndex* FindIndex(std::u16string_view name) const;          // ignoring case
   const LogicalIndex* FindIndexByNumber(std::uint32_t number) const;
   const LongValueMaps* FindLongValueMaps(std::uint16_t columnId) const;
+  // Bytes from the row's column count to the end of the last fixed column.
+  std::size_t EndOfFixedArea() const;
   // Keeps the list sorted by name without regard to case, as readers expect.
   void InsertIndexSorted(LogicalIndex index);
 };

@@ -53,16 +53,6 @@ bool MaskBit(ConstBytes mask, std::size_t id) { return (Get8(mask, id / 8) >> (i
 
 std::vector<std::byte> Copy(ConstBytes bytes) { return {bytes.begin(), bytes.end()}; }
 
-std::size_t EndOfFixedArea(const TableDefinition& definition) {
-  std::size_t end = 0;
-  for (const Column& column : definition.columns) {
-    if (column.IsFixed() && column.type != kTypeBoolean) {
-      end = std::max<std::size_t>(end, std::size_t{column.fixedOffset} + column.length);
-    }
-  }
-  return end;
-}
-
 template <class T>
 FieldBytes Number(T value) {
   FieldBytes field{true, std::vector<std::byte>(sizeof(T))};
@@ -167,7 +157,7 @@ RowFields DecodeRow(const TableDefinition& definition, ConstBytes row) {
 }
 
 std::vector<std::byte> EncodeRow(const TableDefinition& definition, const RowFields& fields) {
-  std::vector<std::byte> row(kSizeColumnCount + EndOfFixedArea(definition));
+  std::vector<std::byte> row(kSizeColumnCount + definition.EndOfFixedArea());
   Put16(row, 0, definition.maxColumns);
   std::vector<std::byte> mask(MaskSize(definition.maxColumns));
   std::vector<const FieldBytes*> variable(definition.variableColumns);

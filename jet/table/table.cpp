@@ -116,18 +116,24 @@ void Table::RaiseDuplicate(std::size_t realIndex) {
   Raise(platform::kErrDuplicateKey, name_, IndexName(realIndex));
 }
 
+// Boolean columns are never null.
+std::size_t Table::CountNulls(const RealIndex& index, const RowFields& fields) {
+  std::size_t nulls = 0;
+  for (const IndexColumn& part : index.columns) {
+    const std::size_t position = *definition_.FindColumnById(part.columnId);
+    const bool isBoolean = definition_.columns[position].type == kTypeBoolean;
+    if (!isBoolean && !fields[position].present) ++nulls;
+  }
+  return nulls;
+}
+
 PreparedRow Table::Prepare(const RowFields& fields, const RowFields* self) {
   const TableDefinition& definition = Definition();
   PreparedRow row;
   row.bytes = EncodeRow(definition, fields);
   for (std::size_t i = 0; i < definition.realIndexes.size(); ++i) {
     const RealIndex& index = definition.realIndexes[i];
-    std::size_t nulls = 0;
-    for (const IndexColumn& part : index.columns) {
-      const std::size_t position = *definition.FindColumnById(part.columnId);
-      const bool isBoolean = definition.columns[position].type == kTypeBoolean;
-      if (!isBoolean && !fields[position].present) ++nulls;
-    }
+    const std::size_t nulls = CountNulls(index, fields);
     if (nulls != 0 && index.IsRequired()) Raise(platform::kErrNullInIndex, name_, IndexName(i));
     row.keys.push_back(KeyOf(i, fields));
     const bool free = nulls == index.columns.size() || !index.IsUnique() || !row.keys[i];
@@ -153,6 +159,14 @@ PageRef Table::PageForRow(std::size_t size) {
   OwnedPages().Add(taken);
   free.Add(taken);
   return page;
+}
+
+RowPointer Table::FindFarPlace(RowPointer home) {
+  const PageRef page = GetDataPage(home.page);
+  if (RowFlags(page.Read(), home.row) != kRowMoved) return {};
+  const ConstBytes pointer = RowBytes(page.Read(), home.row);
+  if (pointer.size() < kSizePointer) RaiseDamagedPage(home.page, u"wskaźnik przeniesionego wiersza");
+  return RowPointer::FromPacked(Get32(pointer, 0));
 }
 
 RowPointer Table::StoreBytes(ConstBytes bytes, std::uint16_t flags) {
@@ -201,13 +215,7 @@ bool Table::TryRewriteInPlace(RowPointer place, ConstBytes bytes) {
 
 // A row that outgrows its page lives elsewhere, and its home slot points there; never a chain of pointers.
 void Table::RewriteBytes(RowPointer home, ConstBytes bytes) {
-  RowPointer far;
-  {
-    const PageRef page = GetDataPage(home.page);
-    if (RowFlags(page.Read(), home.row) == kRowMoved) {
-      far = RowPointer::FromPacked(Get32(RowBytes(page.Read(), home.row), 0));
-    }
-  }
+  const RowPointer far = FindFarPlace(home);
   if (!far.IsNull()) {
     if (TryRewriteInPlace(far, bytes)) return;
     EraseBytes(far);
@@ -279,13 +287,7 @@ void Table::Delete(RowPointer home, const RowFields& former) {
     const LongValueMaps* maps = definition.FindLongValueMaps(column.id);
     if (column.IsLongValue() && former[i].present && maps) FreeLongValue(storage_, *maps, former[i].bytes);
   }
-  RowPointer far;
-  {
-    const PageRef page = GetDataPage(home.page);
-    if (RowFlags(page.Read(), home.row) == kRowMoved) {
-      far = RowPointer::FromPacked(Get32(RowBytes(page.Read(), home.row), 0));
-    }
-  }
+  const RowPointer far = FindFarPlace(home);
   if (!far.IsNull()) EraseBytes(far);
   EraseBytes(home);
   ChangeRowCount(-1);
@@ -306,12 +308,7 @@ void Table::FillIndex(std::size_t realIndex) {
   const RealIndex index = Definition().realIndexes[realIndex];
   std::uint32_t entries = 0;
   for (RowScan scan(*this); scan.Next();) {
-    std::size_t nulls = 0;
-    for (const IndexColumn& part : index.columns) {
-      const std::size_t position = *definition_.FindColumnById(part.columnId);
-      const bool isBoolean = definition_.columns[position].type == kTypeBoolean;
-      if (!isBoolean && !scan.Fields()[position].present) ++nulls;
-    }
+    const std::size_t nulls = CountNulls(index, scan.Fields());
     if (nulls != 0 && index.IsRequired()) Raise(platform::kErrNullInIndex, name_, IndexName(realIndex));
     const std::optional<std::vector<std::byte>> key = KeyOf(realIndex, scan.Fields());
     if (!key) continue;

@@ -67,12 +67,14 @@ class Table {
 
   UsageMap OwnedPages();
   UsageMap FreePages();
-  bool CountAsDifferent(std::size_t realIndex, const IndexTree& tree, ConstBytes key);
   void ChangeRowCount(std::int32_t by);
   void PutHeadNumber(std::size_t offset, std::uint32_t value);
   void PutDifferentKeys(std::size_t realIndex);
   PageRef PageForRow(std::size_t size);
   PageRef GetDataPage(PageNumber number);
+  std::size_t CountNulls(const RealIndex& index, const RowFields& fields);
+  // Where a moved row lives; null for one that lives in its home slot.
+  RowPointer FindFarPlace(RowPointer home);
   RowPointer StoreBytes(ConstBytes bytes, std::uint16_t flags);
   void EraseBytes(RowPointer place);
   void RewriteBytes(RowPointer home, ConstBytes bytes);

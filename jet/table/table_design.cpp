@@ -28,16 +28,6 @@ std::vector<PageNumber> MapPages(const TableDefinition& d) {
   return pages;
 }
 
-std::uint16_t EndOfFixedArea(const TableDefinition& d) {
-  std::uint16_t end = 0;
-  for (const Column& column : d.columns) {
-    if (column.IsFixed() && column.type != kTypeBoolean) {
-      end = std::max(end, static_cast<std::uint16_t>(column.fixedOffset + column.length));
-    }
-  }
-  return end;
-}
-
 std::uint8_t ColumnFlags(const ColumnSpec& spec, std::uint8_t tableType) {
   unsigned flags = kColumnNullable;
   if (spec.fixed) flags |= kColumnFixed;
@@ -112,7 +102,7 @@ std::size_t TableDesign::AddColumn(const ColumnSpec& spec) {
     column.displayOrder = std::max(column.displayOrder, static_cast<std::uint16_t>(other.displayOrder + 1));
   }
   if (spec.fixed) {
-    column.fixedOffset = spec.type == kTypeBoolean ? 0 : EndOfFixedArea(definition);
+    column.fixedOffset = static_cast<std::uint16_t>(spec.type == kTypeBoolean ? 0 : definition.EndOfFixedArea());
     // No row of such a table could ever be stored.
     if (std::size_t{column.fixedOffset} + column.length > kMaxRowSize) Raise(platform::kErrRecordTooLarge);
   } else {
