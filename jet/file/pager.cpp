@@ -156,6 +156,10 @@ void Pager::Flush() {
   }
 }
 
+std::unique_ptr<platform::File> Pager::OpenTemporary() const {
+  return files_.OpenTemporary(platform::FolderOfPath(path_));
+}
+
 void Pager::Begin() {
   auto savepoint = std::make_unique<Savepoint>();
   savepoint->id = ++lastSavepoint_;
@@ -179,7 +183,7 @@ Pager::Image Pager::StoreImage(const CachedPage& page) {
     ++imagesInMemory_;
     return image;
   }
-  if (!undo_) undo_ = files_.OpenTemporary(platform::FolderOfPath(path_));
+  if (!undo_) undo_ = OpenTemporary();
   std::array<std::byte, kPageSize> coded = page.bytes;
   Code(page.number, coded);  // an encoded database leaves no plain page behind, not even for a moment
   image.offset = undoSize_;

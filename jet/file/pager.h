@@ -94,6 +94,11 @@ class Pager {
   // Grows with every Rollback: what was derived from pages before is stale when it differs.
   std::uint64_t Generation() const { return generation_; }
 
+  // For what is set aside during long work, beside the database.
+  std::unique_ptr<platform::File> OpenTemporary() const;
+  // A page, or a block of something set aside, as this database encodes it; its own inverse.
+  void Code(PageNumber page, Bytes bytes) const;
+
   // Changed pages to the file (not to the device).
   void Flush();
 
@@ -114,7 +119,6 @@ class Pager {
   void Restore(const Savepoint& savepoint);
   void DropPagesFrom(PageNumber first);
   void Require(PageNumber page) const;
-  void Code(PageNumber page, Bytes bytes) const;
 
   platform::Files& files_;
   std::unique_ptr<platform::File> file_;
