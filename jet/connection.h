@@ -13,6 +13,7 @@
 
 #include "jet/catalog/database_file.h"
 #include "jet/catalog/relationships.h"
+#include "jet/catalog/schema.h"
 #include "jet/file/errors.h"
 #include "jet/sql/query.h"
 #include "platform/run_time_error.h"
@@ -60,6 +61,7 @@ class Connection {
   DatabaseFile& File();
   Catalog& GetCatalog() { return File().GetCatalog(); }
   Relationships GetRelationships() { return {File().GetStorage(), GetCatalog()}; }
+  Schema GetSchema() { return {File().GetStorage(), GetCatalog()}; }
   QueryRunner& Queries();
 
   // A change of structure or data: whole or not at all.

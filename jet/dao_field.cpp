@@ -10,27 +10,8 @@ namespace {
 
 using namespace zimbrat::platform;
 
-constexpr std::int32_t kMaxTextSize = 255;
-constexpr std::int32_t kMaxBinarySize = 510;
+constexpr std::int32_t kDefaultTextSize = 255;
 constexpr std::size_t kMaxExpression = 255;
-
-// Length in bytes of the types of fixed size.
-std::uint16_t FixedLength(std::int32_t type) {
-  switch (type) {
-    case dao::dbBoolean:
-    case dao::dbByte: return 1;
-    case dao::dbInteger: return 2;
-    case dao::dbLong:
-    case dao::dbSingle: return 4;
-    case dao::dbCurrency:
-    case dao::dbDouble:
-    case dao::dbDate: return 8;
-    case dao::dbGUID: return 16;
-    default: return 0;
-  }
-}
-
-bool IsTextType(std::int32_t type) { return type == dao::dbText || type == dao::dbMemo; }
 
 }  // namespace
 
@@ -41,45 +22,6 @@ std::int32_t NumberArgument(const dao::Value& value) {
   const std::optional<double> number = text ? FindNumber(*text) : std::nullopt;
   if (!number || *number < -2147483648.0 || *number > 2147483647.0) Raise(kErrDataConversion);
   return LongFromDouble(*number);
-}
-
-ColumnSpec MakeColumnSpec(const FieldSpec& spec) {
-  ColumnSpec column;
-  column.name = spec.name;
-  column.type = static_cast<std::uint8_t>(spec.type);
-  column.length = FixedLength(spec.type);
-  const bool fixedWanted = (spec.attributes & dao::dbFixedField) != 0;
-  switch (spec.type) {
-    case dao::dbText:
-    case dao::dbBinary: {
-      const std::int32_t most = spec.type == dao::dbText ? kMaxTextSize : kMaxBinarySize;
-      const std::int32_t size = spec.size == 0 ? kMaxTextSize : spec.size;
-      if (size < 0 || size > most) Raise(kErrFieldTooLong, spec.name);
-      column.length = static_cast<std::uint16_t>(spec.type == dao::dbText ? size * 2 : size);
-      column.fixed = fixedWanted;
-      break;
-    }
-    case dao::dbMemo:
-      column.hyperlink = (spec.attributes & dao::dbHyperlinkField) != 0;
-      break;
-    case dao::dbLongBinary: break;
-    case dao::dbGUID: column.fixed = fixedWanted; break;
-    default:
-      if (column.length == 0) Raise(kErrInvalidFieldType, spec.name);
-      column.fixed = true;
-  }
-  column.counter = spec.type == dao::dbLong && (spec.attributes & dao::dbAutoIncrField) != 0;
-  if (column.counter && !spec.defaultValue.empty()) Raise(kErrExpressionNotAllowed, spec.name);
-  return column;
-}
-
-void PutFieldProperties(const FieldSpec& spec, PropertyBlob& properties) {
-  const bool counter = spec.type == dao::dbLong && (spec.attributes & dao::dbAutoIncrField) != 0;
-  if (!counter) properties.PutBoolean(spec.name, u"Required", spec.required);
-  if (IsTextType(spec.type)) properties.PutBoolean(spec.name, u"AllowZeroLength", spec.allowZeroLength);
-  properties.PutText(spec.name, u"DefaultValue", kTypeMemo, spec.defaultValue);
-  properties.PutText(spec.name, u"ValidationRule", kTypeMemo, spec.validationRule);
-  properties.PutText(spec.name, u"ValidationText", kTypeText, spec.validationText);
 }
 
 Column JetField::LiveColumn() {
@@ -106,23 +48,8 @@ void JetField::SetName(std::u16string_view name) {
       spec_.name = name;
       return;
     }
-    const Column column = LiveColumn();
-    if (column.name == name) return;
-    CheckName(name);
-    table_->ChangeStructure([&] {
-      const Storage storage = table_->connection->File().GetStorage();
-      TableDesign design(storage, table_->page);
-      const auto taken = design.definition.FindColumn(name);
-      const std::size_t own = *design.definition.FindColumnById(*columnId_);
-      if (taken && *taken != own) Raise(kErrFieldDefinedTwice, name);
-      design.definition.columns[own].name = name;
-      design.Write();
-      Catalog& catalog = table_->connection->GetCatalog();
-      PropertyBlob properties = catalog.Properties(table_->ObjectId());
-      properties.RenameColumn(column.name, name);
-      catalog.PutProperties(table_->ObjectId(), properties);
-      table_->connection->GetRelationships().ColumnRenamed(table_->name, column.name, name);
-    });
+    if (LiveColumn().name == name) return;
+    table_->ChangeStructure([&](Schema& schema) { schema.RenameField(table_->page, *columnId_, name); });
   });
 }
 
@@ -140,7 +67,7 @@ std::int32_t JetField::Size() {
       const Column column = LiveColumn();
       return column.type == kTypeText ? column.length / 2 : column.length;
     }
-    if (spec_.type == dao::dbText && spec_.size == 0) return kMaxTextSize;
+    if (spec_.type == dao::dbText && spec_.size == 0) return kDefaultTextSize;
     if (spec_.type == dao::dbText || spec_.type == dao::dbBinary) return spec_.size;
     return FixedLength(spec_.type);
   });

@@ -79,15 +79,15 @@ bool JetIndex::LiveFlag(std::uint8_t flag) {
   return (table->Definition().realIndexes[LiveEntry().realIndex].flags & flag) != 0;
 }
 
-void JetIndex::PutFlag(bool JetIndex::*slot, bool value) {
+void JetIndex::PutFlag(bool NewIndex::*slot, bool value) {
   Member(kSourceIndex, [&] {
     if (IsLive()) Raise(kErrPropertyFixed);
-    this->*slot = value;
+    spec_.*slot = value;
   });
 }
 
 std::vector<IndexFieldSpec> JetIndex::FieldList() {
-  if (!IsLive()) return fields_;
+  if (!IsLive()) return spec_.fields;
   const std::shared_ptr<Table> table = table_->Open();
   const TableDefinition& definition = table->Definition();
   std::vector<IndexFieldSpec> list;
@@ -98,78 +98,37 @@ std::vector<IndexFieldSpec> JetIndex::FieldList() {
   return list;
 }
 
-IndexSpec JetIndex::MakeSpec(const std::vector<Column>& columns) {
-  if (name_.empty()) Raise(kErrInvalidPropertyValue);
-  CheckName(name_);
-  if (fields_.empty()) Raise(kErrNoFieldDefined, name_);
-  if (fields_.size() > kMaxIndexColumns) Raise(kErrTooManyIndexFields, name_);
-  IndexSpec spec;
-  spec.name = name_;
-  spec.primary = primary_;
-  unsigned flags = kIndexAlways;
-  if (unique_ || primary_) flags |= kIndexUnique;
-  if (required_ || primary_) flags |= kIndexRequired;
-  if (ignoreNulls_) flags |= kIndexIgnoreNulls;
-  spec.flags = static_cast<std::uint8_t>(flags);
-  for (const IndexFieldSpec& field : fields_) {
-    const auto column = std::find_if(columns.begin(), columns.end(), [&](const Column& c) {
-      return EqualIgnoringCase(c.name, field.name);
-    });
-    if (column == columns.end()) Raise(kErrInvalidFieldName, field.name, name_);
-    if (column->type == kTypeLongBinary) Raise(kErrCannotIndexField, field.name);
-    const bool twice = std::any_of(spec.columns.begin(), spec.columns.end(),
-                                   [&](const IndexColumn& c) { return c.columnId == column->id; });
-    if (twice) Raise(kErrInvalidIndexDefinition, name_);
-    spec.columns.push_back({column->id, !field.descending});
-  }
-  return spec;
-}
-
 std::u16string JetIndex::Name() {
-  return Member(kSourceIndex, [&] { return IsLive() ? LiveEntry().name : name_; });
+  return Member(kSourceIndex, [&] { return IsLive() ? LiveEntry().name : spec_.name; });
 }
 
 void JetIndex::SetName(std::u16string_view name) {
   Member(kSourceIndex, [&] {
     if (!IsLive()) {
-      name_ = name;
+      spec_.name = name;
       return;
     }
-    const LogicalIndex entry = LiveEntry();
-    if (entry.name == name) return;
-    CheckName(name);
-    if (entry.IsRelation()) Raise(kErrInvalidOperation);
-    table_->ChangeStructure([&] {
-      const Storage storage = table_->connection->File().GetStorage();
-      TableDesign design(storage, table_->page);
-      const LogicalIndex* taken = design.definition.FindIndex(name);
-      if (taken && taken->number != entry.number) Raise(kErrIndexExists, name);
-      std::erase_if(design.definition.logicalIndexes,
-                    [&](const LogicalIndex& other) { return other.number == entry.number; });
-      LogicalIndex renamed = entry;
-      renamed.name = name;
-      design.definition.InsertIndexSorted(renamed);
-      design.Write();
-    });
+    if (LiveEntry().name == name) return;
+    table_->ChangeStructure([&](Schema& schema) { schema.RenameIndex(table_->page, *number_, name); });
   });
 }
 
 bool JetIndex::Primary() {
-  return Member(kSourceIndex, [&] { return IsLive() ? LiveEntry().kind == kIndexPrimary : primary_; });
+  return Member(kSourceIndex, [&] { return IsLive() ? LiveEntry().kind == kIndexPrimary : spec_.primary; });
 }
-void JetIndex::SetPrimary(bool primary) { PutFlag(&JetIndex::primary_, primary); }
+void JetIndex::SetPrimary(bool primary) { PutFlag(&NewIndex::primary, primary); }
 bool JetIndex::Unique() {
-  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexUnique) : unique_ || primary_; });
+  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexUnique) : spec_.unique || spec_.primary; });
 }
-void JetIndex::SetUnique(bool unique) { PutFlag(&JetIndex::unique_, unique); }
+void JetIndex::SetUnique(bool unique) { PutFlag(&NewIndex::unique, unique); }
 bool JetIndex::Required() {
-  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexRequired) : required_ || primary_; });
+  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexRequired) : spec_.required || spec_.primary; });
 }
-void JetIndex::SetRequired(bool required) { PutFlag(&JetIndex::required_, required); }
+void JetIndex::SetRequired(bool required) { PutFlag(&NewIndex::required, required); }
 bool JetIndex::IgnoreNulls() {
-  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexIgnoreNulls) : ignoreNulls_; });
+  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexIgnoreNulls) : spec_.ignoreNulls; });
 }
-void JetIndex::SetIgnoreNulls(bool ignore) { PutFlag(&JetIndex::ignoreNulls_, ignore); }
+void JetIndex::SetIgnoreNulls(bool ignore) { PutFlag(&NewIndex::ignoreNulls, ignore); }
 bool JetIndex::Foreign() {
   return Member(kSourceIndex, [&] { return IsLive() && LiveEntry().end == kEndReferring; });
 }

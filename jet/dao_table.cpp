@@ -86,9 +86,11 @@ class TableFields : public dao::Collection<dao::Field> {
   }
   void Delete(std::u16string_view name) override {
     Member(kSourceFields, [&] {
-      if (state_->IsLive()) Raise(kErrNotSupported);
       const std::shared_ptr<JetField> field = FindNamed(List(), name);
       if (!field) Raise(kErrItemNotFound, name);
+      if (state_->IsLive()) {
+        state_->ChangeStructure([&](Schema& schema) { schema.DropField(state_->page, field->ColumnId()); });
+      }
       std::erase(parts_->fields, field);
     });
   }
@@ -101,22 +103,9 @@ class TableFields : public dao::Collection<dao::Field> {
   }
 
   void AppendLive(const std::shared_ptr<JetField>& field) {
-    const FieldSpec& spec = field->Spec();
-    CheckName(spec.name);
     LoadFields(*parts_);
     std::uint16_t columnId = 0;
-    state_->ChangeStructure([&] {
-      const Storage storage = state_->connection->File().GetStorage();
-      TableDesign design(storage, state_->page);
-      if (design.definition.FindColumn(spec.name)) Raise(kErrFieldDefinedTwice, spec.name);
-      const std::size_t position = design.AddColumn(MakeColumnSpec(spec));
-      columnId = design.definition.columns[position].id;
-      design.Write();
-      Catalog& catalog = state_->connection->GetCatalog();
-      PropertyBlob properties = catalog.Properties(state_->ObjectId());
-      PutFieldProperties(spec, properties);
-      catalog.PutProperties(state_->ObjectId(), properties);
-    });
+    state_->ChangeStructure([&](Schema& schema) { columnId = schema.AddField(state_->page, field->Spec()); });
     field->BecomeLive(columnId);
     parts_->fields.push_back(field);
     parts_->fieldsVersion = state_->connection->Version();
@@ -155,7 +144,7 @@ class TableIndexes : public dao::Collection<dao::Index> {
   void Delete(std::u16string_view name) override {
     Member(kSourceIndexes, [&] {
       if (!state_->IsLive()) Raise(kErrItemNotFound, name);
-      DeleteLive(name);
+      state_->ChangeStructure([&](Schema& schema) { schema.DropIndex(state_->page, name); });
     });
   }
   void Refresh() override { parts_->indexesVersion = ~std::uint64_t{0}; }
@@ -168,42 +157,8 @@ class TableIndexes : public dao::Collection<dao::Index> {
 
   void AppendLive(const std::shared_ptr<JetIndex>& index) {
     std::uint32_t number = 0;
-    state_->ChangeStructure([&] {
-      const Storage storage = state_->connection->File().GetStorage();
-      TableDesign design(storage, state_->page);
-      const IndexSpec spec = index->MakeSpec(design.definition.columns);
-      if (design.definition.logicalIndexes.size() >= kMaxIndexes) Raise(kErrTooManyIndexes, state_->name);
-      for (const LogicalIndex& other : design.definition.logicalIndexes) {
-        if (spec.primary && other.kind == kIndexPrimary) Raise(kErrPrimaryKeyExists, state_->name);
-      }
-      if (design.definition.FindIndex(spec.name)) Raise(kErrIndexExists, spec.name);
-      LogicalIndex entry;
-      entry.name = spec.name;
-      entry.number = number = design.FreeIndexNumber();
-      entry.realIndex = design.AddRealIndex(spec.columns, spec.flags);
-      entry.kind = spec.primary ? kIndexPrimary : kIndexPlain;
-      design.definition.InsertIndexSorted(entry);
-      design.Write();
-      state_->connection->GetCatalog().DefinitionChanged(state_->page);
-      state_->Open()->FillIndex(entry.realIndex);
-    });
+    state_->ChangeStructure([&](Schema& schema) { number = schema.AddIndex(state_->page, index->Spec()); });
     index->BecomeLive(number);
-  }
-
-  void DeleteLive(std::u16string_view name) {
-    state_->ChangeStructure([&] {
-      const Storage storage = state_->connection->File().GetStorage();
-      TableDesign design(storage, state_->page);
-      const LogicalIndex* found = design.definition.FindIndex(name);
-      if (!found || found->end == kEndReferenced) Raise(kErrItemNotFound, name);
-      const LogicalIndex entry = *found;
-      const bool shared = std::any_of(
-          design.definition.logicalIndexes.begin(), design.definition.logicalIndexes.end(),
-          [&](const LogicalIndex& other) { return other.realIndex == entry.realIndex && other.IsRelation(); });
-      if (shared) Raise(kErrUsedInRelation, name);
-      design.RemoveLogicalIndex(entry.number);
-      design.Write();
-    });
   }
 
   TablePartsPtr parts_;
@@ -299,61 +254,14 @@ class TableList : public dao::Collection<dao::TableDef> {
     return state;
   }
 
-  void CheckTable(const TableParts& parts) {
-    const TableState& state = *parts.state;
-    Catalog& catalog = connection_->GetCatalog();
-    if (parts.fields.empty()) Raise(kErrNoFieldDefined, state.name);
-    if (const CatalogObject* taken = catalog.FindTableOrQuery(state.name)) {
-      Raise(taken->Is(ObjectType::Query) ? kErrObjectExists : kErrTableExists, state.name);
-    }
-    CheckName(state.name);
-    if (parts.fields.size() > kMaxColumns) Raise(kErrTooManyFields, state.name);
-    std::size_t counters = 0;
-    for (const std::shared_ptr<JetField>& field : parts.fields) {
-      CheckName(field->Spec().name);
-      if (FindNamed(parts.fields, field->Spec().name) != field) {
-        Raise(kErrFieldDefinedTwice, field->Spec().name);
-      }
-      if (MakeColumnSpec(field->Spec()).counter && ++counters > 1) Raise(kErrTwoCounters, state.name);
-    }
-    if (parts.indexes.size() > kMaxIndexes) Raise(kErrTooManyIndexes, state.name);
-  }
-
-  std::vector<IndexSpec> MakeIndexes(const TableParts& parts) {
-    // Column ids of a new table are given in the order of its fields.
-    std::vector<Column> columns;
-    for (const std::shared_ptr<JetField>& field : parts.fields) {
-      Column column;
-      column.name = field->Spec().name;
-      column.type = static_cast<std::uint8_t>(field->Spec().type);
-      column.id = static_cast<std::uint16_t>(columns.size());
-      columns.push_back(column);
-    }
-    std::vector<IndexSpec> specs;
-    bool primary = false;
-    for (const std::shared_ptr<JetIndex>& index : parts.indexes) {
-      specs.push_back(index->MakeSpec(columns));
-      if (specs.back().primary && std::exchange(primary, true)) Raise(kErrPrimaryKeyExists, parts.state->name);
-      if (FindNamed(parts.indexes, specs.back().name) != index) Raise(kErrIndexExists, specs.back().name);
-    }
-    return specs;
-  }
-
   void AppendTable(TableParts& parts) {
-    CheckTable(parts);
     TableState& state = *parts.state;
-    const std::vector<IndexSpec> indexes = MakeIndexes(parts);
-    std::vector<ColumnSpec> columns;
-    PropertyBlob properties;
-    for (const std::shared_ptr<JetField>& field : parts.fields) {
-      columns.push_back(MakeColumnSpec(field->Spec()));
-      PutFieldProperties(field->Spec(), properties);
-    }
+    std::vector<FieldSpec> fields;
+    for (const std::shared_ptr<JetField>& field : parts.fields) fields.push_back(field->Spec());
+    std::vector<NewIndex> indexes;
+    for (const std::shared_ptr<JetIndex>& index : parts.indexes) indexes.push_back(index->Spec());
     PageNumber page = 0;
-    connection_->Change([&] {
-      page = CreateTable(connection_->File().GetStorage(), columns, indexes);
-      connection_->GetCatalog().AddTable(state.name, page, properties);
-    });
+    connection_->Change([&] { page = connection_->GetSchema().CreateTable(state.name, fields, indexes); });
     state.page = page;
     for (std::size_t i = 0; i < parts.fields.size(); ++i) {
       parts.fields[i]->BecomeLive(static_cast<std::uint16_t>(i));
@@ -366,18 +274,8 @@ class TableList : public dao::Collection<dao::TableDef> {
 
   void DeleteTable(std::u16string_view name) {
     const CatalogObject* found = connection_->GetCatalog().FindTable(name);
-    if (!found) Raise(kErrItemNotFound, name);
-    const CatalogObject object = *found;
-    if (object.IsSystem()) Raise(kErrUsedInRelation, name);
-    if (connection_->GetRelationships().FindUse(object.name)) Raise(kErrUsedInRelation, name);
-    if (object.Is(ObjectType::Table)) connection_->RequireUnused(static_cast<PageNumber>(object.id));
-    connection_->Change([&] {
-      if (object.Is(ObjectType::Table)) {
-        FreeTable(connection_->File().GetStorage(), static_cast<PageNumber>(object.id));
-      }
-      // Its properties are a long value of the catalogue.
-      connection_->GetCatalog().Remove(object.id);
-    });
+    if (found && found->Is(ObjectType::Table)) connection_->RequireUnused(static_cast<PageNumber>(found->id));
+    connection_->Change([&] { connection_->GetSchema().DropTable(name); });
   }
 
   ConnectionPtr connection_;
@@ -400,13 +298,12 @@ void TableState::RequireOwn() {
   if ((flags & 0x80000002u) != 0) Raise(kErrReadOnly);  // system tables are the engine's own business
 }
 
-void TableState::ChangeStructure(const std::function<void()>& work) {
+void TableState::ChangeStructure(const std::function<void(Schema&)>& work) {
   RequireOwn();
   connection->RequireUnused(page);
   connection->Change([&] {
-    work();
-    connection->GetCatalog().DefinitionChanged(page);
-    connection->GetCatalog().Touch(ObjectId());
+    Schema schema = connection->GetSchema();
+    work(schema);
   });
 }
 
@@ -435,19 +332,9 @@ void JetTableDef::SetName(std::u16string_view name) {
       return;
     }
     if (state_->name == name) return;
-    CheckName(name);
-    Catalog& catalog = state_->connection->GetCatalog();
-    const CatalogObject* taken = catalog.FindTableOrQuery(name);
     if (state_->isLink) Raise(kErrNotSupported);
-    if (taken && taken->id != state_->ObjectId()) {
-      Raise(taken->Is(ObjectType::Query) ? kErrObjectExists : kErrTableExists, name);
-    }
     if ((state_->flags & 0x80000002u) != 0) Raise(kErrInvalidOperation);
-    state_->connection->RequireUnused(state_->page);
-    state_->connection->Change([&] {
-      catalog.Rename(state_->ObjectId(), name);
-      state_->connection->GetRelationships().TableRenamed(state_->name, name);
-    });
+    state_->ChangeStructure([&](Schema& schema) { schema.RenameTable(state_->page, name); });
     state_->name = name;
   });
 }

@@ -8,23 +8,11 @@
 #include <vector>
 
 #include "connection.h"
-#include "jet/table/table_design.h"
+#include "jet/catalog/field_spec.h"
+#include "jet/catalog/schema.h"
 #include "platform/dao.h"
 
 namespace zimbrat::jet {
-
-// The settings of a field that is not in a table yet.
-struct FieldSpec {
-  std::u16string name;
-  std::int32_t type = 0;  // DAO's number
-  std::int32_t size = 0;  // characters for text
-  std::int32_t attributes = 0;
-  bool required = false;
-  bool allowZeroLength = false;
-  std::u16string defaultValue;
-  std::u16string validationRule;
-  std::u16string validationText;
-};
 
 class JetField;
 class JetIndex;
@@ -43,8 +31,8 @@ struct TableState {
   std::int32_t ObjectId() const { return static_cast<std::int32_t>(page); }
   // Error 3027 for a system table.
   void RequireOwn();
-  // A change of the live table's definition or properties.
-  void ChangeStructure(const std::function<void()>& work);
+  // A change of the live table's structure or properties. Errors 3027, 3009.
+  void ChangeStructure(const std::function<void(Schema&)>& work);
   void ChangeProperties(const std::function<void(PropertyBlob&)>& work);
 };
 using TableStatePtr = std::shared_ptr<TableState>;
@@ -72,6 +60,7 @@ class JetField : public dao::Field {
   bool IsLive() const { return columnId_.has_value(); }
   const FieldSpec& Spec() const { return spec_; }
   const TableStatePtr& Owner() const { return table_; }
+  std::uint16_t ColumnId() const { return *columnId_; }
   void BecomeLive(std::uint16_t columnId) { columnId_ = columnId; }
 
   std::u16string Name() override;
@@ -108,25 +97,19 @@ class JetField : public dao::Field {
   std::optional<std::uint16_t> columnId_;
 };
 
-// A field of Index.Fields: a name and a direction.
-struct IndexFieldSpec {
-  std::u16string name;
-  bool descending = false;
-};
-
 class JetIndex : public dao::Index, public std::enable_shared_from_this<JetIndex> {
  public:
-  JetIndex(TableStatePtr table, std::u16string name) : table_(std::move(table)), name_(std::move(name)) {}
+  JetIndex(TableStatePtr table, std::u16string name) : table_(std::move(table)) {
+    spec_.name = std::move(name);
+  }
   JetIndex(TableStatePtr table, std::uint32_t number) : table_(std::move(table)), number_(number) {}
 
   bool IsLive() const { return number_.has_value(); }
   void BecomeLive(std::uint32_t number) { number_ = number; }
   const TableStatePtr& Owner() const { return table_; }
-  const std::vector<IndexFieldSpec>& PendingFields() const { return fields_; }
-  void AddPendingField(IndexFieldSpec field) { fields_.push_back(std::move(field)); }
+  const NewIndex& Spec() const { return spec_; }
+  void AddPendingField(IndexFieldSpec field) { spec_.fields.push_back(std::move(field)); }
   std::vector<IndexFieldSpec> FieldList();
-  // What the table floor needs; errors 3264, 3277, 3285, 3409, 3287.
-  IndexSpec MakeSpec(const std::vector<Column>& columns);
 
   std::u16string Name() override;
   void SetName(std::u16string_view name) override;
@@ -145,12 +128,10 @@ class JetIndex : public dao::Index, public std::enable_shared_from_this<JetIndex
  private:
   LogicalIndex LiveEntry();
   bool LiveFlag(std::uint8_t flag);
-  void PutFlag(bool JetIndex::*slot, bool value);
+  void PutFlag(bool NewIndex::*slot, bool value);
 
   TableStatePtr table_;
-  std::u16string name_;
-  bool primary_ = false, unique_ = false, required_ = false, ignoreNulls_ = false;
-  std::vector<IndexFieldSpec> fields_;
+  NewIndex spec_;
   std::optional<std::uint32_t> number_;
 };
 
@@ -182,10 +163,5 @@ std::int32_t NumberArgument(const dao::Value& value);
 
 // Database.TableDefs.
 std::shared_ptr<dao::Collection<dao::TableDef>> MakeTableDefs(const ConnectionPtr& connection);
-
-// What a pending field means as a column. Errors 3259, 3382.
-ColumnSpec MakeColumnSpec(const FieldSpec& spec);
-// The properties of new fields, as the catalogue keeps them.
-void PutFieldProperties(const FieldSpec& spec, PropertyBlob& properties);
 
 }  // namespace zimbrat::jet

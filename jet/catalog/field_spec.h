@@ -4,10 +4,12 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "jet/catalog/properties.h"
 #include "jet/table/table_design.h"
+#include "platform/dao.h"
 
 namespace zimbrat::jet {
 
@@ -21,6 +23,8 @@ struct FieldSpec {
   std::u16string defaultValue;
   std::u16string validationRule;
   std::u16string validationText;
+
+  bool IsCounter() const { return type == dao::dbLong && (attributes & dao::dbAutoIncrField) != 0; }
 };
 
 // A field of an index: a name and a direction.

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "jet/catalog/row_store.h"
+#include "jet/catalog/field_spec.h"
 #include "jet/file/errors.h"
 #include "jet/index/collation.h"
 
@@ -105,13 +106,6 @@ void CheckTypes(Table& table, Table& foreign, const Relationship& relationship) 
 }
 
 }  // namespace
-
-void CheckName(std::u16string_view name) {
-  const bool badLength = name.empty() || name.size() > kMaxNameLength;
-  const bool badLetter = name.find_first_of(u".![]`") != name.npos ||
-                         std::any_of(name.begin(), name.end(), [](char16_t c) { return c < 32; });
-  if (badLength || badLetter || name.front() == u' ') Raise(platform::kErrInvalidName, name);
-}
 
 std::vector<Relationship> Relationships::List() {
   const std::shared_ptr<Table> table = catalog_.Open(kRelationshipsPage);

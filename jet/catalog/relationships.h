@@ -66,8 +66,4 @@ class Relationships {
   Catalog& catalog_;
 };
 
-// Names of tables, fields, indexes and relationships: 1 to 64 characters, none of . ! [ ] `, no control
-// characters, no leading blank. Error 3125.
-void CheckName(std::u16string_view name);
-
 }  // namespace zimbrat::jet

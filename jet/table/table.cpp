@@ -15,6 +15,8 @@ namespace {
 constexpr std::size_t kWorthwhileRoom = 64;
 constexpr int kPagesTried = 8;
 constexpr std::size_t kSizePointer = 4;
+constexpr std::array<std::byte, 1> kMarked{};
+constexpr ConstBytes kMayRepeat = kMarked;  // payload of an entry being sorted; empty for the others
 }  // namespace
 
 Table::Table(Storage storage, PageNumber page, std::u16string name)
@@ -306,19 +308,39 @@ void Table::NoteCounter(std::int32_t value) {
 
 void Table::FillIndex(std::size_t realIndex) {
   const RealIndex index = Definition().realIndexes[realIndex];
-  std::uint32_t entries = 0;
+  Sorter sorter(storage_.pager);
+  std::vector<std::byte> entry;
   for (RowScan scan(*this); scan.Next();) {
     const std::size_t nulls = CountNulls(index, scan.Fields());
     if (nulls != 0 && index.IsRequired()) Raise(platform::kErrNullInIndex, name_, IndexName(realIndex));
     const std::optional<std::vector<std::byte>> key = KeyOf(realIndex, scan.Fields());
     if (!key) continue;
-    const bool mayRepeat = !index.IsUnique() || nulls == index.columns.size();
-    if (!mayRepeat && Tree(realIndex).ContainsKey(*key)) RaiseDuplicate(realIndex);
-    AddKey(realIndex, *key, scan.Place());
-    ++entries;
+    entry.assign(key->begin(), key->end());
+    entry.resize(key->size() + kSizePointer);
+    PutBig32(entry, key->size(), scan.Place().Packed());
+    // A row of nulls may repeat even in a unique index.
+    sorter.Add(entry, kMayRepeat.first(nulls == index.columns.size() ? 1 : 0));
   }
-  definition_.realIndexes[realIndex].entriesAtBuild = entries;
-  PutHeadNumber(kSizeDefinitionHead + kSizeIndexCounts * realIndex, entries);
+  BuildFrom(sorter, realIndex);
+}
+
+void Table::BuildFrom(Sorter& sorter, std::size_t realIndex) {
+  RealIndex& index = definition_.realIndexes[realIndex];
+  std::vector<std::byte> previous;
+  index.differentKeys = 0;
+  Tree(realIndex).Build([&]() -> std::optional<IndexEntry> {
+    if (!sorter.Next()) return std::nullopt;
+    const ConstBytes key = sorter.Key().first(sorter.Key().size() - kSizePointer);
+    const bool isFirst = index.differentKeys == 0;
+    const bool repeats = !isFirst && std::equal(key.begin(), key.end(), previous.begin(), previous.end());
+    if (repeats && index.IsUnique() && sorter.Payload().empty()) RaiseDuplicate(realIndex);
+    if (!repeats) ++index.differentKeys;
+    previous.assign(key.begin(), key.end());
+    return IndexEntry{key, RowPointer::FromPacked(GetBig32(sorter.Key(), key.size()))};
+  });
+  index.entriesAtBuild = static_cast<std::uint32_t>(sorter.Count());
+  PutHeadNumber(kSizeDefinitionHead + kSizeIndexCounts * realIndex, index.entriesAtBuild);
+  PutDifferentKeys(realIndex);
 }
 
 bool RowScan::NextPage() {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "jet/file/sorter.h"
 #include "jet/file/storage.h"
 #include "jet/index/tree.h"
 #include "jet/table/definition.h"
@@ -82,6 +83,7 @@ class Table {
   void AddKey(std::size_t realIndex, ConstBytes key, RowPointer home);
   void RaiseDuplicate(std::size_t realIndex);
   const std::u16string& IndexName(std::size_t realIndex);
+  void BuildFrom(Sorter& sorter, std::size_t realIndex);
 
   Storage storage_;
   PageNumber page_;

@@ -118,6 +118,19 @@ std::size_t TableDesign::AddColumn(const ColumnSpec& spec) {
   return definition.columns.size() - 1;
 }
 
+void TableDesign::RemoveColumn(std::size_t position) {
+  const Column column = definition.columns[position];
+  const auto maps = std::find_if(definition.longValueMaps.begin(), definition.longValueMaps.end(),
+                                 [&](const LongValueMaps& m) { return m.columnId == column.id; });
+  if (maps != definition.longValueMaps.end()) {
+    FreeMap(maps->owned);
+    FreePagesOf(storage_, maps->free, false);
+    FreeMapRow(storage_, maps->free);
+    definition.longValueMaps.erase(maps);
+  }
+  definition.columns.erase(definition.columns.begin() + static_cast<std::ptrdiff_t>(position));
+}
+
 std::uint32_t TableDesign::AddRealIndex(const std::vector<IndexColumn>& columns, std::uint8_t flags) {
   RealIndex index;
   index.columns = columns;

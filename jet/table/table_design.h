@@ -43,6 +43,8 @@ class TableDesign {
   // The position of the new column. Rows stay as they are: null there. Errors: 3190 above 255 columns
   // ever, 3047 when the fixed columns alone fill more than a page.
   std::size_t AddColumn(const ColumnSpec& spec);
+  // Rows keep its bytes, which nobody reads any more; its long values are given back.
+  void RemoveColumn(std::size_t position);
   // A new, empty tree. Returns its position.
   std::uint32_t AddRealIndex(const std::vector<IndexColumn>& columns, std::uint8_t flags);
   // A number that no logical index of the table has.

@@ -239,6 +239,52 @@ TEST_F(DaoStructure, RenamesCarryEverythingAlong) {
   EXPECT_EQ(ErrorOfRun(u"INSERT INTO Syn (IdRodzica) VALUES (5)"), kErrRelatedRecordRequired);
 }
 
+TEST_F(DaoStructure, FieldsLeaveATableWithRows) {
+  Create(dao::dbEncrypt);
+  MakeTable(u"T", {{u"Id", dao::dbLong, 4, 17}, {u"A", dao::dbText, 20}, {u"N", dao::dbLong, 4, 0, true},
+                   {u"M", dao::dbMemo}, {u"Z", dao::dbBoolean}, {u"O", dao::dbMemo}},
+            {{u"PK", {u"Id"}, true}, {u"NaA", {u"A"}}});
+  const std::u16string memo(5000, u'ż');
+  for (int i = 0; i < 60; ++i) {
+    Run(u"INSERT INTO T (A, N, M, Z, O) VALUES ('w" + DecimalText(i) + u"', 1, '" + memo + u"', True, 'o')");
+  }
+  auto fields = database->TableDefs()->Item(u"T")->Fields();
+  EXPECT_EQ(ErrorOf([&] { fields->Delete(u"Brak"); }), kErrItemNotFound);
+  EXPECT_EQ(ErrorOf([&] { fields->Delete(u"A"); }), kErrFieldInIndex);
+  auto held = fields->Item(u"N");
+  for (const std::u16string_view name : {u"M", u"n", u"Z"}) fields->Delete(name);
+  EXPECT_EQ(fields->Count(), 3);
+  EXPECT_EQ(ErrorOf([&] { held->Required(); }), kErrObjectInvalid);
+  // The same name again is another field; the long values' pages serve anew.
+  MakeField(*database->TableDefs()->Item(u"T"), {u"N", dao::dbText, 9});
+  MakeField(*database->TableDefs()->Item(u"T"), {u"M", dao::dbMemo});
+  Run(u"UPDATE T SET N = 'n' & Id, M = '" + memo + u"' WHERE Id > 30");
+  Reopen();
+  EXPECT_EQ(CountRows(u"SELECT * FROM T WHERE O = 'o' And A Like 'w#*'"), 60u);
+  EXPECT_EQ(CountRows(u"SELECT * FROM T WHERE N = 'n' & Id And Len(M) = 5000"), 30u);
+  EXPECT_FALSE(database->TableDefs()->Item(u"T")->Fields()->Item(u"N")->Required());
+  EXPECT_LT(system.files->State(path)->size, 60u * 3 * memo.size());
+}
+
+TEST_F(DaoStructure, WhatARelationNeedsStays) {
+  Create();
+  MakeTable(u"Ojciec", {{u"Id", dao::dbLong, 4, 17}, {u"B", dao::dbLong}}, {{u"PK", {u"Id"}, true}});
+  MakeTable(u"Syn", {{u"IdOjca", dao::dbLong}, {u"C", dao::dbLong}}, {{u"Własny", {u"IdOjca"}}});
+  MakeRelation(u"R", u"Ojciec", u"Syn", 0, {{u"Id", u"IdOjca"}});
+  auto parent = database->TableDefs()->Item(u"Ojciec"), child = database->TableDefs()->Item(u"Syn");
+  EXPECT_EQ(ErrorOf([&] { parent->Indexes()->Delete(u"PK"); }), kErrUsedInRelation);
+  EXPECT_EQ(ErrorOf([&] { child->Indexes()->Delete(u"R"); }), kErrUsedInRelation);
+  EXPECT_EQ(ErrorOf([&] { parent->Fields()->Delete(u"Id"); }), kErrFieldInRelation);
+  EXPECT_EQ(ErrorOf([&] { child->Fields()->Delete(u"IdOjca"); }), kErrFieldInRelation);
+  child->Indexes()->Delete(u"Własny");  // shares the relation's tree, which stays
+  Reopen();
+  EXPECT_EQ(ErrorOfRun(u"INSERT INTO Syn (IdOjca) VALUES (9)"), kErrRelatedRecordRequired);
+  database->Relations()->Delete(u"R");
+  child = database->TableDefs()->Item(u"Syn");
+  child->Fields()->Delete(u"IdOjca");
+  EXPECT_EQ(ErrorOf([&] { child->Fields()->Delete(u"C"); }), kErrNoFieldDefined);
+}
+
 TEST_F(DaoStructure, SystemTablesAndOverlongRowsAreRefused) {
   Create();
   auto objects = database->TableDefs()->Item(u"MSysObjects");
