@@ -17,7 +17,7 @@ namespace zimbrat::jet {
 
 enum class Operator {
   Power, Negate, Plus, Multiply, Divide, IntegerDivide, Modulo, Add, Subtract, Join,
-  Equal, NotEqual, Less, Greater, LessEqual, GreaterEqual, Like, IsNull, IsNotNull, Between, In,
+  Equal, NotEqual, Less, Greater, LessEqual, GreaterEqual, Like, ALike, IsNull, IsNotNull, Between, In,
   Not, And, Or, Xor, Equivalent, Implies,
 };
 

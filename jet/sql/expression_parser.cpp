@@ -13,7 +13,7 @@ namespace {
 constexpr int kMaxDepth = 200;
 
 constexpr std::u16string_view kReserved[] = {
-    u"AND", u"OR", u"NOT", u"XOR", u"EQV", u"IMP", u"LIKE", u"IS", u"IN", u"BETWEEN", u"MOD",
+    u"AND", u"OR", u"NOT", u"XOR", u"EQV", u"IMP", u"LIKE", u"ALIKE", u"IS", u"IN", u"BETWEEN", u"MOD",
     u"WHERE", u"FROM", u"SELECT", u"SET", u"VALUES", u"INTO", u"ORDER", u"GROUP", u"HAVING", u"BY"};
 
 struct BinaryLevel {
@@ -104,11 +104,13 @@ class Parser {
   }
 
   bool IsPredicate(std::size_t ahead) const {
-    return tokens_.IsWord(u"LIKE", ahead) || tokens_.IsWord(u"BETWEEN", ahead) || tokens_.IsWord(u"IN", ahead);
+    return tokens_.IsWord(u"LIKE", ahead) || tokens_.IsWord(u"ALIKE", ahead) ||
+           tokens_.IsWord(u"BETWEEN", ahead) || tokens_.IsWord(u"IN", ahead);
   }
 
   ExpressionPtr ParsePredicate(ExpressionPtr left) {
     if (tokens_.AcceptWord(u"LIKE")) return MakeOperation(Operator::Like, std::move(left), ParseJoin());
+    if (tokens_.AcceptWord(u"ALIKE")) return MakeOperation(Operator::ALike, std::move(left), ParseJoin());
     if (tokens_.AcceptWord(u"BETWEEN")) {
       ExpressionPtr e = MakeOperation(Operator::Between, std::move(left), ParseJoin());
       if (!tokens_.AcceptWord(u"AND")) tokens_.Fail(u"Błąd składni (brak operatora)");

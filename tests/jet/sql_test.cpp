@@ -5,7 +5,9 @@
 #include <fstream>
 
 #include "jet/engine.h"
+#include "jet/sql/expression.h"
 #include "jet/table/convert.h"
+#include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
 #include "platform/system.h"
 #include "platform/text.h"
@@ -36,11 +38,12 @@ class Script {
     database_->TableDefs()->Append(table);
   }
 
-  // What the line comes to: rows, or "! number".
+  // What the line comes to: rows, a value, or "! number".
   std::vector<std::string> Run(char kind, const std::string& text) {
     try {
       const std::u16string statement = platform::Utf16FromUtf8(text);
       if (kind == '?') return Rows(statement);
+      if (kind == '=') return {Text(ValueOf(statement))};
       database_->Execute(statement, dao::dbFailOnError);
       return {};
     } catch (const platform::RunTimeError& error) {
@@ -49,15 +52,26 @@ class Script {
   }
 
  private:
+  static std::string Text(const dao::Value& value) {
+    return dao::IsNull(value) ? "-" : platform::Utf8FromUtf16(TextOfValue(value));
+  }
+
+  dao::Value ValueOf(std::u16string_view text) {
+    const ExpressionPtr expression = ParseExpressionText(text);
+    std::vector<std::u16string> unknown;
+    BindNames(*expression, [](auto, auto) { return std::nullopt; }, unknown);
+    if (!unknown.empty()) throw platform::OwnError(platform::kErrTooFewParameters);
+    return Evaluate(*expression, {clock_.Now(), {}});
+  }
+
   std::vector<std::string> Rows(std::u16string_view query) {
     std::vector<std::string> lines;
     auto rows = database_->OpenRecordset(query, dao::dbOpenSnapshot);
     for (; !rows->EndOfFile(); rows->MoveNext()) {
       std::string line;
       for (int i = 0; i < rows->Fields()->Count(); ++i) {
-        const dao::Value value = rows->Fields()->Item(i)->Value();
         if (i > 0) line += '|';
-        line += dao::IsNull(value) ? "-" : platform::Utf8FromUtf16(TextOfValue(value));
+        line += Text(rows->Fields()->Item(i)->Value());
       }
       lines.push_back(line);
     }
@@ -85,7 +99,7 @@ std::vector<Case> ReadCases(const std::filesystem::path& path) {
   std::string line;
   for (int number = 1; std::getline(in, line); ++number) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
-    const bool starts = !line.empty() && (line[0] == '>' || line[0] == '?');
+    const bool starts = !line.empty() && std::string_view(">?=").find(line[0]) != std::string_view::npos;
     if (starts) {
       cases.push_back({number, line[0], line.size() > 2 ? line.substr(2) : "", {}});
     } else if (!line.empty() && line[0] != '#' && !cases.empty()) {
