@@ -82,7 +82,7 @@ class JetDatabase : public dao::Database {
     return Do([&] { return std::u16string(u"4.0"); });
   }
   bool Updatable() override {
-    return Do([&] { return !connection_->File().IsReadOnly(); });
+    return Do([&] { return connection_->File().IsUpdatable(); });
   }
   std::int32_t RecordsAffected() override {
     return Do([&] { return affected_; });

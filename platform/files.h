@@ -40,6 +40,9 @@ class File {
   virtual void Resize(std::uint64_t size) = 0;
   // Returns when the device has the data.
   virtual void Flush() = 0;
+  // The first byte of the range on which somebody else holds a lock of the system; nothing when all are
+  // free. The range may lie beyond the file's end.
+  virtual std::optional<std::uint64_t> FindLock(std::uint64_t offset, std::uint64_t size) = 0;
 };
 
 // A right to a name that the system ends with the process: a locked file beside the path, or a named

@@ -5,6 +5,7 @@
 
 #include "jet/catalog/new_database.h"
 #include "jet/file/errors.h"
+#include "jet/file/lock_file.h"
 
 namespace zimbrat::jet {
 
@@ -27,6 +28,22 @@ void CheckCatalogPage(Pager& pager) {
   }
 }
 
+// Error 3045, naming who has it, when others use the file.
+std::unique_ptr<platform::File> OpenUnused(platform::Files& files, std::u16string_view path, bool readOnly) {
+  std::unique_ptr<platform::File> file;
+  try {
+    file = files.Open(path, readOnly ? platform::OpenMode::Read : platform::OpenMode::ReadWrite,
+                      readOnly ? platform::Sharing::Readers : platform::Sharing::None);
+  } catch (const platform::RunTimeError& error) {
+    if (error.Number() != platform::kErrPermissionDenied) throw;
+    RaiseInUse(path, FindDatabaseUser(files, path));
+  }
+  // Where the system lets us open what others share, their locks still tell of them.
+  const std::optional<DatabaseUser> user = FindDatabaseUser(files, path);
+  if (user && user->isPresent) RaiseInUse(path, user);
+  return file;
+}
+
 }  // namespace
 
 DatabaseFile::DatabaseFile(platform::Files& files, platform::Clock& clock,
@@ -41,6 +58,7 @@ DatabaseFile::DatabaseFile(platform::Files& files, platform::Clock& clock,
 
 void DatabaseFile::RequireWritable() const {
   if (readOnly_) Raise(platform::kErrReadOnly);
+  if (!header_.HasGeneralOrder()) RaiseForeignOrder();
 }
 
 void DatabaseFile::ChangePassword(std::u16string_view former, std::u16string_view password) {
@@ -55,8 +73,7 @@ std::unique_ptr<DatabaseFile> OpenDatabaseFile(platform::Files& files, platform:
                                                std::u16string_view path, bool readOnly,
                                                std::u16string_view password,
                                                const std::function<void()>& pulse) {
-  auto file = files.Open(path, readOnly ? platform::OpenMode::Read : platform::OpenMode::ReadWrite,
-                         readOnly ? platform::Sharing::Readers : platform::Sharing::None);
+  auto file = OpenUnused(files, path, readOnly);
   const FileHeader header = ReadHeader(*file, path);
   if (!header.password.empty() && header.password != password) Raise(platform::kErrInvalidPassword);
   auto database = std::make_unique<DatabaseFile>(files, clock, std::move(file), std::u16string(path),

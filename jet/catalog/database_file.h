@@ -30,7 +30,8 @@ class DatabaseFile {
   platform::Clock& GetClock() { return clock_; }
   const FileHeader& Header() const { return header_; }
   bool IsReadOnly() const { return readOnly_; }
-  // Error 3027 when the file was opened for reading only.
+  bool IsUpdatable() const { return !readOnly_ && header_.HasGeneralOrder(); }
+  // Error 3027 when the file was opened for reading only, or has a sort order that is not General.
   void RequireWritable() const;
 
   // Error 3031 when `former` is not the password, 3001 when `password` is none.

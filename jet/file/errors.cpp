@@ -177,6 +177,12 @@ void RaiseDamagedPage(std::uint32_t page, std::u16string_view what) {
   RaiseDamaged(u"strona " + DecimalText(page) + u", " + std::u16string(what));
 }
 
+void RaiseForeignOrder() {
+  throw RunTimeError(kErrReadOnly, {},
+                     ErrorText(kErrReadOnly) +
+                         u" Baza ma inny porządek sortowania niż ogólny; ten aparat może ją tylko czytać.");
+}
+
 platform::RunTimeError FileErrorAsDao(const platform::RunTimeError& error) {
   for (const Translation& row : kFileErrors) {
     if (row.fileNumber == error.Number()) {

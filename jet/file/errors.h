@@ -20,6 +20,9 @@ std::u16string ErrorText(std::int32_t number, std::u16string_view a = {}, std::u
 [[noreturn]] void RaiseDamaged(std::u16string_view what);
 [[noreturn]] void RaiseDamagedPage(std::uint32_t page, std::u16string_view what);
 
+// Error 3027 for what would change an index of texts that another sort order than General orders.
+[[noreturn]] void RaiseForeignOrder();
+
 // An error of the file layer (Visual Basic's numbers) as DAO's, its text kept; others unchanged.
 platform::RunTimeError FileErrorAsDao(const platform::RunTimeError& error);
 

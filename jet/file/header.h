@@ -40,6 +40,9 @@ struct FileHeader {
   std::uint16_t language = 0;
   std::uint8_t collationVersion = 0;
   std::u16string password;  // empty: none
+
+  // Of other sort orders no table is known: their text indexes can be read over, not written.
+  bool HasGeneralOrder() const { return language == 0x0409 && collationVersion == 0; }
 };
 
 // Error 3343 for what is no Jet 4 file; `path` goes into the text.

@@ -122,7 +122,7 @@ bool Sorter::Advance(std::size_t number) {
 
 bool Sorter::NextMerged() {
   const auto later = [this](std::size_t a, std::size_t b) { return ComesLater(a, b); };
-  if (position_ != 0) {  // the top was handed out before
+  if (position_ != 0 && !heap_.empty()) {  // the top was handed out before
     std::pop_heap(heap_.begin(), heap_.end(), later);
     if (Advance(heap_.back())) {
       std::push_heap(heap_.begin(), heap_.end(), later);

@@ -53,6 +53,7 @@ struct Column {
   bool IsCounter() const { return (flags & kColumnCounter) != 0; }
   bool IsLongValue() const { return type == kTypeMemo || type == kTypeLongBinary; }
   bool IsText() const { return type == kTypeText || type == kTypeMemo; }
+  bool HasGeneralOrder() const { return !IsText() || extra == 0x0409; }
   std::uint8_t DecimalScale() const { return static_cast<std::uint8_t>(extra >> 8); }
 };
 

@@ -92,6 +92,7 @@ std::optional<std::vector<std::byte>> Table::KeyOf(std::size_t realIndex, const 
   bool allNull = true;
   for (const IndexColumn& part : index.columns) {
     const std::size_t position = *definition_.FindColumnById(part.columnId);
+    if (!definition_.columns[position].HasGeneralOrder()) RaiseForeignOrder();
     columns.push_back({definition_.columns[position].type, part.ascending});
     values.push_back(ValueOf(position, fields[position]));
     allNull = allNull && dao::IsNull(values.back());

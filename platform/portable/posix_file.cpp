@@ -1,7 +1,9 @@
 #include "posix_file.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <limits>
 #include <utility>
@@ -68,6 +70,20 @@ void PosixFile::Flush() {
   if (Uninterrupted([&] { return ::fsync(descriptor_.Number()); }) != 0) {
     throw ErrnoError(errno, u"zapis na dysk", path_);
   }
+}
+
+std::optional<std::uint64_t> PosixFile::FindLock(std::uint64_t offset, std::uint64_t size) {
+  struct flock lock{};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  lock.l_start = CheckedOffset(offset, size, path_);
+  lock.l_len = static_cast<off_t>(size);
+  // Of the open file, not of the process: closing another descriptor of it must not drop anybody's lock.
+  if (::fcntl(descriptor_.Number(), F_OFD_GETLK, &lock) != 0) {
+    throw ErrnoError(errno, u"blokady pliku", path_);
+  }
+  if (lock.l_type == F_UNLCK) return std::nullopt;
+  return std::max(offset, static_cast<std::uint64_t>(lock.l_start));
 }
 
 }  // namespace zimbrat::platform

@@ -17,6 +17,7 @@ class PosixFile : public File {
   std::uint64_t Size() override;
   void Resize(std::uint64_t size) override;
   void Flush() override;
+  std::optional<std::uint64_t> FindLock(std::uint64_t offset, std::uint64_t size) override;
 
  private:
   Descriptor descriptor_;

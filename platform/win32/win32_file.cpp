@@ -82,4 +82,31 @@ void Win32File::Flush() {
   if (!::FlushFileBuffers(handle_.Get())) throw SystemError(::GetLastError(), u"zapis na dysk", path_);
 }
 
+// Whether the range could be locked, which a lock held by anybody else forbids.
+bool Win32File::IsLockable(std::uint64_t offset, std::uint64_t size) {
+  OVERLAPPED place = At(offset);
+  const auto low = static_cast<DWORD>(size & 0xFFFFFFFFu), high = static_cast<DWORD>(size >> 32);
+  if (::LockFileEx(handle_.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, low, high, &place)) {
+    ::UnlockFileEx(handle_.Get(), 0, low, high, &place);
+    return true;
+  }
+  const DWORD code = ::GetLastError();
+  if (code == ERROR_LOCK_VIOLATION || code == ERROR_IO_PENDING) return false;
+  throw SystemError(code, u"blokady pliku", path_);
+}
+
+std::optional<std::uint64_t> Win32File::FindLock(std::uint64_t offset, std::uint64_t size) {
+  if (IsLockable(offset, size)) return std::nullopt;
+  while (size > 1) {
+    const std::uint64_t half = size / 2;
+    if (!IsLockable(offset, half)) {
+      size = half;
+    } else {
+      offset += half;
+      size -= half;
+    }
+  }
+  return offset;
+}
+
 }  // namespace zimbrat::platform

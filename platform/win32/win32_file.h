@@ -15,8 +15,11 @@ class Win32File : public File {
   std::uint64_t Size() override;
   void Resize(std::uint64_t size) override;
   void Flush() override;
+  std::optional<std::uint64_t> FindLock(std::uint64_t offset, std::uint64_t size) override;
 
  private:
+  bool IsLockable(std::uint64_t offset, std::uint64_t size);
+
   FileHandle handle_;
   std::u16string path_;
 };

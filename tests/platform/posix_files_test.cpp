@@ -44,6 +44,22 @@ TEST_F(PosixFilesTest, RealPathFollowsLinks) {
   EXPECT_EQ(files.State(folder.PathOf(u"link.mdb"))->size, 1u);
 }
 
+TEST_F(PosixFilesTest, FindLockTellsOfOthersLocksAlone) {
+  folder.Write(u"a.ldb", "x");
+  const auto file = files.Open(folder.PathOf(u"a.ldb"), OpenMode::Read, Sharing::All);
+  EXPECT_EQ(file->FindLock(0x10000001, 255), std::nullopt);
+  const int other = ::open(Name(u"a.ldb").c_str(), O_RDWR | O_CLOEXEC);
+  struct flock lock{};
+  lock.l_type = F_WRLCK;
+  lock.l_start = 0x10000003;
+  lock.l_len = 1;
+  ASSERT_EQ(::fcntl(other, F_OFD_SETLK, &lock), 0);
+  EXPECT_EQ(file->FindLock(0x10000001, 255), 0x10000003u);
+  EXPECT_EQ(file->FindLock(0x10000001, 2), std::nullopt);
+  ::close(other);
+  EXPECT_EQ(file->FindLock(0x10000001, 255), std::nullopt);
+}
+
 TEST_F(PosixFilesTest, ListLeavesOutNamesThatNoTextCanSpell) {
   folder.Write(u"a.stb", "");
   ASSERT_GE(::close(::open((Name(u"") + "\xA3.stb").c_str(), O_CREAT | O_WRONLY, 0600)), 0);

@@ -48,6 +48,11 @@ class FailingFile : public File {
     if (hasName_) owner_.IfTracked([&] { owner_.unsynced_.Flushed(path_); });
   }
 
+  std::optional<std::uint64_t> FindLock(std::uint64_t offset, std::uint64_t size) override {
+    owner_.Pass("FindLock", false, path_);
+    return inner_->FindLock(offset, size);
+  }
+
  private:
   void Put(std::uint64_t offset, std::span<const std::byte> bytes) {
     if (hasName_) owner_.IfTracked([&] { owner_.unsynced_.BeforeWrite(path_, offset, bytes); });

@@ -34,6 +34,7 @@ class MemoryFile : public platform::File {
   std::uint64_t Size() override { return bytes_->size(); }
   void Resize(std::uint64_t size) override { bytes_->resize(static_cast<std::size_t>(size)); }
   void Flush() override {}
+  std::optional<std::uint64_t> FindLock(std::uint64_t, std::uint64_t) override { return std::nullopt; }
 
  private:
   std::shared_ptr<FileBytes> bytes_;
