@@ -10,7 +10,7 @@
 namespace zimbrat::jet {
 
 namespace {
-constexpr std::size_t kCachePages = 1024;       // 4 MiB
+constexpr std::size_t kCachePages = 4096;       // 16 MiB
 constexpr std::size_t kImagesInMemory = 2048;   // 8 MiB; further ones go to a temporary file
 constexpr std::uint32_t kPulsePages = 64;       // page accesses that missed the cache between pulses
 }  // namespace

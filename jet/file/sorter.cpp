@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace zimbrat::jet {
 
 namespace {
 
-constexpr std::size_t kMostMemory = 8 << 20;    // bytes of records before a run is set aside
+constexpr std::size_t kMostMemory = 4 << 20;   // bytes of records before a run is set aside
 constexpr std::size_t kMergeMemory = 8 << 20;   // bytes of all runs' buffers together
 constexpr std::size_t kSizeRunHead = 8;         // of a record in a run: size of key, size of payload
 
@@ -35,8 +36,13 @@ ConstBytes Sorter::KeyOf(const Run& run) const {
 }
 
 void Sorter::SortMemory() {
-  std::stable_sort(records_.begin(), records_.end(),
-                   [this](const Record& a, const Record& b) { return IsLess(KeyOf(a), KeyOf(b)); });
+  // By offset where keys are equal: that is the order of arrival, and needs no room besides.
+  std::sort(records_.begin(), records_.end(), [this](const Record& a, const Record& b) {
+    const ConstBytes left = KeyOf(a), right = KeyOf(b);
+    if (IsLess(left, right)) return true;
+    // Records without a byte share their offset with the next.
+    return !IsLess(right, left) && std::pair(a.offset, a.payloadSize) < std::pair(b.offset, b.payloadSize);
+  });
 }
 
 void Sorter::StoreRun() {
