@@ -34,12 +34,14 @@ void LoadFields(TableParts& parts) {
   std::vector<Column> columns = table->Definition().columns;
   std::stable_sort(columns.begin(), columns.end(),
                    [](const Column& a, const Column& b) { return a.displayOrder < b.displayOrder; });
-  // As long as no column came or went, program and collection keep the same objects.
-  if (columns.size() != parts.fields.size()) {
-    parts.fields.clear();
-    for (const Column& column : columns) {
-      parts.fields.push_back(std::make_shared<JetField>(parts.state, column.id));
-    }
+  // Program and collection keep the same objects for the columns that stay.
+  const std::vector<std::shared_ptr<JetField>> former = std::move(parts.fields);
+  parts.fields.clear();
+  for (const Column& column : columns) {
+    const auto known = std::find_if(former.begin(), former.end(), [&](const std::shared_ptr<JetField>& field) {
+      return field->ColumnId() == column.id;
+    });
+    parts.fields.push_back(known != former.end() ? *known : std::make_shared<JetField>(parts.state, column.id));
   }
   parts.fieldsVersion = state.connection->Version();
 }

@@ -62,13 +62,16 @@ std::u16string RowParts::Parse(const TableLayout& table, ConstBytes row) {
   const bool mustVary =
       std::any_of(table.columns.begin(), table.columns.end(),
                   [&](const ColumnLayout& c) { return !c.IsFixed() && Existed(c); });
-  // A row from the time before the first variable column has no such part.
-  if (table.variableColumns == 0 || !ParseVariablePart(table, maskStart_)) {
-    if (mustVary) return u"część zmienna wiersza jest uszkodzona";
-    variables_ = 0;
-    starts_[0] = 0;
-    fixedEnd_ = maskStart_;
+  if (table.variableColumns != 0 && ParseVariablePart(table, maskStart_)) {
+    std::u16string fault = CheckFixedPart(table);
+    if (fault.empty() || mustVary) return fault;
+  } else if (mustVary) {
+    return u"część zmienna wiersza jest uszkodzona";
   }
+  // A row from the time before the first variable column has no such part, though its values may look like one.
+  variables_ = 0;
+  starts_[0] = 0;
+  fixedEnd_ = maskStart_;
   return CheckFixedPart(table);
 }
 
