@@ -1,4 +1,4 @@
-// Upper case of Latin, Greek, Cyrillic and Armenian letters, as the case-insensitive names of Windows
+// Upper and lower case of Latin, Greek, Cyrillic and Armenian letters, as the case-insensitive names of Windows
 // compare: one unit becomes one unit, dotless i and sharp s stay.
 #include <algorithm>
 #include <array>
@@ -38,6 +38,17 @@ char16_t UpperCase(char16_t unit) {
   if (range == std::end(kCaseRanges) || unit < range->first) return unit;
   if ((unit - range->first) % range->step != 0) return unit;
   return static_cast<char16_t>(unit - range->distance);
+}
+
+// From the end, so that sigma comes before its final form.
+char16_t LowerCase(char16_t unit) {
+  for (auto range = std::rbegin(kCaseRanges); range != std::rend(kCaseRanges); ++range) {
+    const int small = unit + range->distance;
+    if (small >= range->first && small <= range->last && (small - range->first) % range->step == 0) {
+      return static_cast<char16_t>(small);
+    }
+  }
+  return unit;
 }
 
 }  // namespace zimbrat::platform

@@ -1,10 +1,6 @@
 #include "platform/dates.h"
 
 #include <cmath>
-#include <cstdio>
-
-#include "number_text.h"
-#include "platform/text.h"
 
 namespace zimbrat::platform {
 namespace {
@@ -12,9 +8,8 @@ namespace {
 constexpr long long kSecondsOfDay = 86400;
 constexpr long long kDaysFrom0000To1899 = 693899;  // 0000-03-01 to 1899-12-30
 
-// Days since 1899-12-30 in the Gregorian calendar. Years are counted from March, so that the leap day
-// is the last of its year.
-long long DayNumber(long long year, int month, long long day) {
+// Years are counted from March, so that the leap day is the last of its year.
+long long DayOfMonth(long long year, int month, long long day) {
   if (month < 3) --year;
   const long long era = (year >= 0 ? year : year - 399) / 400;
   const long long yearOfEra = year - era * 400;
@@ -39,71 +34,21 @@ void SetDay(long long number, DateParts& parts) {
 
 double Joined(double day, double time) { return day < 0 ? day - time : day + time; }
 
-// A number of 1 to `most` digits at `position`; -1 when there is none.
-int ReadNumber(std::u16string_view text, std::size_t& position, int most, int* width = nullptr) {
-  int value = 0;
-  int digits = 0;
-  while (position < text.size() && IsDigit(text[position])) {
-    if (++digits > most) return -1;
-    value = value * 10 + (text[position++] - u'0');
-  }
-  if (width != nullptr) *width = digits;
-  return digits == 0 ? -1 : value;
-}
-
-bool Take(std::u16string_view text, std::size_t& position, char16_t sign) {
-  if (position == text.size() || text[position] != sign) return false;
-  ++position;
-  return true;
-}
-
-std::optional<double> DayOf(int year, int month, int day) {
-  if (month < 1 || month > 12 || day < 1 || day > 31) return std::nullopt;
-  const double date = DateSerial(year, month, day);
-  if (!IsDateInRange(date) || PartsOfDate(date).day != day) return std::nullopt;
-  return date;
-}
-
-std::optional<double> ReadDay(std::u16string_view text, std::size_t& position) {
-  int width = 0;
-  const int first = ReadNumber(text, position, 4, &width);
-  if (first < 0) return std::nullopt;
-  if (width == 4) {
-    if (first < 100 || !Take(text, position, u'-')) return std::nullopt;
-    const int month = ReadNumber(text, position, 2);
-    if (!Take(text, position, u'-')) return std::nullopt;
-    return DayOf(first, month, ReadNumber(text, position, 2));
-  }
-  const char16_t sign = position < text.size() ? text[position] : u'\0';
-  if ((sign != u'.' && sign != u'/') || width > 2) return std::nullopt;
-  ++position;
-  const int month = ReadNumber(text, position, 2);
-  if (!Take(text, position, sign)) return std::nullopt;
-  const int year = ReadNumber(text, position, 4, &width);
-  if (width != 4 && width != 2) return std::nullopt;
-  return DayOf(year, month, first);
-}
-
-std::optional<double> ReadTime(std::u16string_view text, std::size_t& position) {
-  const int hour = ReadNumber(text, position, 2);
-  if (!Take(text, position, u':')) return std::nullopt;
-  const int minute = ReadNumber(text, position, 2);
-  const int second = Take(text, position, u':') ? ReadNumber(text, position, 2) : 0;
-  if (hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59) {
-    return std::nullopt;
-  }
-  return TimeSerial(hour, minute, second);
-}
-
 }  // namespace
 
-double DateSerial(int year, int month, int day) {
-  long long fullYear = year;
-  if (year >= 0 && year < 100) fullYear += year < 30 ? 2000 : 1900;
-  const long long months = fullYear * 12 + month - 1LL;
+long long DayNumber(long long year, long long month, long long day) {
+  const long long months = year * 12 + month - 1;
   const long long carriedYear = (months >= 0 ? months : months - 11) / 12;
-  return static_cast<double>(
-      DayNumber(carriedYear, static_cast<int>(months - carriedYear * 12) + 1, day));
+  return DayOfMonth(carriedYear, static_cast<int>(months - carriedYear * 12) + 1, day);
+}
+
+int FullYear(int year) {
+  if (year < 0 || year > 99) return year;
+  return year + (year < 30 ? 2000 : 1900);
+}
+
+double DateSerial(int year, int month, int day) {
+  return static_cast<double>(DayNumber(FullYear(year), month, day));
 }
 
 double TimeSerial(int hour, int minute, int second) {
@@ -116,50 +61,45 @@ double DateFromParts(const DateParts& parts) {
                 TimeSerial(parts.hour, parts.minute, parts.second));
 }
 
+Moment MomentOfDate(double date) {
+  Moment moment;
+  if (!IsDateInRange(date)) return moment;
+  moment.day = static_cast<long long>(std::trunc(date));
+  const double time = std::fabs(date - std::trunc(date));
+  moment.second = std::llround(time * static_cast<double>(kSecondsOfDay));
+  return CarriedMoment(moment.day, moment.second);
+}
+
+Moment CarriedMoment(long long day, long long second) {
+  const long long days = (second >= 0 ? second : second - (kSecondsOfDay - 1)) / kSecondsOfDay;
+  return {day + days, second - days * kSecondsOfDay};
+}
+
+double DateFromMoment(const Moment& moment) {
+  return Joined(static_cast<double>(moment.day),
+                static_cast<double>(moment.second) / static_cast<double>(kSecondsOfDay));
+}
+
 DateParts PartsOfDate(double date) {
   DateParts parts;
   if (!IsDateInRange(date)) return parts;
-  auto day = static_cast<long long>(std::trunc(date));
-  const double time = std::fabs(date - std::trunc(date));
-  long long seconds = std::llround(time * static_cast<double>(kSecondsOfDay));
-  if (seconds == kSecondsOfDay) {
-    seconds = 0;
-    ++day;
-  }
-  SetDay(day, parts);
-  parts.hour = static_cast<int>(seconds / 3600);
-  parts.minute = static_cast<int>(seconds / 60 % 60);
-  parts.second = static_cast<int>(seconds % 60);
+  const Moment moment = MomentOfDate(date);
+  SetDay(moment.day, parts);
+  parts.hour = static_cast<int>(moment.second / 3600);
+  parts.minute = static_cast<int>(moment.second / 60 % 60);
+  parts.second = static_cast<int>(moment.second % 60);
   return parts;
 }
 
 bool IsDateInRange(double date) { return date > -657435.0 && date < 2958466.0; }
 
-std::u16string TextFromDate(double date) {
-  const DateParts parts = PartsOfDate(date);
-  char text[64];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02d", parts.year, parts.month, parts.day);
-  std::u16string result = Utf16FromUtf8(text);
-  if (parts.hour == 0 && parts.minute == 0 && parts.second == 0) return result;
-  std::snprintf(text, sizeof text, " %02d:%02d:%02d", parts.hour, parts.minute, parts.second);
-  return result + Utf16FromUtf8(text);
+std::optional<double> DayOf(int year, int month, int day) {
+  if (month < 1 || month > 12 || day < 1 || day > 31 || year < 100 || year > 9999) return std::nullopt;
+  const double date = static_cast<double>(DayNumber(year, month, day));
+  if (PartsOfDate(date).day != day) return std::nullopt;
+  return date;
 }
 
-std::optional<double> FindDate(std::u16string_view text) {
-  const std::u16string_view words = TrimBlanks(text);
-  std::size_t position = 0;
-  if (const std::optional<double> time = ReadTime(words, position)) {
-    if (position == words.size()) return time;
-    return std::nullopt;
-  }
-  position = 0;
-  const std::optional<double> day = ReadDay(words, position);
-  if (!day || position == words.size()) return day;
-  if (words[position] != u' ') return std::nullopt;
-  while (words[position] == u' ') ++position;
-  const std::optional<double> time = ReadTime(words, position);
-  if (!time || position != words.size()) return std::nullopt;
-  return Joined(*day, *time);
-}
+int DayOfWeek(long long day) { return static_cast<int>(((day + 6) % 7 + 7) % 7) + 1; }
 
 }  // namespace zimbrat::platform

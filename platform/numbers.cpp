@@ -7,6 +7,7 @@
 
 #include "number_text.h"
 #include "platform/error_numbers.h"
+#include "platform/exact_number.h"
 #include "platform/run_time_error.h"
 #include "platform/text.h"
 
@@ -75,7 +76,7 @@ bool TakeSign(std::u16string_view& text) {
 }
 
 // Digits with group signs between them, a decimal sign and an exponent, up to the text's end.
-std::optional<double> FindUnsigned(std::u16string_view text, const NumberLocale& locale) {
+std::optional<std::string> FindUnsigned(std::u16string_view text, const NumberLocale& locale) {
   std::size_t at = 0;
   std::string digits;
   CopyDigits(text, at, digits);
@@ -93,7 +94,7 @@ std::optional<double> FindUnsigned(std::u16string_view text, const NumberLocale&
   if (!HasDigit(digits)) return std::nullopt;
   CopyExponent(text, at, digits);
   if (at != text.size()) return std::nullopt;
-  return DoubleFromDigits(digits);
+  return digits;
 }
 
 template <class Integer>
@@ -140,19 +141,26 @@ double Val(std::u16string_view text) {
   return negative ? -value : value;
 }
 
-std::optional<double> FindNumber(std::u16string_view text, const NumberLocale& locale) {
+std::optional<std::string> FindDigits(std::u16string_view text, const NumberLocale& locale) {
   std::u16string_view rest = TrimBlanksAndTabs(text);
   const bool negative = TakeSign(rest);
-  std::optional<double> value;
+  std::optional<std::string> digits;
   if (!rest.empty() && rest[0] == u'&') {
     std::size_t at = 0;
-    value = ReadRadixNumber(rest, at);
-    if (at != rest.size()) return std::nullopt;
+    const std::optional<std::int32_t> pattern = ReadRadixNumber(rest, at);
+    if (!pattern || at != rest.size()) return std::nullopt;
+    digits = std::to_string(negative ? -std::int64_t{*pattern} : std::int64_t{*pattern});
   } else {
-    value = FindUnsigned(rest, locale);
+    digits = FindUnsigned(rest, locale);
+    if (digits && negative) digits->insert(0, 1, '-');
   }
-  if (value && negative) value = -*value;
-  return value;
+  return digits;
+}
+
+std::optional<double> FindNumber(std::u16string_view text, const NumberLocale& locale) {
+  const std::optional<std::string> digits = FindDigits(text, locale);
+  if (!digits) return std::nullopt;
+  return DoubleFromDigits(*digits);
 }
 
 double DoubleFromText(std::u16string_view text, const NumberLocale& locale) {
@@ -169,11 +177,19 @@ std::int16_t IntegerFromText(std::u16string_view text, const NumberLocale& local
   return IntegerFromDouble(DoubleFromText(text, locale));
 }
 
-bool BooleanFromText(std::u16string_view text, const NumberLocale& locale) {
+std::optional<bool> FindBoolean(std::u16string_view text, const NumberLocale& locale) {
   const std::u16string_view word = TrimBlanksAndTabs(text);
   if (EqualIgnoringCase(word, u"True") || EqualIgnoringCase(word, u"#TRUE#")) return true;
   if (EqualIgnoringCase(word, u"False") || EqualIgnoringCase(word, u"#FALSE#")) return false;
-  return DoubleFromText(text, locale) != 0;
+  const std::optional<double> number = FindNumber(text, locale);
+  if (!number) return std::nullopt;
+  return *number != 0;
+}
+
+bool BooleanFromText(std::u16string_view text, const NumberLocale& locale) {
+  const std::optional<bool> value = FindBoolean(text, locale);
+  if (!value) throw OwnError(kErrTypeMismatch);
+  return *value;
 }
 
 std::int16_t IntegerFromDouble(double value) { return IntegerInRange<std::int16_t>(value); }
@@ -191,35 +207,16 @@ double RoundHalfEven(double value) {
 std::int16_t AddIntegers(std::int16_t a, std::int16_t b) { return CheckedInteger(a + b); }
 std::int16_t MultiplyIntegers(std::int16_t a, std::int16_t b) { return CheckedInteger(a * b); }
 
-std::u16string TextFromDouble(double value, char16_t decimalSign) {
-  char buffer[32];
-  const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value,
-                                          std::chars_format::scientific, 14);
-  std::string text(buffer, end);
-  const std::size_t mark = text.find('e');
-  if (mark == std::string::npos) return Utf16FromUtf8(text);  // infinite or no number
-  const int exponent = std::atoi(text.c_str() + mark + 1);
-  const bool negative = text[0] == '-';
-  std::string digits = text.substr(negative ? 1 : 0, 1) + text.substr(negative ? 3 : 2, 14);
-  digits.erase(digits.find_last_not_of('0') + 1);
-  if (digits.empty()) return u"0";
-  const int count = static_cast<int>(digits.size());
-  std::string result;
-  if (exponent >= 15 || exponent < -4 || count - 1 - exponent > 15) {
-    result = digits.substr(0, 1) + (count > 1 ? "." + digits.substr(1) : "") +
-             (exponent < 0 ? "E-" : "E+") + (std::abs(exponent) < 10 ? "0" : "") +
-             std::to_string(std::abs(exponent));
-  } else if (exponent < 0) {
-    result = "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + digits;
-  } else if (count <= exponent + 1) {
-    result = digits + std::string(static_cast<std::size_t>(exponent + 1 - count), '0');
-  } else {
-    result = digits.insert(static_cast<std::size_t>(exponent + 1), 1, '.');
-  }
-  std::u16string answer = Utf16FromUtf8((negative ? "-" : "") + result);
-  const std::size_t point = answer.find(u'.');
-  if (point != std::u16string::npos) answer[point] = decimalSign;
-  return answer;
+std::u16string TextFromDouble(double value, char16_t decimalSign, int precision) {
+  if (!std::isfinite(value)) return Utf16FromUtf8(std::to_string(value));
+  ExactNumber number = ExactFromDouble(value, precision);
+  const int exponent = number.point - 1;
+  const bool large = exponent >= precision;
+  const bool small = exponent < -4 || number.Places() > precision;
+  if (number.figures.empty() || (!large && !small)) return TextFromExact(number, decimalSign);
+  number.point = 1;
+  return TextFromExact(number, decimalSign) + (exponent < 0 ? u"E-" : u"E+") +
+         (std::abs(exponent) < 10 ? u"0" : u"") + DecimalText(std::abs(exponent));
 }
 
 }  // namespace zimbrat::platform

@@ -28,7 +28,8 @@ double DoubleFromText(std::u16string_view text, const NumberLocale& locale = {})
 std::int32_t LongFromText(std::u16string_view text, const NumberLocale& locale = {});
 std::int16_t IntegerFromText(std::u16string_view text, const NumberLocale& locale = {});
 
-// CBool: "True", "False" in any case (also #TRUE#), or a number (0 is False). Else error 13.
+// "True", "False" in any case (also #TRUE#), or a number (0 is False), or nothing. CBool raises 13 for that.
+std::optional<bool> FindBoolean(std::u16string_view text, const NumberLocale& locale = {});
 bool BooleanFromText(std::u16string_view text, const NumberLocale& locale = {});
 
 // Half to even, then the range check (error 6).
@@ -40,7 +41,9 @@ double RoundHalfEven(double value);
 std::int16_t AddIntegers(std::int16_t a, std::int16_t b);
 std::int16_t MultiplyIntegers(std::int16_t a, std::int16_t b);
 
-// The number as text with up to 15 significant digits, as CStr shows a Double.
-std::u16string TextFromDouble(double value, char16_t decimalSign = u',');
+// The number as text with up to `precision` significant digits, as CStr shows a Double (15) or a Single (7).
+inline constexpr int kDoubleDigits = 15;
+inline constexpr int kSingleDigits = 7;
+std::u16string TextFromDouble(double value, char16_t decimalSign = u',', int precision = kDoubleDigits);
 
 }  // namespace zimbrat::platform

@@ -99,6 +99,12 @@ std::u16string UpperCase(std::u16string_view text) {
   return upper;
 }
 
+std::u16string LowerCase(std::u16string_view text) {
+  std::u16string lower(text);
+  for (char16_t& unit : lower) unit = LowerCase(unit);
+  return lower;
+}
+
 bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                     [](char16_t x, char16_t y) { return UpperCase(x) == UpperCase(y); });

@@ -24,6 +24,8 @@ std::string Ansi1250FromUtf16(std::u16string_view text);
 // Case folding by a fixed table (Latin, Greek and Cyrillic letters), whatever the process's locale.
 char16_t UpperCase(char16_t unit);
 std::u16string UpperCase(std::u16string_view text);
+char16_t LowerCase(char16_t unit);
+std::u16string LowerCase(std::u16string_view text);
 bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b);
 
 // Blanks (U+0020 alone) off both ends, as Visual Basic's Trim.

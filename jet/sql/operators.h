@@ -13,6 +13,12 @@ namespace zimbrat::jet {
 inline constexpr std::size_t kMaxResultLength = 1 << 20;
 void CheckResultLength(std::size_t length);
 
+// How a value counts: a Boolean is whole, a numeric text a Double.
+enum class NumberKind { Whole, Currency, Decimal, Date, Double };
+// Error 3464 for what is no number.
+NumberKind KindOfNumber(const dao::Value& value);
+double NumberOf(const dao::Value& value);
+
 // Power to Subtract. Errors 3464 for what is no number, 6 and 11.
 dao::Value Arithmetic(Operator op, const dao::Value& a, const dao::Value& b);
 dao::Value Negated(const dao::Value& value);

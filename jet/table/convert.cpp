@@ -4,17 +4,26 @@
 #include <limits>
 
 #include "jet/file/errors.h"
+#include "jet/table/decimal.h"
+#include "jet/table/guid_text.h"
 #include "platform/dates.h"
 #include "platform/numbers.h"
-#include "platform/text.h"
 
 namespace zimbrat::jet {
 
 namespace {
 
-constexpr double kCurrencyScale = 10000.0;
+constexpr int kCurrencyPlaces = 4;
+
+using platform::ExactNumber;
 
 [[noreturn]] void RaiseConversion() { Raise(platform::kErrDataConversion); }
+
+template <class T>
+T Required(std::optional<T> value) {
+  if (!value) RaiseConversion();
+  return *std::move(value);
+}
 
 double DoubleOf(const dao::Value& value) {
   const std::optional<double> number = FindDouble(value);
@@ -33,16 +42,7 @@ bool BooleanOf(const dao::Value& value) {
   if (dao::IsNull(value)) return false;
   const auto* text = std::get_if<std::u16string>(&value);
   if (!text) return DoubleOf(value) != 0;
-  if (platform::EqualIgnoringCase(*text, u"True")) return true;
-  if (platform::EqualIgnoringCase(*text, u"False")) return false;
-  return DoubleOf(value) != 0;
-}
-
-dao::Currency CurrencyOf(const dao::Value& value) {
-  if (const auto* currency = std::get_if<dao::Currency>(&value)) return *currency;
-  const double scaled = platform::RoundHalfEven(DoubleOf(value) * kCurrencyScale);
-  if (std::abs(scaled) >= 9.2233720368547758e18) RaiseConversion();
-  return {static_cast<std::int64_t>(scaled)};
+  return Required(platform::FindBoolean(*text));
 }
 
 float SingleOf(const dao::Value& value) {
@@ -52,61 +52,15 @@ float SingleOf(const dao::Value& value) {
 }
 
 dao::Date DateOf(const dao::Value& value) {
-  if (const auto* text = std::get_if<std::u16string>(&value)) {
-    const std::optional<double> date = platform::FindDate(*text);
-    if (date) return {*date};
-  }
-  const double days = DoubleOf(value);
+  const double days = Required(FindDateValue(value));
   if (!platform::IsDateInRange(days)) RaiseConversion();
   return {days};
 }
 
-int HexDigit(char16_t c) {
-  if (c >= u'0' && c <= u'9') return c - u'0';
-  if (c >= u'a' && c <= u'f') return c - u'a' + 10;
-  if (c >= u'A' && c <= u'F') return c - u'A' + 10;
-  return -1;
-}
-
-// "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}", braces optional; the first three groups are kept little-endian.
 dao::Guid GuidOf(const dao::Value& value) {
   if (const auto* guid = std::get_if<dao::Guid>(&value)) return *guid;
   const auto* text = std::get_if<std::u16string>(&value);
-  if (!text) RaiseConversion();
-  std::vector<std::uint8_t> bytes;
-  int high = -1;
-  for (const char16_t c : *text) {
-    if (c == u'{' || c == u'}' || c == u'-') continue;
-    const int digit = HexDigit(c);
-    if (digit < 0) RaiseConversion();
-    if (high < 0) {
-      high = digit;
-    } else {
-      bytes.push_back(static_cast<std::uint8_t>(high * 16 + digit));
-      high = -1;
-    }
-  }
-  constexpr std::array<std::size_t, 16> order = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
-  if (bytes.size() != order.size() || high >= 0) RaiseConversion();
-  dao::Guid guid;
-  for (std::size_t i = 0; i < order.size(); ++i) guid.bytes[i] = std::byte{bytes[order[i]]};
-  return guid;
-}
-
-std::u16string TextOfGuid(const dao::Guid& guid) {
-  constexpr std::u16string_view digits = u"0123456789ABCDEF";
-  constexpr std::array<int, 20> order = {3, 2, 1, 0, -1, 5, 4, -1, 7, 6, -1, 8, 9, -1, 10, 11, 12, 13, 14, 15};
-  std::u16string text = u"{";
-  for (const int i : order) {
-    if (i < 0) {
-      text += u'-';
-      continue;
-    }
-    const auto byte = std::to_integer<unsigned>(guid.bytes[static_cast<std::size_t>(i)]);
-    text += digits[byte >> 4];
-    text += digits[byte & 15];
-  }
-  return text + u"}";
+  return Required(text ? FindGuid(*text) : std::nullopt);
 }
 
 dao::Value TextFor(const Column& column, const dao::Value& value) {
@@ -127,25 +81,8 @@ dao::Value BinaryFor(const Column& column, const dao::Value& value) {
   return *bytes;
 }
 
-double DoubleOfDecimal(const dao::Decimal& decimal) {
-  double number = 0;
-  for (const std::uint32_t word : decimal.magnitude) number = number * 4294967296.0 + word;
-  number /= std::pow(10.0, decimal.scale);
-  return decimal.negative ? -number : number;
-}
-
 dao::Decimal DecimalFor(const Column& column, const dao::Value& value) {
-  if (const auto* decimal = std::get_if<dao::Decimal>(&value)) {
-    if (decimal->scale == column.DecimalScale()) return *decimal;
-  }
-  const double scaled = platform::RoundHalfEven(DoubleOf(value) * std::pow(10.0, column.DecimalScale()));
-  if (std::abs(scaled) >= 9.2233720368547758e18) RaiseConversion();
-  const auto magnitude = static_cast<std::uint64_t>(std::abs(scaled));
-  dao::Decimal decimal;
-  decimal.negative = scaled < 0;
-  decimal.magnitude = {0, 0, static_cast<std::uint32_t>(magnitude >> 32), static_cast<std::uint32_t>(magnitude)};
-  decimal.scale = column.DecimalScale();
-  return decimal;
+  return Required(FindDecimal(Required(FindExact(value)), column.DecimalScale(), column.DecimalPrecision()));
 }
 
 struct DoubleFinder {
@@ -155,7 +92,7 @@ struct DoubleFinder {
   std::optional<double> operator()(std::int16_t v) const { return v; }
   std::optional<double> operator()(std::int32_t v) const { return v; }
   std::optional<double> operator()(dao::Currency v) const {
-    return static_cast<double>(v.scaled) / kCurrencyScale;
+    return static_cast<double>(v.scaled) / 10000.0;
   }
   std::optional<double> operator()(float v) const { return v; }
   std::optional<double> operator()(double v) const { return v; }
@@ -163,17 +100,50 @@ struct DoubleFinder {
   std::optional<double> operator()(const std::u16string& v) const { return platform::FindNumber(v); }
   std::optional<double> operator()(const dao::Binary&) const { return std::nullopt; }
   std::optional<double> operator()(const dao::Guid&) const { return std::nullopt; }
-  std::optional<double> operator()(const dao::Decimal& v) const { return DoubleOfDecimal(v); }
+  std::optional<double> operator()(const dao::Decimal& v) const { return DoubleFromExact(ExactFromDecimal(v)); }
 };
 
 }  // namespace
 
 std::optional<double> FindDouble(const dao::Value& value) { return std::visit(DoubleFinder{}, value); }
 
+std::optional<ExactNumber> FindExact(const dao::Value& value) {
+  if (const auto* amount = std::get_if<dao::Currency>(&value)) {
+    return platform::ExactFromWhole(amount->scaled, kCurrencyPlaces);
+  }
+  if (const auto* decimal = std::get_if<dao::Decimal>(&value)) return ExactFromDecimal(*decimal);
+  if (const auto* text = std::get_if<std::u16string>(&value)) return platform::FindExactNumber(*text);
+  const std::optional<double> number = FindDouble(value);
+  if (!number || !std::isfinite(*number)) return std::nullopt;
+  const bool single = std::holds_alternative<float>(value);
+  return platform::ExactFromDouble(*number, single ? platform::kSingleDigits : platform::kDoubleDigits);
+}
+
+std::optional<dao::Currency> FindCurrency(const dao::Value& value) {
+  if (const auto* currency = std::get_if<dao::Currency>(&value)) return *currency;
+  const std::optional<ExactNumber> number = FindExact(value);
+  const auto scaled = number ? platform::FindScaled(*number, kCurrencyPlaces) : std::nullopt;
+  if (!scaled) return std::nullopt;
+  return dao::Currency{*scaled};
+}
+
+std::optional<double> FindDateValue(const dao::Value& value) {
+  if (const auto* text = std::get_if<std::u16string>(&value)) {
+    if (const std::optional<double> date = platform::FindDate(*text)) return date;
+  }
+  return FindDouble(value);
+}
+
 std::u16string TextOfValue(const dao::Value& value) {
   if (const auto* text = std::get_if<std::u16string>(&value)) return *text;
   if (const auto* date = std::get_if<dao::Date>(&value)) return platform::TextFromDate(date->days);
-  if (const auto* guid = std::get_if<dao::Guid>(&value)) return TextOfGuid(*guid);
+  if (const auto* guid = std::get_if<dao::Guid>(&value)) return TextFromGuid(*guid);
+  if (const auto* single = std::get_if<float>(&value)) {
+    return platform::TextFromDouble(*single, u',', platform::kSingleDigits);
+  }
+  if (std::holds_alternative<dao::Currency>(value) || std::holds_alternative<dao::Decimal>(value)) {
+    return platform::TextFromExact(*FindExact(value));
+  }
   const std::optional<double> number = FindDouble(value);
   return number ? platform::TextFromDouble(*number) : std::u16string();
 }
@@ -185,7 +155,7 @@ dao::Value ConvertToColumn(const Column& column, const dao::Value& value) {
     case kTypeByte: return WholeNumberOf<std::uint8_t>(value);
     case kTypeInteger: return WholeNumberOf<std::int16_t>(value);
     case kTypeLong: return WholeNumberOf<std::int32_t>(value);
-    case kTypeCurrency: return CurrencyOf(value);
+    case kTypeCurrency: return Required(FindCurrency(value));
     case kTypeSingle: return SingleOf(value);
     case kTypeDouble: return DoubleOf(value);
     case kTypeDate: return DateOf(value);

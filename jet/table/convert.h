@@ -6,6 +6,7 @@
 
 #include "jet/table/definition.h"
 #include "platform/dao.h"
+#include "platform/exact_number.h"
 
 namespace zimbrat::jet {
 
@@ -14,6 +15,12 @@ dao::Value ConvertToColumn(const Column& column, const dao::Value& value);
 
 // Any number, Boolean (-1, 0), date or numeric text as a Double; nothing for Null and the rest.
 std::optional<double> FindDouble(const dao::Value& value);
+// The same without the way over a Double; of a Double its 15 figures.
+std::optional<platform::ExactNumber> FindExact(const dao::Value& value);
+// Rounded half to even to ten-thousandths; nothing outside the range of amounts.
+std::optional<dao::Currency> FindCurrency(const dao::Value& value);
+// The text of a date, or a number as days; the range of dates is not looked at.
+std::optional<double> FindDateValue(const dao::Value& value);
 // As the & operator shows it; Null is empty.
 std::u16string TextOfValue(const dao::Value& value);
 

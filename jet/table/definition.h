@@ -54,6 +54,7 @@ struct Column {
   bool IsLongValue() const { return type == kTypeMemo || type == kTypeLongBinary; }
   bool IsText() const { return type == kTypeText || type == kTypeMemo; }
   bool HasGeneralOrder() const { return !IsText() || extra == 0x0409; }
+  std::uint8_t DecimalPrecision() const { return static_cast<std::uint8_t>(extra); }
   std::uint8_t DecimalScale() const { return static_cast<std::uint8_t>(extra >> 8); }
 };
 
