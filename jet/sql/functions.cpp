@@ -9,153 +9,46 @@
 #include "platform/numbers.h"
 #include "platform/text.h"
 
+#include "function.h"
+#include "operators.h"
+
 namespace zimbrat::jet {
 
 namespace {
 
-using Arguments = std::vector<dao::Value>;
-
-struct Function {
+// Functions that evaluate only the argument that is needed.
+struct Choice {
   std::u16string_view name;
-  std::size_t least;
-  std::size_t most;
-  dao::Value (*call)(const Arguments&, const EvaluationContext&);
+  std::size_t least, most;
+  dao::Value (*call)(const Expression&, const EvaluationContext&);
 };
 
-double NumberAt(const Arguments& arguments, std::size_t i) {
-  if (dao::IsNull(arguments[i])) Raise(platform::kErrInvalidNull);
-  const std::optional<double> number = FindDouble(arguments[i]);
-  if (!number) Raise(platform::kErrCriteriaMismatch);
-  return *number;
+dao::Value ImmediateIf(const Expression& call, const EvaluationContext& context) {
+  return Evaluate(*call.operands[IsTrue(Evaluate(*call.operands[0], context)) ? 1 : 2], context);
 }
 
-std::size_t LengthAt(const Arguments& arguments, std::size_t i, double least) {
-  const double number = platform::RoundHalfEven(NumberAt(arguments, i));
-  if (!(number >= least)) Raise(platform::kErrInvalidCall);
-  return static_cast<std::size_t>(std::min(number, 2147483647.0));
+dao::Value Choose(const Expression& call, const EvaluationContext& context) {
+  const dao::Value index = Evaluate(*call.operands[0], context);
+  if (dao::IsNull(index)) return dao::Null{};
+  const double choice = std::trunc(NumberOf(index));
+  if (!(choice >= 1 && choice < static_cast<double>(call.operands.size()))) return dao::Null{};
+  return Evaluate(*call.operands[static_cast<std::size_t>(choice)], context);
 }
 
-// A text function of one text: Null stays Null.
-template <class Work>
-dao::Value OnText(const Arguments& arguments, Work work) {
-  if (dao::IsNull(arguments[0])) return dao::Null{};
-  return work(TextOfValue(arguments[0]));
-}
-
-template <class Work>
-dao::Value OnDate(const Arguments& arguments, Work work) {
-  if (dao::IsNull(arguments[0])) return dao::Null{};
-  return static_cast<std::int16_t>(work(platform::PartsOfDate(NumberAt(arguments, 0))));
-}
-
-template <class Work>
-dao::Value OnNumber(const Arguments& arguments, Work work) {
-  if (dao::IsNull(arguments[0])) return dao::Null{};
-  return work(NumberAt(arguments, 0));
-}
-
-std::u16string TrimLeft(std::u16string_view text) {
-  const std::size_t start = text.find_first_not_of(u' ');
-  return start == text.npos ? std::u16string() : std::u16string(text.substr(start));
-}
-
-std::u16string TrimRight(std::u16string_view text) {
-  return std::u16string(text.substr(0, text.find_last_not_of(u' ') + 1));
-}
-
-std::u16string LowerCase(std::u16string_view text) {
-  std::u16string lower(text);
-  for (char16_t& c : lower) {
-    if (c >= u'A' && c <= u'Z') c = static_cast<char16_t>(c + 32);
-    if (c > 127) {
-      // The pairs of the Latin blocks: a capital is one below its small letter or 32 below it.
-      for (const int step : {1, 32}) {
-        const auto candidate = static_cast<char16_t>(c + step);
-        if (platform::UpperCase(candidate) == c && candidate != c) {
-          c = candidate;
-          break;
-        }
-      }
-    }
+dao::Value Switch(const Expression& call, const EvaluationContext& context) {
+  if (call.operands.size() % 2 != 0) Raise(platform::kErrInvalidCall);
+  for (std::size_t i = 0; i < call.operands.size(); i += 2) {
+    if (IsTrue(Evaluate(*call.operands[i], context))) return Evaluate(*call.operands[i + 1], context);
   }
-  return lower;
+  return dao::Null{};
 }
 
-constexpr Function kFunctions[] = {
-    {u"ABS", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnNumber(a, [](double v) { return dao::Value(std::abs(v)); });
-     }},
-    {u"CSTR", 1, 1, [](const Arguments& a, const EvaluationContext&) -> dao::Value {
-       if (dao::IsNull(a[0])) Raise(platform::kErrInvalidNull);
-       return TextOfValue(a[0]);
-     }},
-    {u"DATE", 0, 0, [](const Arguments&, const EvaluationContext& c) -> dao::Value {
-       return dao::Date{std::trunc(c.now)};
-     }},
-    {u"DAY", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnDate(a, [](const platform::DateParts& p) { return p.day; });
-     }},
-    {u"FIX", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnNumber(a, [](double v) { return dao::Value(std::trunc(v)); });
-     }},
-    {u"INT", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnNumber(a, [](double v) { return dao::Value(std::floor(v)); });
-     }},
-    {u"ISNULL", 1, 1, [](const Arguments& a, const EvaluationContext&) -> dao::Value {
-       return dao::IsNull(a[0]);
-     }},
-    {u"LCASE", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnText(a, [](std::u16string_view t) { return dao::Value(LowerCase(t)); });
-     }},
-    {u"LEFT", 2, 2, [](const Arguments& a, const EvaluationContext&) {
-       return OnText(a, [&](std::u16string_view t) {
-         return dao::Value(std::u16string(t.substr(0, LengthAt(a, 1, 0))));
-       });
-     }},
-    {u"LEN", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnText(a, [](std::u16string_view t) { return dao::Value(static_cast<std::int32_t>(t.size())); });
-     }},
-    {u"LTRIM", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnText(a, [](std::u16string_view t) { return dao::Value(TrimLeft(t)); });
-     }},
-    {u"MID", 2, 3, [](const Arguments& a, const EvaluationContext&) {
-       return OnText(a, [&](std::u16string_view t) {
-         const std::size_t start = LengthAt(a, 1, 1) - 1;
-         const std::size_t size = a.size() > 2 ? LengthAt(a, 2, 0) : t.size();
-         return dao::Value(start < t.size() ? std::u16string(t.substr(start, size)) : std::u16string());
-       });
-     }},
-    {u"MONTH", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnDate(a, [](const platform::DateParts& p) { return p.month; });
-     }},
-    {u"NOW", 0, 0, [](const Arguments&, const EvaluationContext& c) -> dao::Value {
-       return dao::Date{c.now};
-     }},
-    {u"RIGHT", 2, 2, [](const Arguments& a, const EvaluationContext&) {
-       return OnText(a, [&](std::u16string_view t) {
-         const std::size_t size = std::min(LengthAt(a, 1, 0), t.size());
-         return dao::Value(std::u16string(t.substr(t.size() - size)));
-       });
-     }},
-    {u"RTRIM", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnText(a, [](std::u16string_view t) { return dao::Value(TrimRight(t)); });
-     }},
-    {u"TIME", 0, 0, [](const Arguments&, const EvaluationContext& c) -> dao::Value {
-       return dao::Date{std::abs(c.now - std::trunc(c.now))};
-     }},
-    {u"TRIM", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnText(a, [](std::u16string_view t) { return dao::Value(TrimRight(TrimLeft(t))); });
-     }},
-    {u"UCASE", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnText(a, [](std::u16string_view t) { return dao::Value(platform::UpperCase(t)); });
-     }},
-    {u"VAL", 1, 1, [](const Arguments& a, const EvaluationContext&) -> dao::Value {
-       if (dao::IsNull(a[0])) Raise(platform::kErrInvalidNull);
-       return platform::Val(TextOfValue(a[0]));
-     }},
-    {u"YEAR", 1, 1, [](const Arguments& a, const EvaluationContext&) {
-       return OnDate(a, [](const platform::DateParts& p) { return p.year; });
-     }},
+constexpr std::size_t kMany = 1000;
+
+constexpr Choice kChoices[] = {
+    {u"IIF", 3, 3, ImmediateIf},
+    {u"CHOOSE", 2, kMany, Choose},
+    {u"SWITCH", 2, kMany, Switch},
 };
 
 // "Left$" is "Left".
@@ -165,34 +58,73 @@ std::u16string PlainName(std::u16string_view name) {
   return upper;
 }
 
-const Function* FindFunction(std::u16string_view name) {
-  const std::u16string plain = PlainName(name);
-  const auto* found = std::find_if(std::begin(kFunctions), std::end(kFunctions),
-                                   [&](const Function& f) { return f.name == plain; });
-  return found == std::end(kFunctions) ? nullptr : found;
+template <class Row, std::size_t kExtent>
+const Row* FindRow(std::span<const Row, kExtent> rows, std::u16string_view plainName) {
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const Row& row) { return row.name == plainName; });
+  return found == rows.end() ? nullptr : &*found;
 }
 
-[[noreturn]] void RaiseArgumentCount(std::u16string_view name) {
-  Raise(platform::kErrQueryExpression, u"Nieprawidłowa liczba argumentów funkcji", name);
+const Function* FindFunction(std::u16string_view plainName) {
+  for (const auto& functions : {TextFunctions(), DateFunctions(), NumberFunctions(), ConversionFunctions()}) {
+    if (const Function* found = FindRow(functions, plainName)) return found;
+  }
+  return nullptr;
+}
+
+template <class Row>
+void CheckArgumentCount(const Row& row, const Expression& call) {
+  if (call.operands.size() >= row.least && call.operands.size() <= row.most) return;
+  Raise(platform::kErrQueryExpression, u"Nieprawidłowa liczba argumentów funkcji", call.name);
 }
 
 }  // namespace
 
-bool IsKnownFunction(std::u16string_view name) { return PlainName(name) == u"IIF" || FindFunction(name); }
+double Arguments::Number(std::size_t i) const {
+  if (IsNull(i)) Raise(platform::kErrInvalidNull);
+  return NumberOf(values_[i]);
+}
+
+std::int32_t Arguments::Long(std::size_t i) const { return platform::LongFromDouble(Number(i)); }
+
+std::size_t Arguments::Count(std::size_t i, std::int32_t least) const {
+  const std::int32_t count = Long(i);
+  if (count < least) Raise(platform::kErrInvalidCall);
+  return static_cast<std::size_t>(count);
+}
+
+std::u16string Arguments::Text(std::size_t i) const {
+  if (IsNull(i)) Raise(platform::kErrInvalidNull);
+  return TextOfValue(values_[i]);
+}
+
+double Arguments::Date(std::size_t i) const {
+  if (IsNull(i)) Raise(platform::kErrInvalidNull);
+  const std::optional<double> date = FindDateValue(values_[i]);
+  if (!date) Raise(platform::kErrCriteriaMismatch);
+  if (!platform::IsDateInRange(*date)) Raise(platform::kErrOverflow);
+  return *date;
+}
+
+bool IsKnownFunction(std::u16string_view name) {
+  const std::u16string plain = PlainName(name);
+  return FindRow(std::span(kChoices), plain) || FindFunction(plain);
+}
 
 dao::Value CallFunction(const Expression& call, const EvaluationContext& context) {
-  if (PlainName(call.name) == u"IIF") {  // only the branch that is needed
-    if (call.operands.size() != 3) RaiseArgumentCount(call.name);
-    return Evaluate(*call.operands[IsTrue(Evaluate(*call.operands[0], context)) ? 1 : 2], context);
+  const std::u16string plain = PlainName(call.name);
+  if (const Choice* choice = FindRow(std::span(kChoices), plain)) {
+    CheckArgumentCount(*choice, call);
+    return choice->call(call, context);
   }
-  const Function* function = FindFunction(call.name);
+  const Function* function = FindFunction(plain);
   if (!function) Raise(platform::kErrUndefinedFunction, call.name);
-  if (call.operands.size() < function->least || call.operands.size() > function->most) {
-    RaiseArgumentCount(call.name);
+  CheckArgumentCount(*function, call);
+  std::vector<dao::Value> values;
+  for (const ExpressionPtr& operand : call.operands) values.push_back(Evaluate(*operand, context));
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if ((function->nulls >> i & 1u) != 0 && dao::IsNull(values[i])) return dao::Null{};
   }
-  Arguments arguments;
-  for (const ExpressionPtr& operand : call.operands) arguments.push_back(Evaluate(*operand, context));
-  return function->call(arguments, context);
+  return function->call(Arguments(std::move(values), context.now));
 }
 
 }  // namespace zimbrat::jet

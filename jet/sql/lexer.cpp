@@ -1,11 +1,13 @@
 #include "jet/sql/lexer.h"
 
-#include <cmath>
 #include <optional>
+#include <utility>
 
 #include "jet/file/errors.h"
-#include "platform/dates.h"
 #include "platform/numbers.h"
+#include "platform/text.h"
+
+#include "date_literal.h"
 
 namespace zimbrat::jet {
 
@@ -13,13 +15,18 @@ namespace {
 
 constexpr std::u16string_view kTwoUnitSigns[] = {u"<>", u"<=", u">="};
 constexpr std::u16string_view kSigns = u"+-*/\\^&=<>(),.;!";
+constexpr std::size_t kMaxRadixDigits = 11;  // 32 bits in octal
 
 bool IsBlank(char16_t c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
 bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 bool StartsName(char16_t c) {
-  return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || c == u'_' || c >= 0xC0;
+  return c == u'_' || platform::UpperCase(c) != c || platform::LowerCase(c) != c || c == u'ß';
 }
-bool ContinuesName(char16_t c) { return StartsName(c) || IsDigit(c) || c == u'$'; }
+bool ContinuesName(char16_t c) { return IsDigit(c) || StartsName(c); }
+bool IsRadixDigit(char16_t c, bool hexadecimal) {
+  const char16_t upper = platform::UpperCase(c);
+  return hexadecimal ? IsDigit(c) || (upper >= u'A' && upper <= u'F') : c >= u'0' && c <= u'7';
+}
 
 class Lexer {
  public:
@@ -32,8 +39,8 @@ class Lexer {
       Token token;
       token.offset = position_;
       if (position_ < source_.size()) Read(token);
-      tokens.push_back(token);
-      if (token.kind == TokenKind::End) return tokens;
+      tokens.push_back(std::move(token));
+      if (tokens.back().kind == TokenKind::End) return tokens;
     }
   }
 
@@ -52,15 +59,23 @@ class Lexer {
     if (c == u'#') return ReadDate(token);
     if (c == u'[' || c == u'`') return ReadBracketed(token, c == u'[' ? u']' : u'`');
     if (IsDigit(c) || (c == u'.' && IsDigit(Ahead()))) return ReadNumber(token);
-    if (c == u'&' && (Ahead() == u'H' || Ahead() == u'h' || Ahead() == u'O' || Ahead() == u'o')) {
-      return ReadRadix(token);
-    }
-    if (StartsName(c)) {
-      token.kind = TokenKind::Name;
-      while (position_ < source_.size() && ContinuesName(Here())) token.text += source_[position_++];
-      return;
-    }
+    if (c == u'&' && TryReadRadix(token)) return;
+    if (StartsName(c)) return ReadName(token);
     ReadSign(token);
+  }
+
+  std::size_t EndOfName(std::size_t from) const {
+    while (from < source_.size() && ContinuesName(source_[from])) ++from;
+    return from;
+  }
+
+  // "Left$" is one name.
+  void ReadName(Token& token) {
+    std::size_t end = EndOfName(position_);
+    if (end < source_.size() && source_[end] == u'$') ++end;
+    token.kind = TokenKind::Name;
+    token.text = source_.substr(position_, end - position_);
+    position_ = end;
   }
 
   void ReadSign(Token& token) {
@@ -130,68 +145,31 @@ class Lexer {
     }
   }
 
-  void ReadRadix(Token& token) {
-    const std::size_t start = position_;
-    position_ += 2;
-    while (position_ < source_.size() && ContinuesName(Here())) ++position_;
+  // "&H1F" and "&O17". With other letters behind it the & joins: "A &Hala".
+  bool TryReadRadix(Token& token) {
+    const char16_t mark = platform::UpperCase(Ahead());
+    if (mark != u'H' && mark != u'O') return false;
+    const std::size_t first = position_ + 2;
+    const std::size_t end = EndOfName(first);
+    if (end == first) return false;
+    for (std::size_t i = first; i < end; ++i) {
+      if (!IsRadixDigit(source_[i], mark == u'H')) return false;
+    }
+    if (end - first > kMaxRadixDigits) Fail(u"Błąd składni w liczbie");
     token.kind = TokenKind::Literal;
-    token.value = static_cast<std::int32_t>(platform::Val(source_.substr(start, position_ - start)));
+    token.value = static_cast<std::int32_t>(platform::Val(source_.substr(position_, end - position_)));
+    position_ = end;
+    return true;
   }
 
   void ReadDate(Token& token) {
     const std::size_t close = source_.find(u'#', position_ + 1);
     if (close == source_.npos) Fail(u"Błąd składni w dacie");
-    const std::optional<double> date = FindLiteralDate(source_.substr(position_ + 1, close - position_ - 1));
-    if (!date || !platform::IsDateInRange(*date)) Fail(u"Błąd składni w dacie");
+    const std::optional<double> date = FindDateLiteral(source_.substr(position_ + 1, close - position_ - 1));
+    if (!date) Fail(u"Błąd składni w dacie");
     token.kind = TokenKind::Literal;
     token.value = dao::Date{*date};
     position_ = close + 1;
-  }
-
-  // Twelve hours with AM or PM behind them, as a part of a day to be added.
-  static std::optional<double> FindHalfDay(std::u16string_view& text) {
-    while (!text.empty() && text.back() == u' ') text.remove_suffix(1);
-    if (text.size() < 3 || (text.back() != u'M' && text.back() != u'm')) return 0.0;
-    const char16_t half = text[text.size() - 2];
-    const bool afternoon = half == u'P' || half == u'p';
-    if (!afternoon && half != u'A' && half != u'a') return std::nullopt;
-    text.remove_suffix(2);
-    while (!text.empty() && text.back() == u' ') text.remove_suffix(1);
-    // The hour is what stands before the first colon; 12 counts as 0.
-    const std::size_t colon = text.find(u':');
-    const std::size_t start = text.find_last_of(u' ', colon) + 1;
-    const double hour = platform::Val(text.substr(start, colon - start));
-    if (hour < 1 || hour > 12) return std::nullopt;
-    return (hour == 12 ? -0.5 : 0.0) + (afternoon ? 0.5 : 0.0);
-  }
-
-  static std::optional<double> FindLiteralDate(std::u16string_view text) {
-    const std::optional<double> half = FindHalfDay(text);
-    const std::optional<double> date = half ? FindPlainDate(text) : std::nullopt;
-    if (!date) return std::nullopt;
-    return *date < 0 ? *date - *half : *date + *half;
-  }
-
-  // American order with slashes, whatever the system; else the forms that the platform reads.
-  static std::optional<double> FindPlainDate(std::u16string_view text) {
-    const std::size_t slash = text.find(u'/');
-    const std::size_t second = slash == text.npos ? text.npos : text.find(u'/', slash + 1);
-    if (second == text.npos) return platform::FindDate(text);
-    std::size_t yearEnd = second + 1;
-    while (yearEnd < text.size() && IsDigit(text[yearEnd])) ++yearEnd;
-    int month = static_cast<int>(platform::Val(text.substr(0, slash)));
-    int day = static_cast<int>(platform::Val(text.substr(slash + 1, second - slash - 1)));
-    int year = static_cast<int>(platform::Val(text.substr(second + 1, yearEnd - second - 1)));
-    if (yearEnd - second - 1 <= 2) year += year < 30 ? 2000 : 1900;
-    if (month > 12) std::swap(month, day);
-    if (month < 1 || month > 12 || day < 1 || day > 31 || year < 100 || year > 9999) return std::nullopt;
-    const double days = platform::DateSerial(year, month, day);
-    if (platform::PartsOfDate(days).day != day) return std::nullopt;
-    const std::u16string_view rest = text.substr(yearEnd);
-    if (rest.find_first_not_of(u" \t") == rest.npos) return days;
-    const std::optional<double> time = platform::FindDate(rest.substr(rest.find_first_not_of(u" \t")));
-    if (!time || *time < 0 || *time >= 1) return std::nullopt;
-    return days < 0 ? days - *time : days + *time;
   }
 
   std::u16string_view source_;
