@@ -130,18 +130,29 @@ std::size_t Table::CountNulls(const RealIndex& index, const RowFields& fields) {
   return nulls;
 }
 
+// Long values by their descriptors: one that was stored anew counts as another.
+bool Table::AreEqualIn(const RealIndex& index, const RowFields& a, const RowFields& b) {
+  return std::all_of(index.columns.begin(), index.columns.end(), [&](const IndexColumn& part) {
+    const std::size_t position = *definition_.FindColumnById(part.columnId);
+    return a[position].present == b[position].present && a[position].bytes == b[position].bytes;
+  });
+}
+
 PreparedRow Table::Prepare(const RowFields& fields, const RowFields* self) {
   const TableDefinition& definition = Definition();
   PreparedRow row;
   row.bytes = EncodeRow(definition, fields);
   for (std::size_t i = 0; i < definition.realIndexes.size(); ++i) {
     const RealIndex& index = definition.realIndexes[i];
+    PreparedRow::Key& key = row.keys.emplace_back();
+    key.isKept = self && AreEqualIn(index, *self, fields);
+    if (key.isKept) continue;
     const std::size_t nulls = CountNulls(index, fields);
     if (nulls != 0 && index.IsRequired()) Raise(platform::kErrNullInIndex, name_, IndexName(i));
-    row.keys.push_back(KeyOf(i, fields));
-    const bool free = nulls == index.columns.size() || !index.IsUnique() || !row.keys[i];
-    if (free || (self && KeyOf(i, *self) == row.keys[i])) continue;
-    if (Tree(i).ContainsKey(*row.keys[i])) RaiseDuplicate(i);
+    key.bytes = KeyOf(i, fields);
+    const bool free = nulls == index.columns.size() || !index.IsUnique() || !key.bytes;
+    if (free || (self && KeyOf(i, *self) == key.bytes)) continue;
+    if (Tree(i).ContainsKey(*key.bytes)) RaiseDuplicate(i);
   }
   return row;
 }
@@ -264,7 +275,7 @@ RowPointer Table::Insert(const PreparedRow& row) {
   const RowPointer home = StoreBytes(row.bytes, 0);
   ChangeRowCount(+1);
   for (std::size_t i = 0; i < row.keys.size(); ++i) {
-    if (row.keys[i]) AddKey(i, *row.keys[i], home);
+    if (row.keys[i].bytes) AddKey(i, *row.keys[i].bytes, home);
   }
   return home;
 }
@@ -272,10 +283,12 @@ RowPointer Table::Insert(const PreparedRow& row) {
 void Table::Update(RowPointer home, const RowFields& former, const PreparedRow& row) {
   RewriteBytes(home, row.bytes);
   for (std::size_t i = 0; i < row.keys.size(); ++i) {
+    if (row.keys[i].isKept) continue;
+    const std::optional<std::vector<std::byte>>& key = row.keys[i].bytes;
     const std::optional<std::vector<std::byte>> old = KeyOf(i, former);
-    if (old == row.keys[i]) continue;
+    if (old == key) continue;
     if (old && !Tree(i).Erase(*old, home)) RaiseDamaged(u"indeks „" + IndexName(i) + u"” nie zawiera wiersza");
-    if (row.keys[i]) AddKey(i, *row.keys[i], home);
+    if (key) AddKey(i, *key, home);
   }
 }
 

@@ -19,8 +19,12 @@ namespace zimbrat::jet {
 // A row ready to be stored: its bytes, and for each real index its key (none where the index leaves the
 // row out).
 struct PreparedRow {
+  struct Key {
+    std::optional<std::vector<std::byte>> bytes;
+    bool isKept = false;  // that of the row it replaces; `bytes` are not made then
+  };
   std::vector<std::byte> bytes;
-  std::vector<std::optional<std::vector<std::byte>>> keys;
+  std::vector<Key> keys;
 };
 
 class Table {
@@ -73,6 +77,7 @@ class Table {
   void PutDifferentKeys(std::size_t realIndex);
   PageRef PageForRow(std::size_t size);
   PageRef GetDataPage(PageNumber number);
+  bool AreEqualIn(const RealIndex& index, const RowFields& a, const RowFields& b);
   std::size_t CountNulls(const RealIndex& index, const RowFields& fields);
   // Where a moved row lives; null for one that lives in its home slot.
   RowPointer FindFarPlace(RowPointer home);
