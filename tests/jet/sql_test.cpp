@@ -22,20 +22,19 @@ class Script {
  public:
   Script() {
     database_ = workspace_->CreateDatabase(folder_.PathOf(u"sql.mdb"), dao::dbLangGeneral, 0);
-    auto table = database_->CreateTableDef(u"T");
-    const auto add = [&](std::u16string_view name, int type, int size, int attributes) {
-      auto field = table->CreateField(name, std::int32_t{type}, std::int32_t{size});
-      table->Fields()->Append(field);
-      field->SetAttributes(attributes);
-    };
-    add(u"Id", dao::dbLong, 4, 17);
-    add(u"A", dao::dbText, 20, 2);
-    add(u"N", dao::dbLong, 4, 1);
-    add(u"W", dao::dbCurrency, 8, 1);
-    add(u"D", dao::dbDate, 8, 1);
-    add(u"Z", dao::dbBoolean, 1, 1);
-    add(u"M", dao::dbMemo, 0, 2);
-    database_->TableDefs()->Append(table);
+    CreateTable(u"T", {{u"Id", dao::dbLong, 4, 17},
+                       {u"A", dao::dbText, 20, 2},
+                       {u"N", dao::dbLong, 4, 1},
+                       {u"W", dao::dbCurrency, 8, 1},
+                       {u"D", dao::dbDate, 8, 1},
+                       {u"Z", dao::dbBoolean, 1, 1},
+                       {u"M", dao::dbMemo, 0, 2}});
+    CreateTable(u"K", {{u"B", dao::dbByte, 1, 1},
+                       {u"I", dao::dbInteger, 2, 1},
+                       {u"S", dao::dbSingle, 4, 1},
+                       {u"F", dao::dbDouble, 8, 1},
+                       {u"G", dao::dbGUID, 16, 1},
+                       {u"X", dao::dbBinary, 4, 1}});
   }
 
   // What the line comes to: rows, a value, or "! number".
@@ -52,6 +51,21 @@ class Script {
   }
 
  private:
+  struct FieldRow {
+    std::u16string_view name;
+    int type, size, attributes;
+  };
+
+  void CreateTable(std::u16string_view name, const std::vector<FieldRow>& fields) {
+    auto table = database_->CreateTableDef(name);
+    for (const FieldRow& row : fields) {
+      auto field = table->CreateField(row.name, std::int32_t{row.type}, std::int32_t{row.size});
+      table->Fields()->Append(field);
+      field->SetAttributes(row.attributes);
+    }
+    database_->TableDefs()->Append(table);
+  }
+
   static std::string Text(const dao::Value& value) {
     return dao::IsNull(value) ? "-" : platform::Utf8FromUtf16(TextOfValue(value));
   }
