@@ -51,7 +51,7 @@ int CompareMagnitudes(const ExactNumber& a, const ExactNumber& b) {
     return static_cast<int>(!a.figures.empty()) - static_cast<int>(!b.figures.empty());
   }
   if (a.point != b.point) return a.point < b.point ? -1 : 1;
-  return a.figures.compare(b.figures);
+  return a.figures < b.figures ? -1 : b.figures < a.figures ? 1 : 0;
 }
 
 // `larger` plus or minus `smaller`, from the last figure on.
