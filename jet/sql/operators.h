@@ -44,8 +44,8 @@ struct Wildcards {
 inline constexpr Wildcards kLikeWildcards = {u'*', u'?', u'#'};
 inline constexpr Wildcards kALikeWildcards = {u'%', u'_', u'\0'};
 
-// Case does not count, blanks at the end do. Time is at most the product of the lengths; a pattern of more
-// than 1,024 elements is error 3075.
+// Case does not count, blanks at the end do. What would take more than 20 million steps is error 3075; no
+// pattern takes more than the product of the lengths.
 bool MatchesPattern(std::u16string_view text, std::u16string_view pattern, const Wildcards& wildcards);
 
 }  // namespace zimbrat::jet
