@@ -6,6 +6,7 @@
 #include "dao_relation.h"
 #include "dao_table.h"
 #include "jet/engine.h"
+#include "jet/repair.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
 
@@ -242,8 +243,11 @@ class JetEngine : public dao::Engine {
     });
   }
 
-  void RepairDatabase(std::u16string_view) override {
-    Member(kSourceEngine, [&] { Raise(kErrNotSupported); });
+  void RepairDatabase(std::u16string_view path) override {
+    Member(kSourceEngine, [&] {
+      RepairDatabaseFile(surroundings_->files, surroundings_->clock, CheckPath(surroundings_->files, path),
+                         surroundings_->pulse);
+    });
   }
 
  private:

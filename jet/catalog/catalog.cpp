@@ -286,6 +286,10 @@ void Catalog::AddAccessEntries(std::int32_t id, std::int32_t containerId) {
   }
 }
 
+void Catalog::AddMissingAccessEntries(const CatalogObject& object) {
+  if (AccessEntriesOf(object.id).empty()) AddAccessEntries(object.id, object.parentId);
+}
+
 void Catalog::RemoveAccessEntries(std::int32_t id) {
   Table& table = SystemTable(kAcesPage);
   for (const RowPointer place : AccessEntriesOf(id)) table.Delete(place, table.Read(place));

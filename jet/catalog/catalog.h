@@ -71,6 +71,8 @@ class Catalog {
 
   void AddTable(std::u16string_view name, PageNumber page, const PropertyBlob& properties);
   void AddRelationship(std::u16string_view name);
+  // What the container hands down, for an object that has no access entries.
+  void AddMissingAccessEntries(const CatalogObject& object);
   // The row and its access entries; pages are the caller's business.
   void Remove(std::int32_t id);
   void Rename(std::int32_t id, std::u16string_view name);

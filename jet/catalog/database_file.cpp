@@ -28,7 +28,8 @@ void CheckCatalogPage(Pager& pager) {
   }
 }
 
-// Error 3045, naming who has it, when others use the file.
+}  // namespace
+
 std::unique_ptr<platform::File> OpenUnused(platform::Files& files, std::u16string_view path, bool readOnly) {
   std::unique_ptr<platform::File> file;
   try {
@@ -43,8 +44,6 @@ std::unique_ptr<platform::File> OpenUnused(platform::Files& files, std::u16strin
   if (user && user->isPresent) RaiseInUse(path, user);
   return file;
 }
-
-}  // namespace
 
 DatabaseFile::DatabaseFile(platform::Files& files, platform::Clock& clock,
                            std::unique_ptr<platform::File> file, std::u16string path,

@@ -46,6 +46,9 @@ class DatabaseFile {
   Catalog catalog_;
 };
 
+// Held against others as long as it is open. Error 3045, naming who has it, when others use the file.
+std::unique_ptr<platform::File> OpenUnused(platform::Files& files, std::u16string_view path, bool readOnly);
+
 // Errors in this order: 3024 and 3044 for the path, 3051 and 3045 for access, 3343 for the format, 3031 for
 // the password (ignored when the file has none), 3049 for a damaged catalogue.
 std::unique_ptr<DatabaseFile> OpenDatabaseFile(platform::Files& files, platform::Clock& clock,

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "jet/catalog/catalog.h"
 #include "jet/file/data_page.h"
 #include "jet/file/header.h"
+#include "jet/index/key.h"
 #include "jet/index/tree.h"
 #include "jet/table/table.h"
 
@@ -209,37 +209,39 @@ void BuildDefinitions(const Storage& storage) {
   }
 }
 
-dao::Binary SidOf(std::uint8_t first, std::uint8_t second) {
-  return MaskedSid(first, second, kGeneralOrigin.sidMask);
+enum class Sid : std::uint16_t { Users = 0x0201, Engine = 0x0203, Creator = 0x0204, Admin = 0x0301 };
+using SidMask = std::array<std::uint8_t, 2>;
+
+dao::Binary Masked(Sid sid, const SidMask& mask) {
+  const auto both = static_cast<std::uint16_t>(sid);
+  return MaskedSid(static_cast<std::uint8_t>(both >> 8), static_cast<std::uint8_t>(both), mask);
 }
-dao::Binary Engine() { return SidOf(0x02, 0x03); }
-dao::Binary Creator() { return SidOf(0x02, 0x04); }
-dao::Binary Users() { return SidOf(0x02, 0x01); }
-dao::Binary Admin() { return SidOf(0x03, 0x01); }
 
 constexpr std::int32_t kTablesContainer = 0x0F000001;
 constexpr std::int32_t kDatabasesContainer = 0x0F000002;
 constexpr std::int32_t kRelationshipsContainer = 0x0F000003;
 constexpr std::int32_t kDatabaseObject = 0x10000000;
 
-void AddObjectRows(Table& table, double now) {
-  struct Row {
-    std::int32_t id, parent;
-    ObjectType type;
-    std::u16string_view name;
-    bool ownedByAdmin;
-  };
-  constexpr Row rows[] = {
-      {kTablesContainer, kRootContainer, ObjectType::Container, u"Tables", false},
-      {kDatabasesContainer, kRootContainer, ObjectType::Container, u"Databases", false},
-      {kRelationshipsContainer, kRootContainer, ObjectType::Container, u"Relationships", false},
-      {kDatabaseObject, kDatabasesContainer, ObjectType::Database, u"MSysDb", true},
-      {2, kTablesContainer, ObjectType::Table, u"MSysObjects", false},
-      {3, kTablesContainer, ObjectType::Table, u"MSysACEs", false},
-      {4, kTablesContainer, ObjectType::Table, u"MSysQueries", false},
-      {5, kTablesContainer, ObjectType::Table, u"MSysRelationships", false},
-  };
-  for (const Row& row : rows) {
+// Whether the table has a row with this number in the only column of an index.
+bool HasRow(Table& table, std::size_t realIndex, std::int32_t number) {
+  return table.Tree(realIndex).ContainsKey(EncodeKey({{kTypeLong, true}}, {number}));
+}
+
+constexpr StandardObject kStandardObjects[] = {
+    {kTablesContainer, kRootContainer, ObjectType::Container, u"Tables", false},
+    {kDatabasesContainer, kRootContainer, ObjectType::Container, u"Databases", false},
+    {kRelationshipsContainer, kRootContainer, ObjectType::Container, u"Relationships", false},
+    {kDatabaseObject, kDatabasesContainer, ObjectType::Database, u"MSysDb", true},
+    {2, kTablesContainer, ObjectType::Table, u"MSysObjects", false},
+    {3, kTablesContainer, ObjectType::Table, u"MSysACEs", false},
+    {4, kTablesContainer, ObjectType::Table, u"MSysQueries", false},
+    {5, kTablesContainer, ObjectType::Table, u"MSysRelationships", false},
+};
+
+void AddObjectRows(Table& table, double now, const SidMask& mask) {
+  constexpr std::size_t kIndexOfId = 1;
+  for (const StandardObject& row : kStandardObjects) {
+    if (HasRow(table, kIndexOfId, row.id)) continue;
     const RowFields fields = MakeRow(table, {{u"Id", row.id},
                                              {u"ParentId", row.parent},
                                              {u"Name", std::u16string(row.name)},
@@ -247,39 +249,44 @@ void AddObjectRows(Table& table, double now) {
                                              {u"DateCreate", dao::Date{now}},
                                              {u"DateUpdate", dao::Date{now}},
                                              {u"Flags", static_cast<std::int32_t>(kFlagSystemObject)},
-                                             {u"Owner", row.ownedByAdmin ? Admin() : Engine()}});
+                                             {u"Owner", Masked(row.isOwnedByAdmin ? Sid::Admin : Sid::Engine, mask)}});
     table.Insert(table.Prepare(fields));
   }
 }
 
-void AddAccessRows(Table& table) {
+void AddAccessRows(Table& table, const SidMask& mask) {
   struct Row {
     std::int32_t id;
-    dao::Binary sid;
+    Sid sid;
     std::int32_t rights;
-    bool inheritable;
+    bool inheritable = false;
   };
-  const Row rows[] = {
-      {2, Admin(), 0x00060000, false},
-      {3, Admin(), 0x00060000, false},
-      {4, Admin(), 0x00060000, false},
-      {5, Admin(), 0x000E0000, false},
-      {kTablesContainer, Creator(), 0x000F00FE, true},
-      {kTablesContainer, Admin(), 0x00060001, false},
-      {kRelationshipsContainer, Creator(), 0x000F00FE, true},
-      {kRelationshipsContainer, Admin(), 0x00060001, false},
-      {kDatabasesContainer, Admin(), 0x00060000, false},
-      {kDatabaseObject, Admin(), 0x0006000E, false},
-      {kDatabaseObject, Users(), 0x0000000E, false},
-      {4, Users(), 0x00000014, false},
-      {5, Users(), 0x00000014, false},
-      {2, Users(), 0x00000014, false},
-      {kTablesContainer, Users(), 0x000FFEFF, true},
-      {kRelationshipsContainer, Users(), 0x000FFFFF, true},
+  constexpr Row rows[] = {
+      {2, Sid::Admin, 0x00060000},
+      {3, Sid::Admin, 0x00060000},
+      {4, Sid::Admin, 0x00060000},
+      {5, Sid::Admin, 0x000E0000},
+      {kTablesContainer, Sid::Creator, 0x000F00FE, true},
+      {kTablesContainer, Sid::Admin, 0x00060001},
+      {kRelationshipsContainer, Sid::Creator, 0x000F00FE, true},
+      {kRelationshipsContainer, Sid::Admin, 0x00060001},
+      {kDatabasesContainer, Sid::Admin, 0x00060000},
+      {kDatabaseObject, Sid::Admin, 0x0006000E},
+      {kDatabaseObject, Sid::Users, 0x0000000E},
+      {4, Sid::Users, 0x00000014},
+      {5, Sid::Users, 0x00000014},
+      {2, Sid::Users, 0x00000014},
+      {kTablesContainer, Sid::Users, 0x000FFEFF, true},
+      {kRelationshipsContainer, Sid::Users, 0x000FFFFF, true},
   };
+  std::vector<std::int32_t> known;
   for (const Row& row : rows) {
+    if (HasRow(table, 0, row.id)) known.push_back(row.id);
+  }
+  for (const Row& row : rows) {
+    if (std::find(known.begin(), known.end(), row.id) != known.end()) continue;
     const RowFields fields = MakeRow(table, {{u"ObjectId", row.id},
-                                             {u"SID", row.sid},
+                                             {u"SID", Masked(row.sid, mask)},
                                              {u"ACM", row.rights},
                                              {u"FInheritable", row.inheritable}});
     table.Insert(table.Prepare(fields));
@@ -288,13 +295,36 @@ void AddAccessRows(Table& table) {
 
 }  // namespace
 
-void BuildSystemTables(const Storage& storage, double now) {
+void BuildEmptySystemTables(const Storage& storage) {
   BuildGlobalMap(storage);
   BuildDefinitions(storage);
+}
+
+void AddMissingSystemRows(const Storage& storage, double now, const SidMask& sidMask) {
   Table objects(storage, kObjectsPage, u"MSysObjects");
-  AddObjectRows(objects, now);
+  AddObjectRows(objects, now, sidMask);
   Table aces(storage, kAcesPage, u"MSysACEs");
-  AddAccessRows(aces);
+  AddAccessRows(aces, sidMask);
+}
+
+void BuildSystemTables(const Storage& storage, double now) {
+  BuildEmptySystemTables(storage);
+  AddMissingSystemRows(storage, now, kGeneralOrigin.sidMask);
+}
+
+const StandardObject* FindStandardObject(std::int32_t id) {
+  const auto* found = std::find_if(std::begin(kStandardObjects), std::end(kStandardObjects),
+                                   [&](const StandardObject& object) { return object.id == id; });
+  return found == std::end(kStandardObjects) ? nullptr : found;
+}
+
+std::array<std::vector<std::byte>, 4> StandardSystemDefinitions() {
+  std::array<std::vector<std::byte>, 4> definitions;
+  Places places;
+  for (const SystemTable& table : SystemTables()) {
+    definitions[table.page - kObjectsPage] = EncodeDefinition(MakeDefinition(table, places));
+  }
+  return definitions;
 }
 
 }  // namespace zimbrat::jet

@@ -43,6 +43,8 @@ class Relationships {
   // Errors in this order: 3366 no fields, 3125 name, 3012 name taken, 3011 table, 3409 field, 3206 field with
   // itself, 3368 types, 3609 no unique index, 3284 index of that name, 3626 too many, 3379 rows.
   void Add(Relationship relationship);
+  // The rows in MSysRelationships alone, where the definitions hold the ends already.
+  void AddRows(const Relationship& relationship);
   // Error 3265 when there is none of that name.
   void Remove(std::u16string_view name);
   // The first relationship that the table takes part in.
@@ -54,7 +56,6 @@ class Relationships {
   void ColumnRenamed(std::u16string_view table, std::u16string_view from, std::u16string_view to);
 
  private:
-  void AddRows(const Relationship& relationship);
   void AddEntries(const Relationship& relationship);
   void RemoveEntries(const Relationship& relationship);
   void CheckRows(Table& parent, std::uint32_t parentReal, Table& child, std::uint32_t childReal);

@@ -156,7 +156,12 @@ std::vector<Fault> CheckFile(platform::Files& files, std::u16string_view path,
                              const CheckOptions& options) {
   const std::unique_ptr<platform::File> file =
       files.Open(path, platform::OpenMode::Read, platform::Sharing::All);
-  return FileCheck(*file, path, options).Run();
+  return CheckFile(*file, path, options);
+}
+
+std::vector<Fault> CheckFile(platform::File& file, std::u16string_view path,
+                             const CheckOptions& options) {
+  return FileCheck(file, path, options).Run();
 }
 
 bool HasErrors(const std::vector<Fault>& faults) {

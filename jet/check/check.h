@@ -45,6 +45,9 @@ struct CheckOptions {
 // No password is asked for.
 std::vector<Fault> CheckFile(platform::Files& files, std::u16string_view path,
                              const CheckOptions& options = {});
+// Of a file that is open already; `path` goes into texts.
+std::vector<Fault> CheckFile(platform::File& file, std::u16string_view path,
+                             const CheckOptions& options = {});
 
 bool HasErrors(const std::vector<Fault>& faults);
 

@@ -47,6 +47,11 @@ std::size_t ColumnLayout::FixedSize() const {
   }
 }
 
+bool IsKnownType(std::int16_t type) {
+  return (type >= dao::dbBoolean && type <= dao::dbMemo) || type == dao::dbGUID ||
+         type == kColumnTypeDecimal || type == kColumnTypeBlock;
+}
+
 bool TableLayout::HasMaplessValues() const {
   return std::any_of(longValueMaps.begin(), longValueMaps.end(),
                      [](const LongValueMapsLayout& maps) { return maps.owned.IsNull(); });
@@ -78,11 +83,6 @@ constexpr std::uint16_t kNoColumn = 0xFFFF;
 // The engine allows 32 indexes; ends of relationships come on top.
 constexpr std::size_t kMaxTrees = 255;
 constexpr std::size_t kMaxLogicals = 1024;
-
-bool IsKnownType(std::int16_t type) {
-  return (type >= dao::dbBoolean && type <= dao::dbMemo) || type == dao::dbGUID ||
-         type == kColumnTypeDecimal || type == kColumnTypeBlock;
-}
 
 class LayoutReader {
  public:
@@ -121,6 +121,7 @@ class LayoutReader {
 
 bool LayoutReader::ReadHead() {
   table_.rows = Get32(bytes_, kOffsetTableRows);
+  table_.counter = Get32(bytes_, kOffsetCounter);
   table_.kind = Get8(bytes_, kOffsetTableType);
   table_.maxColumns = Get16(bytes_, kOffsetMaxColumns);
   table_.variableColumns = Get16(bytes_, kOffsetVariableColumns);
@@ -149,15 +150,15 @@ ColumnLayout LayoutReader::ReadColumn() {
   const auto mark = reader_.Next<std::uint32_t>();
   column.id = reader_.Next<std::uint16_t>();
   column.variableIndex = reader_.Next<std::uint16_t>();
-  reader_.Skip(sizeof(std::uint16_t));  // order of display
+  column.displayOrder = reader_.Next<std::uint16_t>();
   column.extra = reader_.Next<std::uint32_t>();
   column.flags = reader_.Next<std::uint8_t>();
-  const auto compression = reader_.Next<std::uint8_t>();
+  column.flags2 = reader_.Next<std::uint8_t>();
   const auto unused = reader_.Next<std::uint32_t>();
   column.fixedOffset = reader_.Next<std::uint16_t>();
   column.length = reader_.Next<std::uint16_t>();
   if (mark != kDefinitionMark) Fault(TextOf(u"brak znacznika kolumny ", column.id));
-  if (unused != 0 || compression > kColumnCompressed) {
+  if (unused != 0 || column.flags2 > kColumnCompressed) {
     Fault(TextOf(u"kolumna ", column.id, u" ma nieznane flagi"));
   }
   return column;
@@ -354,8 +355,11 @@ std::optional<TableLayout> ReadLayout(Checking& check, const std::u16string& pla
 
 std::optional<TableLayout> PeekLayout(Checking& check, PageNumber page) {
   const auto bytes = ReadDefinitionBytes(check, {}, page, false);
-  if (!bytes) return std::nullopt;
-  return LayoutReader(check, {}, *bytes, page, false).Read();
+  return bytes ? ParseLayout(check, *bytes, page) : std::nullopt;
+}
+
+std::optional<TableLayout> ParseLayout(Checking& check, ConstBytes bytes, PageNumber page) {
+  return LayoutReader(check, {}, bytes, page, false).Read();
 }
 
 }  // namespace zimbrat::jet::check

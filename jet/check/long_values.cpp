@@ -1,6 +1,7 @@
 #include "long_values.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 #include "row_page.h"
@@ -15,9 +16,13 @@ constexpr std::size_t kMaxPeekedRows = 1024;
 
 class ValueWalk {
  public:
-  // Without a table the walk claims nothing and ends when it has what is wanted.
+  // Without a table the walk claims nothing.
   ValueWalk(Checking& check, const TableLayout* table, std::size_t wanted)
-      : check_(check), table_(table), wanted_(wanted), isPeek_(table == nullptr) {}
+      : check_(check), table_(table), wanted_(wanted) {}
+
+  // A peek ends when it has what is wanted.
+  bool isPeek = false;
+  std::uint64_t budget = std::numeric_limits<std::uint64_t>::max();
 
   LongValue Walk(ConstBytes descriptor);
 
@@ -37,7 +42,6 @@ class ValueWalk {
   Checking& check_;
   const TableLayout* table_;
   std::size_t wanted_;
-  bool isPeek_;
   std::uint64_t seen_ = 0;
   LongValue value_;
 };
@@ -50,7 +54,8 @@ std::optional<RowView> ValueWalk::TakeRow(RowPointer pointer) {
     Fail(TextOf(u"długiej wartości nie ma: ", where));
     return std::nullopt;
   }
-  if (isPeek_) return row;
+  budget -= std::min<std::uint64_t>(budget, row->bytes.size());
+  if (!table_) return row;
   const PageOwner owner = check_.census.OwnerOf(pointer.page);
   const bool isMapped = owner.use == PageUse::LongValues && owner.table == table_->page;
   if (!isMapped && !(owner.use == PageUse::None && table_->HasMaplessValues())) {
@@ -64,14 +69,16 @@ std::optional<RowView> ValueWalk::TakeRow(RowPointer pointer) {
   return row;
 }
 
-// Every row of a chain is held once, so a loop ends at its first row.
+// Every row of a chain is held once, so a loop ends at its first row; where nothing is held, with the
+// budget.
 void ValueWalk::WalkChain(RowPointer pointer) {
   for (std::size_t rows = 0; !pointer.IsNull(); ++rows) {
-    if (isPeek_ && (rows == kMaxPeekedRows || value_.start.size() == wanted_)) return;
+    if (isPeek && (rows == kMaxPeekedRows || value_.start.size() == wanted_)) return;
     const std::optional<RowView> row = TakeRow(pointer);
     if (!row) return;
     if (row->bytes.size() < kSizeNextPointer) return Fail(u"długa wartość urywa się");
     Take(row->bytes.subspan(kSizeNextPointer));
+    if (budget == 0) return Fail(u"zbyt wiele długich wartości używa tych samych stron");
     pointer = RowPointer::FromPacked(Get32(row->bytes, 0));
     if (seen_ > value_.length) return Fail(u"długa wartość jest dłuższa, niż podaje wiersz");
   }
@@ -95,7 +102,7 @@ LongValue ValueWalk::Walk(ConstBytes descriptor) {
   } else {
     Fail(u"opis długiej wartości jest nieznanego rodzaju");
   }
-  if (!isPeek_ && seen_ != value_.length) {
+  if (!isPeek && seen_ != value_.length) {
     Fail(TextOf(u"długa wartość ma ", seen_, u" bajtów zamiast ", value_.length));
   }
   return value_;
@@ -109,7 +116,18 @@ LongValue CheckLongValue(Checking& check, const TableLayout& table, ConstBytes d
 }
 
 LongValue PeekLongValue(Checking& check, ConstBytes descriptor, std::size_t wanted) {
-  return ValueWalk(check, nullptr, wanted).Walk(descriptor);
+  ValueWalk walk(check, nullptr, wanted);
+  walk.isPeek = true;
+  return walk.Walk(descriptor);
+}
+
+LongValue RescueLongValue(Checking& check, ConstBytes descriptor, std::uint64_t& budget) {
+  const std::uint64_t most = std::uint64_t{check.pages.Count()} * kPageSize;
+  ValueWalk walk(check, nullptr, static_cast<std::size_t>(most));
+  walk.budget = budget;
+  const LongValue value = walk.Walk(descriptor);
+  budget = walk.budget;
+  return value;
 }
 
 }  // namespace zimbrat::jet::check

@@ -2,6 +2,7 @@
 // rows.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -22,5 +23,9 @@ LongValue CheckLongValue(Checking& check, const TableLayout& table, ConstBytes d
 
 // Walks only as far as wanted, claims nothing.
 LongValue PeekLongValue(Checking& check, ConstBytes descriptor, std::size_t wanted);
+
+// The whole value, or as much of it as can be found; claims nothing. `budget`: bytes that may still
+// be read for values of the file, which bounds the work on chains that cross.
+LongValue RescueLongValue(Checking& check, ConstBytes descriptor, std::uint64_t& budget);
 
 }  // namespace zimbrat::jet::check

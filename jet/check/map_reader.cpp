@@ -35,20 +35,30 @@ std::optional<RowView> TakeMapRow(Checking& check, const std::u16string& place, 
 
 class MapWalk {
  public:
-  MapWalk(Checking& check, const std::u16string& place, RowPointer map, const Visit& visit)
-      : check_(check), place_(place), map_(map), visit_(visit) {}
+  // A peek claims and reports nothing.
+  MapWalk(Checking& check, const std::u16string& place, RowPointer map, const Visit& visit,
+          bool isPeek = false)
+      : check_(check), place_(place), map_(map), visit_(visit), isPeek_(isPeek) {}
 
   void Walk(ConstBytes row);
+  bool HasFailed() const { return hasFailed_; }
 
  private:
   void WalkBits(ConstBytes bits, std::uint64_t first);
   void WalkReferences(ConstBytes row);
-  void Fault(std::u16string text) { check_.PageError(place_, map_.page, std::move(text)); }
+  void WalkReference(std::size_t i, PageNumber number);
+  void Fault(std::u16string text) { Fault(map_.page, std::move(text)); }
+  void Fault(PageNumber page, std::u16string text) {
+    hasFailed_ = true;
+    if (!isPeek_) check_.PageError(place_, page, std::move(text));
+  }
 
   Checking& check_;
   const std::u16string& place_;
   RowPointer map_;
   const Visit& visit_;
+  bool isPeek_;
+  bool hasFailed_ = false;
 };
 
 void MapWalk::WalkBits(ConstBytes bits, std::uint64_t first) {
@@ -66,15 +76,18 @@ void MapWalk::WalkReferences(ConstBytes row) {
   if (row.size() < kSizeMapRow) return Fault(TextOf(u"mapa stron ", map_.row, u" jest za krótka"));
   for (std::size_t i = 0; i < kMapReferences; ++i) {
     const PageNumber number = Get32(row, kOffsetMapPages + 4 * i);
-    if (number == 0) continue;
-    if (!check_.Claim(place_, number, {PageUse::MapBits})) continue;
-    const PageView page = check_.pages.Read(number);
-    if (Get8(*page, 0) != kPageMapBits || Get8(*page, 1) != 1) {
-      check_.PageError(place_, number, u"nie jest stroną mapy");
-      continue;
-    }
-    WalkBits(ConstBytes(*page).subspan(kOffsetMapPageBits), i * std::uint64_t{kMapPagePages});
+    if (number != 0) WalkReference(i, number);
   }
+}
+
+void MapWalk::WalkReference(std::size_t i, PageNumber number) {
+  if (!isPeek_ && !check_.Claim(place_, number, {PageUse::MapBits})) return;
+  if (!check_.pages.Has(number)) return Fault(number, u"strony mapy nie ma w pliku");
+  const PageView page = check_.pages.Read(number);
+  if (Get8(*page, 0) != kPageMapBits || Get8(*page, 1) != 1) {
+    return Fault(number, u"nie jest stroną mapy");
+  }
+  WalkBits(ConstBytes(*page).subspan(kOffsetMapPageBits), i * std::uint64_t{kMapPagePages});
 }
 
 void MapWalk::Walk(ConstBytes row) {
@@ -85,7 +98,7 @@ void MapWalk::Walk(ConstBytes row) {
     return Fault(TextOf(u"mapa stron ", map_.row, u" jest nieznanego rodzaju"));
   }
   const PageNumber first = Get32(row, kOffsetMapFirstPage);
-  if (first % 8 != 0) {
+  if (first % 8 != 0 && !isPeek_) {
     check_.report.Warning(TextOf(place_, u", strona ", map_.page),
                           TextOf(u"mapa stron ", map_.row, u" zaczyna się od strony ", first));
   }
@@ -107,6 +120,17 @@ void ReadUsageMap(Checking& check, const std::u16string& place, RowPointer map,
     saidSo = true;
   };
   MapWalk(check, place, map, inFile).Walk(row->bytes);
+}
+
+bool PeekUsageMap(Checking& check, RowPointer map, const Visit& visit) {
+  const std::optional<RowView> row = FindRow(check, map);
+  if (!row || SlotFlags(*row->page, map.row) != 0) return false;
+  const std::uint32_t owner = map.page == kGlobalMapPage ? kGlobalMapPage : 0;
+  if (Get32(*row->page, kOffsetOwner) != owner) return false;
+  const std::u16string place;
+  MapWalk walk(check, place, map, visit, true);
+  walk.Walk(row->bytes);
+  return !walk.HasFailed();
 }
 
 void ReadGlobalMaps(Checking& check, RowPointer freePages, RowPointer second) {

@@ -13,6 +13,10 @@ namespace zimbrat::jet::check {
 void ReadUsageMap(Checking& check, const std::u16string& place, RowPointer map,
                   const std::function<void(PageNumber)>& visit);
 
+// Claims and reports nothing; pages outside the file are visited too. False when the map cannot be
+// read whole.
+bool PeekUsageMap(Checking& check, RowPointer map, const std::function<void(PageNumber)>& visit);
+
 // The map of free pages, from which the census learns them, and the empty map beside it.
 void ReadGlobalMaps(Checking& check, RowPointer freePages, RowPointer second);
 

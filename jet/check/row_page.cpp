@@ -85,6 +85,56 @@ std::optional<RowView> FindRow(Checking& check, RowPointer row) {
   return RowView{std::move(page), *bytes};
 }
 
+bool HasSoundRowTable(ConstBytes page) {
+  const std::size_t slots = SlotCount(page);
+  if (slots == 0 || slots > kMaxRowSlots) return false;
+  for (std::size_t slot = 0; slot < slots; ++slot) {
+    if (!FindRowBytes(page, slot)) return false;
+  }
+  const std::size_t tableEnd = kOffsetRowTable + kSizeRowSlot * slots;
+  return Get16(page, kOffsetFreeBytes) == StartOf(page, slots - 1) - tableEnd;
+}
+
+namespace {
+
+// The slots that form the longest chain of offsets that do not rise, as those of a sound page do.
+std::vector<bool> TrustedSlots(ConstBytes page, std::size_t slots) {
+  std::vector<std::size_t> length(slots, 0), before(slots, slots);
+  std::size_t best = slots;
+  for (std::size_t i = 0; i < slots; ++i) {
+    const std::size_t start = StartOf(page, i);
+    if (start < kOffsetRowTable + kSizeRowSlot * (i + 1) || start > kPageSize) continue;
+    length[i] = 1;
+    for (std::size_t k = 0; k < i; ++k) {
+      if (length[k] == 0 || StartOf(page, k) < start || length[k] < length[i]) continue;
+      length[i] = length[k] + 1;
+      before[i] = k;
+    }
+    if (best == slots || length[i] > length[best]) best = i;
+  }
+  std::vector<bool> trusted(slots);
+  for (std::size_t i = best; i != slots; i = before[i]) trusted[i] = true;
+  return trusted;
+}
+
+}  // namespace
+
+std::vector<RowPlace> FindRowPlaces(ConstBytes page) {
+  const std::size_t slots = std::min(SlotCount(page), kMaxRowSlots);
+  const std::vector<bool> trusted =
+      HasSoundRowTable(page) ? std::vector<bool>(slots, true) : TrustedSlots(page, slots);
+  std::vector<RowPlace> places;
+  std::size_t end = kPageSize;
+  bool knowsEnd = true;
+  for (std::size_t slot = 0; slot < slots; ++slot) {
+    const std::size_t start = StartOf(page, slot);
+    places.push_back({start, end, trusted[slot] && knowsEnd});
+    knowsEnd = trusted[slot];
+    if (trusted[slot]) end = start;
+  }
+  return places;
+}
+
 bool CheckRowPage(Checking& check, const std::u16string& place, PageNumber number, ConstBytes page,
                   std::uint32_t owner) {
   if (Get8(page, 0) != kPageData) {

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "checking.h"
 
@@ -21,6 +22,19 @@ std::uint16_t SlotFlags(ConstBytes page, std::size_t slot);
 std::optional<ConstBytes> FindRowBytes(ConstBytes page, std::size_t slot);
 // The same for any pointer: nothing for pages that are outside the file or hold no rows either.
 std::optional<RowView> FindRow(Checking& check, RowPointer row);
+
+// Whether the row table and the free bytes fit together as on a sound page.
+bool HasSoundRowTable(ConstBytes page);
+
+// Where a row lies on a page whose row table may be damaged.
+struct RowPlace {
+  std::size_t start = 0;
+  std::size_t end = 0;
+  bool isKnown = false;  // else neither can be trusted
+};
+// One for each slot. Offsets that cannot stand beside the most others are taken for damaged; a row
+// whose end such an offset gave is lost with it.
+std::vector<RowPlace> FindRowPlaces(ConstBytes page);
 
 // Header, free bytes and row table. False when the rows must not be read.
 bool CheckRowPage(Checking& check, const std::u16string& place, PageNumber number, ConstBytes page,

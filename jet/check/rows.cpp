@@ -52,6 +52,7 @@ std::u16string RowParts::CheckFixedPart(const TableLayout& table) const {
 
 std::u16string RowParts::Parse(const TableLayout& table, ConstBytes row) {
   row_ = row;
+  isReadable_ = false;
   if (row.size() < kSizeCount) return u"wiersz jest za krótki";
   columns_ = Get16(row, 0);
   const std::size_t maskSize = (columns_ + 7) / 8;
@@ -62,23 +63,28 @@ std::u16string RowParts::Parse(const TableLayout& table, ConstBytes row) {
   const bool mustVary =
       std::any_of(table.columns.begin(), table.columns.end(),
                   [&](const ColumnLayout& c) { return !c.IsFixed() && Existed(c); });
-  if (table.variableColumns != 0 && ParseVariablePart(table, maskStart_)) {
+  isReadable_ = true;
+  const bool varies = table.variableColumns != 0 && ParseVariablePart(table, maskStart_);
+  if (varies) {
     std::u16string fault = CheckFixedPart(table);
     if (fault.empty() || mustVary) return fault;
-  } else if (mustVary) {
-    return u"część zmienna wiersza jest uszkodzona";
   }
   // A row from the time before the first variable column has no such part, though its values may look like one.
   variables_ = 0;
   starts_[0] = 0;
   fixedEnd_ = maskStart_;
+  if (mustVary) return u"część zmienna wiersza jest uszkodzona";
   return CheckFixedPart(table);
 }
 
 std::optional<ConstBytes> RowParts::Field(const ColumnLayout& column) const {
   if (!HasBit(column.id)) return std::nullopt;
   if (column.IsBoolean()) return ConstBytes{};
-  if (column.IsFixed()) return row_.subspan(kSizeCount + column.fixedOffset, column.length);
+  if (column.IsFixed()) {
+    const std::size_t start = kSizeCount + column.fixedOffset;
+    if (start + column.length > fixedEnd_) return std::nullopt;
+    return row_.subspan(start, column.length);
+  }
   if (column.variableIndex >= variables_) return std::nullopt;
   const std::size_t start = starts_[column.variableIndex];
   return row_.subspan(start, starts_[column.variableIndex + std::size_t{1}] - start);

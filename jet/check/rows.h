@@ -15,19 +15,23 @@ namespace zimbrat::jet::check {
 // One row taken apart.
 class RowParts {
  public:
-  // Nothing wrong: empty text.
+  // Nothing wrong: empty text. After a fault some fields may be readable all the same.
   std::u16string Parse(const TableLayout& table, ConstBytes row);
+  bool IsReadable() const { return isReadable_; }
 
-  // The stored bytes of a column; nothing when it is null. Of a Boolean: present means true.
+  // Whether the row says that the column has a value.
+  bool HasBit(std::uint16_t id) const;
+  // The stored bytes of a column; nothing when it is null or not to be found. Of a Boolean: present
+  // means true.
   std::optional<ConstBytes> Field(const ColumnLayout& column) const;
 
  private:
   bool ParseVariablePart(const TableLayout& table, std::size_t end);
   std::u16string CheckFixedPart(const TableLayout& table) const;
   bool Existed(const ColumnLayout& column) const { return column.id < columns_; }
-  bool HasBit(std::uint16_t id) const;
 
   ConstBytes row_;
+  bool isReadable_ = false;
   std::size_t columns_ = 0;  // that the table had when the row was written
   std::size_t maskStart_ = 0;
   std::size_t fixedEnd_ = 0;

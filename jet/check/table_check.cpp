@@ -9,11 +9,6 @@ namespace zimbrat::jet::check {
 
 namespace {
 
-// Real files have wrong counts of rows here.
-bool HasReliableRowCount(PageNumber table) {
-  return table != kAcesPage && table != kQueriesPage;
-}
-
 std::u16string PlaceOfIndex(const TableLayout& table, const IndexLayout& index) {
   return TextOf(table.place, u", indeks „", index.name, u"”");
 }
@@ -132,7 +127,7 @@ void TableCheck::CheckHiddenRows() {
 }
 
 void TableCheck::CheckRowCount() {
-  if (rows_ == table_.rows || !HasReliableRowCount(table_.page)) return;
+  if (rows_ == table_.rows || !table_.HasReliableRowCount()) return;
   check_.PageError(table_.place, table_.page,
                    TextOf(u"definicja podaje ", table_.rows, u" wierszy, a jest ich ", rows_));
 }

@@ -51,7 +51,7 @@ constexpr NumberText kTexts[] = {
      u"Aparat bazy danych nie może otworzyć pliku „%1”. Jest otwarty w trybie wyłączności lub brak "
      u"uprawnień."},
     {kErrInvalidFileName, u"Nieprawidłowa nazwa pliku."},
-    {kErrCannotRepair, u"Nie można naprawić tej bazy danych."},
+    {kErrCannotRepair, u"Nie można naprawić tej bazy danych%1."},
     {kErrNullInIndex, u"Indeks lub klucz podstawowy „%2” tabeli „%1” nie może zawierać wartości Null."},
     {kErrTooFewParameters, u"Zbyt mało parametrów. Oczekiwano %1."},
     {kErrDuplicateDestination, u"Zduplikowane miejsce docelowe „%1”."},

@@ -77,17 +77,30 @@ FileHeader DecodeHeader(ConstBytes page, std::u16string_view path) {
   return header;
 }
 
+namespace {
+
+// What is the same in every file. The header must be unmasked.
+void PutFixedFields(Bytes page) {
+  Put32(page, kOffsetGlobalMap, kGlobalMapPage << 8);
+  Put32(page, kOffsetSecondMap, kGlobalMapPage << 8 | 1);
+  for (std::uint32_t i = 0; i < 4; ++i) {
+    Put32(page, kOffsetSystemTables + 4 * i, kObjectsPage + i);
+  }
+  Put32(page, kOffsetFormatMark, 0x654);
+  Put8(page, kOffsetFormatMark + 4, '4');
+  Put8(page, kOffsetFormatMark + 5, '.');
+  Put8(page, kOffsetFormatMark + 6, '0');
+}
+
+}  // namespace
+
 void BuildHeader(Bytes page, const HeaderOrigin& origin, std::uint32_t encodingKey) {
   std::fill(page.begin(), page.end(), std::byte{0});
   Put32(page, 0, 0x100);
   std::transform(kJetSignature.begin(), kJetSignature.end(), page.begin() + kOffsetSignature,
                  [](char c) { return static_cast<std::byte>(c); });
   Put32(page, kOffsetEngineVersion, 1);
-  Put32(page, kOffsetGlobalMap, kGlobalMapPage << 8);
-  Put32(page, kOffsetSecondMap, kGlobalMapPage << 8 | 1);
-  for (std::uint32_t i = 0; i < 4; ++i) {
-    Put32(page, kOffsetSystemTables + 4 * i, kObjectsPage + i);
-  }
+  PutFixedFields(page);
   Put16(page, kOffsetCodePage, origin.codePage);
   Put32(page, kOffsetEncodingKey, encodingKey);
   Put32(page, kOffsetEngineBuild, origin.engineBuild);
@@ -97,13 +110,16 @@ void BuildHeader(Bytes page, const HeaderOrigin& origin, std::uint32_t encodingK
   }
   TogglePasswordMask(page);
   ToggleHeaderMask(page);
-  Put32(page, kOffsetFormatMark, 0x654);
-  Put8(page, kOffsetFormatMark + 4, '4');
-  Put8(page, kOffsetFormatMark + 5, '.');
-  Put8(page, kOffsetFormatMark + 6, '0');
   for (std::size_t i = 0; i < 256; ++i) {
     Put16(page, kOffsetCommitBytes + 2 * i, i == 0 ? 0x0101 : 0x0100);
   }
+}
+
+void RenewHeader(Bytes page, std::uint32_t encodingKey) {
+  ToggleHeaderMask(page);
+  PutFixedFields(page);
+  Put32(page, kOffsetEncodingKey, encodingKey);
+  ToggleHeaderMask(page);
 }
 
 void WritePassword(Bytes page, std::u16string_view password) {

@@ -50,6 +50,10 @@ FileHeader DecodeHeader(ConstBytes page, std::u16string_view path);
 
 void BuildHeader(Bytes page, const HeaderOrigin& origin, std::uint32_t encodingKey);
 
+// Page 0 of another file, for a new one that is to keep its password, sort order and creation time:
+// the fixed fields as they must be, and another encoding key.
+void RenewHeader(Bytes page, std::uint32_t encodingKey);
+
 // Masks or unmasks the masked area of page 0.
 void ToggleHeaderMask(Bytes page);
 

@@ -156,9 +156,10 @@ std::vector<std::byte> LoadLongValue(const Storage& storage, ConstBytes bytes) {
   return value;
 }
 
-std::vector<std::byte> StoreLongValue(const Storage& storage, const LongValueMaps& maps, ConstBytes value) {
+std::vector<std::byte> StoreLongValue(const Storage& storage, const LongValueMaps& maps, ConstBytes value,
+                                      std::size_t maxInline) {
   if (value.size() > kLongValueLengthMask) Raise(platform::kErrRecordTooLarge);
-  if (value.size() <= kMaxInlineLongValue) {
+  if (value.size() <= maxInline || value.empty()) {
     std::vector<std::byte> bytes = EncodeDescriptor(value.size(), kLongValueInline, {});
     bytes.insert(bytes.end(), value.begin(), value.end());
     return bytes;

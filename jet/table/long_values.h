@@ -18,7 +18,8 @@ namespace zimbrat::jet {
 // Error 3049 for a descriptor or chain that leads nowhere.
 std::vector<std::byte> LoadLongValue(const Storage& storage, ConstBytes descriptor);
 // The descriptor (with the bytes, when inline) to be put into the row.
-std::vector<std::byte> StoreLongValue(const Storage& storage, const LongValueMaps& maps, ConstBytes value);
+std::vector<std::byte> StoreLongValue(const Storage& storage, const LongValueMaps& maps, ConstBytes value,
+                                      std::size_t maxInline = kMaxInlineLongValue);
 // Gives back the rows and the pages that become empty.
 void FreeLongValue(const Storage& storage, const LongValueMaps& maps, ConstBytes descriptor);
 

@@ -94,7 +94,7 @@ FieldBytes EncodeDecimal(const dao::Decimal& value) {
 dao::Decimal DecodeDecimal(const Column& column, const FieldBytes& field) {
   if (field.bytes.size() < kSizeDecimal) RaiseBadRow();
   dao::Decimal value;
-  value.negative = Get8(field.bytes, 0) != 0;
+  value.negative = (Get8(field.bytes, 0) & 0x80) != 0;
   for (std::size_t i = 0; i < 4; ++i) value.magnitude[i] = Get32(field.bytes, 1 + 4 * i);
   value.scale = column.DecimalScale();
   return value;

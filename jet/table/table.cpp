@@ -321,12 +321,20 @@ void Table::NoteCounter(std::int32_t value) {
 }
 
 void Table::FillIndex(std::size_t realIndex) {
+  const IndexConflicts conflicts = FillIndexAsItIs(realIndex);
+  const RealIndex& index = definition_.realIndexes[realIndex];
+  if (conflicts.nulls && index.IsRequired()) Raise(platform::kErrNullInIndex, name_, IndexName(realIndex));
+  if (conflicts.duplicates && index.IsUnique()) RaiseDuplicate(realIndex);
+}
+
+IndexConflicts Table::FillIndexAsItIs(std::size_t realIndex) {
   const RealIndex index = Definition().realIndexes[realIndex];
+  IndexConflicts conflicts;
   Sorter sorter(storage_.pager);
   std::vector<std::byte> entry;
   for (RowScan scan(*this); scan.Next();) {
     const std::size_t nulls = CountNulls(index, scan.Fields());
-    if (nulls != 0 && index.IsRequired()) Raise(platform::kErrNullInIndex, name_, IndexName(realIndex));
+    conflicts.nulls = conflicts.nulls || nulls != 0;
     const std::optional<std::vector<std::byte>> key = KeyOf(realIndex, scan.Fields());
     if (!key) continue;
     entry.assign(key->begin(), key->end());
@@ -335,19 +343,22 @@ void Table::FillIndex(std::size_t realIndex) {
     // A row of nulls may repeat even in a unique index.
     sorter.Add(entry, kMayRepeat.first(nulls == index.columns.size() ? 1 : 0));
   }
-  BuildFrom(sorter, realIndex);
+  conflicts.duplicates = BuildFrom(sorter, realIndex);
+  return conflicts;
 }
 
-void Table::BuildFrom(Sorter& sorter, std::size_t realIndex) {
+// Whether keys repeat that must not in a unique index.
+bool Table::BuildFrom(Sorter& sorter, std::size_t realIndex) {
   RealIndex& index = definition_.realIndexes[realIndex];
   std::vector<std::byte> previous;
+  bool hasDuplicates = false;
   index.differentKeys = 0;
   Tree(realIndex).Build([&]() -> std::optional<IndexEntry> {
     if (!sorter.Next()) return std::nullopt;
     const ConstBytes key = sorter.Key().first(sorter.Key().size() - kSizePointer);
     const bool isFirst = index.differentKeys == 0;
     const bool repeats = !isFirst && std::equal(key.begin(), key.end(), previous.begin(), previous.end());
-    if (repeats && index.IsUnique() && sorter.Payload().empty()) RaiseDuplicate(realIndex);
+    hasDuplicates = hasDuplicates || (repeats && sorter.Payload().empty());
     if (!repeats) ++index.differentKeys;
     previous.assign(key.begin(), key.end());
     return IndexEntry{key, RowPointer::FromPacked(GetBig32(sorter.Key(), key.size()))};
@@ -355,6 +366,7 @@ void Table::BuildFrom(Sorter& sorter, std::size_t realIndex) {
   index.entriesAtBuild = static_cast<std::uint32_t>(sorter.Count());
   PutHeadNumber(kSizeDefinitionHead + kSizeIndexCounts * realIndex, index.entriesAtBuild);
   PutDifferentKeys(realIndex);
+  return hasDuplicates;
 }
 
 bool RowScan::NextPage() {

@@ -27,6 +27,12 @@ struct PreparedRow {
   std::vector<Key> keys;
 };
 
+// What the rows of an index have, whether it allows them or not.
+struct IndexConflicts {
+  bool nulls = false;
+  bool duplicates = false;  // those of rows that are null in all columns do not count
+};
+
 class Table {
  public:
   Table(Storage storage, PageNumber page, std::u16string name);
@@ -66,6 +72,8 @@ class Table {
 
   // Every row into an index that has none yet. Error 3022 or 3058.
   void FillIndex(std::size_t realIndex);
+  // The same, whatever the index asks for.
+  IndexConflicts FillIndexAsItIs(std::size_t realIndex);
 
  private:
   friend class RowScan;
@@ -88,7 +96,7 @@ class Table {
   void AddKey(std::size_t realIndex, ConstBytes key, RowPointer home);
   void RaiseDuplicate(std::size_t realIndex);
   const std::u16string& IndexName(std::size_t realIndex);
-  void BuildFrom(Sorter& sorter, std::size_t realIndex);
+  bool BuildFrom(Sorter& sorter, std::size_t realIndex);
 
   Storage storage_;
   PageNumber page_;

@@ -109,12 +109,7 @@ std::size_t TableDesign::AddColumn(const ColumnSpec& spec) {
     ++definition.variableColumns;
   }
   definition.columns.push_back(column);
-  if (column.IsLongValue()) {
-    // Both rows first: AddMap looks for room on the pages that the definition names.
-    const RowPointer owned = AddMap();
-    definition.longValueMaps.push_back({column.id, owned, owned});
-    definition.longValueMaps.back().free = AddMap();
-  }
+  if (column.IsLongValue()) AddLongValueMaps(column.id);
   return definition.columns.size() - 1;
 }
 
@@ -129,6 +124,13 @@ void TableDesign::RemoveColumn(std::size_t position) {
     definition.longValueMaps.erase(maps);
   }
   definition.columns.erase(definition.columns.begin() + static_cast<std::ptrdiff_t>(position));
+}
+
+void TableDesign::AddLongValueMaps(std::uint16_t columnId) {
+  // Both rows first: AddMap looks for room on the pages that the definition names.
+  const RowPointer owned = AddMap();
+  definition.longValueMaps.push_back({columnId, owned, owned});
+  definition.longValueMaps.back().free = AddMap();
 }
 
 std::uint32_t TableDesign::AddRealIndex(const std::vector<IndexColumn>& columns, std::uint8_t flags) {
@@ -166,8 +168,7 @@ void TableDesign::RemoveLogicalIndex(std::uint32_t number) {
   }
 }
 
-PageNumber CreateTable(const Storage& storage, const std::vector<ColumnSpec>& columns,
-                       const std::vector<IndexSpec>& indexes, std::uint8_t tableType) {
+PageNumber CreateEmptyTable(const Storage& storage, std::uint8_t tableType) {
   const PageNumber page = storage.allocator.Take();
   TableDefinition empty;
   empty.tableType = tableType;
@@ -177,6 +178,14 @@ PageNumber CreateTable(const Storage& storage, const std::vector<ColumnSpec>& co
   InitDataPage(storage.pager.GetZeroed(mapPage).Change(), 0);
   design.definition.ownedMap = AppendMapRow(storage, mapPage);
   design.definition.freeMap = AppendMapRow(storage, mapPage);
+  design.Write();
+  return page;
+}
+
+PageNumber CreateTable(const Storage& storage, const std::vector<ColumnSpec>& columns,
+                       const std::vector<IndexSpec>& indexes, std::uint8_t tableType) {
+  const PageNumber page = CreateEmptyTable(storage, tableType);
+  TableDesign design(storage, page);
   for (const ColumnSpec& spec : columns) design.AddColumn(spec);
   for (const IndexSpec& spec : indexes) {
     LogicalIndex logical;

@@ -33,6 +33,9 @@ struct IndexSpec {
 PageNumber CreateTable(const Storage& storage, const std::vector<ColumnSpec>& columns,
                        const std::vector<IndexSpec>& indexes, std::uint8_t tableType = kTableUser);
 
+// A table without columns, to be designed further.
+PageNumber CreateEmptyTable(const Storage& storage, std::uint8_t tableType);
+
 // One change of a definition: load, change, write.
 class TableDesign {
  public:
@@ -45,6 +48,8 @@ class TableDesign {
   std::size_t AddColumn(const ColumnSpec& spec);
   // Rows keep its bytes, which nobody reads any more; its long values are given back.
   void RemoveColumn(std::size_t position);
+  // What a new long-value column needs.
+  void AddLongValueMaps(std::uint16_t columnId);
   // A new, empty tree. Returns its position.
   std::uint32_t AddRealIndex(const std::vector<IndexColumn>& columns, std::uint8_t flags);
   // A number that no logical index of the table has.

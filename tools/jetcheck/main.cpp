@@ -1,119 +1,101 @@
-// jetcheck: verifies database files, a line for each fault.
+// jetcheck: verifies database files, and repairs them when asked to.
 #include <algorithm>
 #include <string>
 #include <vector>
 
-#include "jet/check/check.h"
+#include "options.h"
+#include "output.h"
+#include "platform/json.h"
 #include "platform/run_time_error.h"
 #include "platform/system.h"
-#include "platform/text.h"
 
 namespace {
 
-using zimbrat::jet::CheckFile;
-using zimbrat::jet::CheckOptions;
-using zimbrat::jet::Fault;
-using zimbrat::jet::HasErrors;
-using zimbrat::jet::KeyCounts;
-using zimbrat::platform::DecimalText;
+using namespace zimbrat;
+using jetcheck::FileResult;
 
 enum Status { kSound = 0, kFaults = 1, kCannotOpen = 2 };
 
-constexpr const char16_t* kHelp =
-    u"Użycie: jetcheck [--klucze] [--nieuzywane] PLIK...\n"
-    u"\n"
-    u"Sprawdza każdą stronę, mapę, definicję, wiersz i wpis indeksu baz danych Jet 4 (.mdb).\n"
-    u"Pliki nie są zmieniane. Każdy błąd to jeden wiersz: plik, miejsce, opis; ostrzeżenia\n"
-    u"zaczynają się od „uwaga”.\n"
-    u"\n"
-    u"  --klucze      na koniec: ile kluczy indeksów odtworzono z wierszy bajt w bajt, według "
-    u"typu\n"
-    u"  --nieuzywane  ostrzega też o stronach, mapach i długich wartościach, których nic nie "
-    u"używa\n"
-    u"  --help, --pomoc\n"
-    u"\n"
-    u"Stan wyjścia: 0 pliki bez błędów, 1 są błędy, 2 pliku nie da się otworzyć albo złe użycie.\n";
-
 class JetCheck {
  public:
-  explicit JetCheck(zimbrat::platform::System& system) : system_(system) {}
+  JetCheck(platform::System& system, const jetcheck::Options& options)
+      : system_(system), options_(options) {}
 
   int Run();
 
  private:
-  Status CheckOne(const std::u16string& path);
-  void WriteKeys();
+  FileResult Handle(const std::u16string& path);
+  void Check(FileResult& result);
+  void Repair(FileResult& result);
+  void Write(const FileResult& result);
 
-  zimbrat::platform::System& system_;
-  KeyCounts keys_;
-  bool wantsKeys_ = false;
-  bool wantsUnused_ = false;
+  platform::System& system_;
+  const jetcheck::Options& options_;
+  jet::KeyCounts keys_;
 };
 
-Status JetCheck::CheckOne(const std::u16string& path) {
-  try {
-    CheckOptions options;
-    if (wantsKeys_) options.keyCounts = &keys_;
-    options.reportUnused = wantsUnused_;
-    const std::vector<Fault> faults = CheckFile(*system_.files, path, options);
-    for (const Fault& fault : faults) {
-      system_.console->WriteOutput(path + (fault.isError ? u": " : u": uwaga: ") + fault.place +
-                                   u": " + fault.text + u"\n");
-    }
-    return HasErrors(faults) ? kFaults : kSound;
-  } catch (const std::exception&) {
-    const auto error = zimbrat::platform::CurrentRunTimeError();
-    system_.console->WriteError(path + u": " + error.Description() + u"\n");
-    return kCannotOpen;
-  }
+void JetCheck::Check(FileResult& result) {
+  jet::CheckOptions options;
+  if (options_.wantsKeys) options.keyCounts = &keys_;
+  options.reportUnused = options_.wantsUnused;
+  result.faults = jet::CheckFile(*system_.files, result.path, options);
+  result.status = jet::HasErrors(result.faults) ? kFaults : kSound;
 }
 
-void JetCheck::WriteKeys() {
-  constexpr const char16_t* kTypes[] = {u"?",        u"Boolean", u"Byte",   u"Integer", u"Long",
-                                        u"Currency", u"Single",  u"Double", u"Date",    u"Binary",
-                                        u"Text",     u"OLE",     u"Memo",   u"?",       u"?",
-                                        u"GUID",     u"Decimal"};
-  for (const auto& [kind, count] : keys_) {
-    const auto& [type, isAscending] = kind;
-    system_.console->WriteOutput(std::u16string(kTypes[std::clamp<int>(type, 0, 16)]) +
-                                 (isAscending ? u" rosnąco: " : u" malejąco: ") +
-                                 DecimalText(static_cast<long long>(count.equal)) + u" z " +
-                                 DecimalText(static_cast<long long>(count.keys)) + u"\n");
+void JetCheck::Repair(FileResult& result) {
+  result.repair = jet::RepairDatabaseFile(*system_.files, *system_.clock, result.path);
+  result.faults = result.repair->found;
+  result.status = result.repair->IsAnythingLost() ? kFaults : kSound;
+}
+
+FileResult JetCheck::Handle(const std::u16string& path) {
+  FileResult result;
+  result.path = path;
+  try {
+    options_.wantsRepair ? Repair(result) : Check(result);
+  } catch (const std::exception&) {
+    result.failure = platform::CurrentRunTimeError().Description();
+    result.status = kCannotOpen;
   }
+  return result;
+}
+
+void JetCheck::Write(const FileResult& result) {
+  system_.console->WriteOutput(jetcheck::LinesOf(result));
+  if (!result.failure.empty())
+    system_.console->WriteError(result.path + u": " + result.failure + u"\n");
 }
 
 int JetCheck::Run() {
-  std::vector<std::u16string> paths;
-  for (const std::u16string& word : system_.console->Arguments()) {
-    if (word == u"--help" || word == u"--pomoc") {
-      system_.console->WriteOutput(kHelp);
-      return kSound;
-    }
-    if (word == u"--klucze") {
-      wantsKeys_ = true;
-    } else if (word == u"--nieuzywane") {
-      wantsUnused_ = true;
-    } else {
-      paths.push_back(word);
-    }
+  int worst = kSound;
+  const auto handle = [&](const std::u16string& path) {
+    FileResult result = Handle(path);
+    worst = std::max(worst, result.status);
+    return result;
+  };
+  if (options_.wantsJson) {
+    system_.console->WriteOutput(platform::JsonArray(options_.paths, [&](const std::u16string& path) {
+                                   return jetcheck::JsonOf(handle(path));
+                                 }) + u"\n");
+    return worst;
   }
-  const bool isMisused =
-      paths.empty() || std::any_of(paths.begin(), paths.end(), [](const std::u16string& path) {
-        return path.starts_with(u"--");
-      });
-  if (isMisused) {
-    system_.console->WriteError(kHelp);
-    return kCannotOpen;
-  }
-  Status worst = kSound;
-  for (const std::u16string& path : paths) worst = std::max(worst, CheckOne(path));
-  WriteKeys();
+  for (const std::u16string& path : options_.paths) Write(handle(path));
+  system_.console->WriteOutput(jetcheck::LinesOf(keys_));
   return worst;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  zimbrat::platform::System system = zimbrat::platform::MakeSystem(argc, argv);
-  return JetCheck(system).Run();
+  platform::System system = platform::MakeSystem(argc, argv);
+  const jetcheck::Options options = jetcheck::ReadOptions(system.console->Arguments());
+  if (options.wantsHelp) {
+    system.console->WriteOutput(jetcheck::kHelp);
+    return kSound;
+  }
+  if (options.isMisused) {
+    system.console->WriteError(jetcheck::kHelp);
+    return kCannotOpen;
+  }
+  return JetCheck(system, options).Run();
 }

@@ -1,0 +1,93 @@
+#include "page_survey.h"
+
+#include <algorithm>
+
+#include "map_reader.h"
+#include "row_page.h"
+
+namespace zimbrat::jet::check {
+
+PageSurvey::PageSurvey(Checking& check) : check_(check), free_(check.pages.Count()) {
+  ReadFreePages();
+  ReadPages();
+}
+
+// A map that calls the fixed pages free, or pages beyond the file's end used, is not believed.
+void PageSurvey::ReadFreePages() {
+  const PageNumber count = check_.pages.Count();
+  bool knowsEnd = count >= kMapInlinePages;
+  const bool isReadable = PeekUsageMap(check_, {kGlobalMapPage, 0}, [&](PageNumber page) {
+    if (page < count) free_[page] = true;
+    knowsEnd = knowsEnd || page >= count;
+  });
+  hasFreePages_ = isReadable && knowsEnd;
+  for (PageNumber page = 0; page < std::min(count, kRelationshipsPage + 1); ++page) {
+    hasFreePages_ = hasFreePages_ && !free_[page];
+  }
+}
+
+void PageSurvey::ReadPages() {
+  for (PageNumber number = 1; number < check_.pages.Count(); ++number) {
+    const PageView page = check_.pages.Read(number);
+    const std::uint8_t type = Get8(*page, 0);
+    const PageNumber owner = Get32(*page, kOffsetOwner);
+    if (type == kPageData && owner >= kObjectsPage && owner < kMaxPages) {
+      named_.emplace_back(owner, number);
+    } else if (type == kPageDefinition && !IsFree(number) &&
+               Get32(*page, kOffsetDefinitionMark) == kDefinitionMark) {
+      definitions_.push_back(number);
+    }
+  }
+  std::sort(named_.begin(), named_.end());
+}
+
+std::vector<PageNumber> PageSurvey::PagesNaming(PageNumber table) const {
+  const auto first = std::lower_bound(named_.begin(), named_.end(), Named(table, 0));
+  const auto last = std::lower_bound(first, named_.end(), Named(table + 1, 0));
+  std::vector<PageNumber> pages;
+  std::transform(first, last, std::back_inserter(pages), [](const Named& n) { return n.second; });
+  return pages;
+}
+
+std::vector<PageNumber> PageSurvey::PagesInUseNaming(PageNumber table) const {
+  std::vector<PageNumber> pages = PagesNaming(table);
+  std::erase_if(pages, [&](PageNumber page) { return IsFree(page); });
+  return pages;
+}
+
+bool PageSurvey::IsDefinition(PageNumber page) const {
+  return std::binary_search(definitions_.begin(), definitions_.end(), page);
+}
+
+// Either its type or its owner is right, and no other table claims it.
+bool PageSurvey::IsDamagedPageOf(PageNumber page, PageNumber table) const {
+  const PageView view = check_.pages.Read(page);
+  const PageNumber owner = Get32(*view, kOffsetOwner);
+  if (Get8(*view, 0) != kPageData) return owner == table && HasSoundRowTable(*view);
+  return owner > kGlobalMapPage && owner != kOwnerLongValues && !IsDefinition(owner);
+}
+
+RowPages PageSurvey::PagesOf(const TableLayout& table) const {
+  RowPages result;
+  std::vector<PageNumber> listed;
+  const bool isMapped = PeekUsageMap(check_, table.ownedMap, [&](PageNumber page) {
+    if (check_.pages.Has(page)) listed.push_back(page);
+    result.areUncertain = result.areUncertain || !check_.pages.Has(page);
+  });
+  if (!isMapped) listed.clear();
+  result.areUncertain = result.areUncertain || !isMapped;
+  const std::vector<PageNumber> naming = PagesNaming(table.page);
+  for (const PageNumber page : naming) {
+    const bool isInUse = hasFreePages_ ? !free_[page] : !isMapped;
+    if (isInUse || std::ranges::binary_search(listed, page)) result.pages.push_back(page);
+  }
+  for (const PageNumber page : listed) {
+    if (std::ranges::binary_search(naming, page)) continue;
+    result.areUncertain = true;
+    if (page != 0 && IsDamagedPageOf(page, table.page)) result.pages.push_back(page);
+  }
+  std::sort(result.pages.begin(), result.pages.end());
+  return result;
+}
+
+}  // namespace zimbrat::jet::check

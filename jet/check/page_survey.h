@@ -1,0 +1,50 @@
+// One look at every page of a file that may be damaged: which pages hold rows, and of which table, and
+// where definitions begin. What a page says of itself counts first, because the maps may be damaged
+// too.
+#pragma once
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "checking.h"
+#include "jet/check/table_layout.h"
+
+namespace zimbrat::jet::check {
+
+struct RowPages {
+  std::vector<PageNumber> pages;  // ascending
+  // The table's map is unreadable, or lists pages that hold no rows of it: rows may be missing.
+  bool areUncertain = false;
+};
+
+class PageSurvey {
+ public:
+  explicit PageSurvey(Checking& check);
+
+  // The pages with rows of a table: those that name it, without what the map of free pages knows as
+  // free, and those that its own map lists although their header is damaged.
+  RowPages PagesOf(const TableLayout& table) const;
+  // Pages that name a table and are not free, for a table whose map nobody knows.
+  std::vector<PageNumber> PagesInUseNaming(PageNumber table) const;
+  // First pages of definitions that are not free, ascending.
+  const std::vector<PageNumber>& Definitions() const { return definitions_; }
+
+ private:
+  using Named = std::pair<PageNumber, PageNumber>;  // table and page
+
+  void ReadFreePages();
+  void ReadPages();
+  std::vector<PageNumber> PagesNaming(PageNumber table) const;
+  bool IsFree(PageNumber page) const { return hasFreePages_ && free_[page]; }
+  bool IsDamagedPageOf(PageNumber page, PageNumber table) const;
+  bool IsDefinition(PageNumber page) const;
+
+  Checking& check_;
+  bool hasFreePages_ = false;  // the map of free pages can be believed
+  std::vector<bool> free_;
+  std::vector<Named> named_;  // sorted
+  std::vector<PageNumber> definitions_;
+};
+
+}  // namespace zimbrat::jet::check

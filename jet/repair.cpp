@@ -1,0 +1,156 @@
+#include "jet/repair.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "connection.h"
+#include "rebuild.h"
+#include "jet/catalog/new_database.h"
+#include "jet/file/errors.h"
+
+namespace zimbrat::jet {
+
+namespace {
+
+using platform::OpenMode;
+using platform::Sharing;
+
+// The new file under its working name; removed unless it was put in place.
+class WorkingFile {
+ public:
+  // Error 70 while another process has the name. What an ended one left is removed.
+  WorkingFile(platform::Files& files, const std::u16string& target)
+      : files_(files), path_(target + std::u16string(kRepairSuffix)), hold_(files.TryHold(path_)) {
+    if (!hold_) Raise(platform::kErrFileInUse, target);
+    if (files_.State(path_)) files_.Delete(path_);
+  }
+  ~WorkingFile() {
+    try {
+      if (!isInPlace_ && files_.State(path_)) files_.Delete(path_);
+    } catch (const std::exception&) {
+      // The next repair of the file removes it.
+    }
+  }
+  WorkingFile(const WorkingFile&) = delete;
+  WorkingFile& operator=(const WorkingFile&) = delete;
+
+  const std::u16string& Path() const { return path_; }
+  void PutInPlaceOf(const std::u16string& target) {
+    files_.CopyAttributes(target, path_);
+    files_.Replace(path_, target);
+    isInPlace_ = true;
+  }
+
+ private:
+  platform::Files& files_;
+  std::u16string path_;
+  std::unique_ptr<platform::Hold> hold_;
+  bool isInPlace_ = false;
+};
+
+class Repair {
+ public:
+  Repair(platform::Files& files, platform::Clock& clock, std::u16string path,
+         const std::function<void()>& pulse)
+      : files_(files),
+        clock_(clock),
+        pulse_(pulse),
+        path_(std::move(path)),
+        standard_(StandardSystemDefinitions()) {}
+
+  RepairReport Run();
+
+ private:
+  RebuildResult Write(platform::File& source, const std::u16string& workingPath);
+  std::unique_ptr<DatabaseFile> Create(ConstBytes header, const std::u16string& workingPath);
+  void Verify(const std::u16string& workingPath, const RebuildResult& expected);
+
+  platform::Files& files_;
+  platform::Clock& clock_;
+  const std::function<void()>& pulse_;
+  std::u16string path_;
+  check::StandardDefinitions standard_;
+};
+
+// Page 0 is the former one: password, sort order, creation time and what depends on it.
+std::unique_ptr<DatabaseFile> Repair::Create(ConstBytes header, const std::u16string& workingPath) {
+  const FileHeader former = DecodeHeader(header, path_);
+  if (!former.HasGeneralOrder()) {
+    Raise(platform::kErrCannotRepair,
+          u": jej porządek sortowania jest inny niż ogólny, a indeksów tekstowych w takim porządku nie "
+          u"da się odbudować");
+  }
+  std::uint32_t key = 0;
+  while (former.encodingKey != 0 && key == 0) key = clock_.Random();
+  std::array<std::byte, kPageSize> page;
+  std::copy(header.begin(), header.end(), page.begin());
+  RenewHeader(page, key);
+  auto file = files_.Open(workingPath, OpenMode::CreateNew, Sharing::None);
+  file->WriteAt(0, page);
+  auto database = std::make_unique<DatabaseFile>(files_, clock_, std::move(file), workingPath,
+                                                 DecodeHeader(page, path_), false);
+  database->Pages().pulse = pulse_;
+  BuildEmptySystemTables(database->GetStorage());
+  return database;
+}
+
+RebuildResult Repair::Write(platform::File& source, const std::u16string& workingPath) {
+  check::Rescue rescue(source, path_, standard_, pulse_);
+  const std::unique_ptr<DatabaseFile> database = Create(rescue.Header(), workingPath);
+  RebuildResult result = RebuildDatabase(rescue, *database);
+  database->Pages().Flush();
+  return result;
+}
+
+// By the checker, which shares nothing with the engine that wrote the file; and every row that was meant
+// to be there is.
+void Repair::Verify(const std::u16string& workingPath, const RebuildResult& expected) {
+  const auto file = files_.Open(workingPath, OpenMode::ReadWrite, Sharing::None);
+  CheckOptions options;
+  options.pulse = pulse_;
+  const std::vector<Fault> faults = CheckFile(*file, workingPath, options);
+  const auto error = std::ranges::find_if(faults, &Fault::isError);
+  if (error != faults.end()) {
+    Raise(platform::kErrCannotRepair, u": nowy plik ma błąd: " + error->place + u": " + error->text);
+  }
+  check::Rescue written(*file, workingPath, standard_, pulse_);
+  for (const auto& [page, rows] : expected.rows) {
+    const std::optional<check::RescuedTable> table = written.ReadTable(page);
+    const bool isWhole =
+        table && written.ReadRows(table->layout, [](const auto&) {}).saved == rows;
+    if (!isWhole) Raise(platform::kErrCannotRepair, u": w nowym pliku brakuje wierszy");
+  }
+  file->Flush();
+}
+
+RepairReport Repair::Run() {
+  std::unique_ptr<platform::File> source = OpenUnused(files_, path_, false);
+  WorkingFile working(files_, path_);
+  CheckOptions options;
+  options.pulse = pulse_;
+  RepairReport report;
+  report.found = CheckFile(*source, path_, options);
+  RebuildResult result = Write(*source, working.Path());
+  Verify(working.Path(), result);
+  source.reset();
+  working.PutInPlaceOf(path_);
+  report.tables = std::move(result.tables);
+  return report;
+}
+
+}  // namespace
+
+bool RepairReport::IsAnythingLost() const {
+  return std::ranges::any_of(tables, &RepairedTable::IsHarmed);
+}
+
+RepairReport RepairDatabaseFile(platform::Files& files, platform::Clock& clock,
+                                std::u16string_view path, const std::function<void()>& pulse) {
+  return Member(kSourceEngine, [&] {
+    // Behind a link it is the file itself that is replaced.
+    return Repair(files, clock, files.RealPath(path), pulse).Run();
+  });
+}
+
+}  // namespace zimbrat::jet
