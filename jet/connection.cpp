@@ -15,7 +15,9 @@ Connection::Connection(std::unique_ptr<DatabaseFile> file, std::u16string name, 
     : file_(std::move(file)),
       queries_(std::make_unique<QueryRunner>(*file_)),
       name_(std::move(name)),
-      exclusive_(exclusive) {}
+      exclusive_(exclusive) {
+  queries_->requireUnused = [this](PageNumber table) { RequireUnused(table); };
+}
 
 Connection::~Connection() {
   try {

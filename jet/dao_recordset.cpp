@@ -1,6 +1,7 @@
 #include "dao_recordset.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 #include "refusing_field.h"
@@ -21,7 +22,7 @@ class RowSet {
  public:
   RowSet(ConnectionPtr connection, QueryResult result, bool readOnly)
       : connection_(std::move(connection)), result_(std::move(result)), readOnly_(readOnly) {
-    connection_->RowsOpened(result_.table->Page());
+    for (const PageNumber table : result_.tables) connection_->RowsOpened(table);
   }
   ~RowSet() { Close(); }
   RowSet(const RowSet&) = delete;
@@ -30,7 +31,7 @@ class RowSet {
   void Close() {
     if (!open_) return;
     open_ = false;
-    connection_->RowsClosed(result_.table->Page());
+    for (const PageNumber table : result_.tables) connection_->RowsClosed(table);
   }
   bool IsOpen() const { return open_; }
   void Require() {
@@ -38,72 +39,64 @@ class RowSet {
     if (!open_) Raise(kErrObjectInvalid);
   }
 
-  QueryResult& Result() { return result_; }
-  Table& Rows() { return *result_.table; }
-  Connection& GetConnection() { return *connection_; }
+  const std::vector<ScopeColumn>& Columns() { return result_.plan->Columns(); }
 
-  bool AtEnd() const { return position_ >= result_.rows.size(); }
-  bool AtBegin() const { return result_.rows.empty() || before_; }
-  std::size_t Position() const { return position_; }
-  void MoveTo(std::size_t position) {
+  std::uint64_t Count() const { return result_.places->Count(); }
+  bool AtEnd() const { return position_ >= Count(); }
+  bool AtBegin() const { return Count() == 0; }
+  std::uint64_t Position() const { return position_; }
+  void MoveTo(std::uint64_t position) {
     position_ = position;
-    before_ = false;
     mode_ = EditMode::None;
-  }
-  RowPointer CurrentRow() {
-    if (AtEnd()) Raise(kErrNoCurrentRecord);
-    return result_.rows[position_];
   }
 
   dao::Value ValueAt(std::size_t column) {
-    if (mode_ != EditMode::None) return buffer_[column];
-    const std::optional<RowFields> fields = Rows().FindRow(CurrentRow());
-    if (!fields) Raise(kErrNoCurrentRecord);
-    return Rows().ValueOf(column, (*fields)[column]);
+    const std::optional<std::size_t> edited = EditedColumn(column);
+    if (mode_ != EditMode::None && edited) return buffer_[*edited];
+    if (mode_ == EditMode::AddNew) return dao::Null{};
+    LoadCurrent();
+    return result_.plan->ValueAt(column);
   }
 
   void PutValue(std::size_t column, const dao::Value& value) {
     if (mode_ == EditMode::None) Raise(kErrNoEdit);
-    const Column& c = Rows().Definition().columns[column];
+    const std::optional<std::size_t> edited = EditedColumn(column);
+    if (!edited) Raise(kErrFieldNotUpdatable, Columns()[column].name);
+    const Column& c = EditedRows().Definition().columns[*edited];
     if (c.IsCounter()) Raise(kErrFieldNotUpdatable, c.name);
-    buffer_[column] = ConvertToColumn(c, value);
-    changed_[column] = true;
+    buffer_[*edited] = ConvertToColumn(c, value);
+    changed_[*edited] = true;
   }
 
   void AddNew() {
-    RequireUpdatable();
-    if (!defaults_) defaults_.emplace(connection_->GetCatalog(), Rows());
-    buffer_ = defaults_->Values(Rows(), connection_->File().GetClock().Now());
+    Table& table = RequireUpdatable();
+    if (!defaults_) defaults_.emplace(connection_->GetCatalog(), table);
+    buffer_ = defaults_->Values(table, connection_->File().GetClock().Now());
     for (std::size_t i = 0; i < buffer_.size(); ++i) {
-      if (Rows().Definition().columns[i].IsCounter()) buffer_[i] = Rows().NextCounter();
+      if (table.Definition().columns[i].IsCounter()) buffer_[i] = table.NextCounter();
     }
     StartEdit(EditMode::AddNew);
   }
 
   void Edit() {
-    RequireUpdatable();
-    const std::optional<RowFields> fields = Rows().FindRow(CurrentRow());
-    if (!fields) Raise(kErrNoCurrentRecord);
+    Table& table = RequireUpdatable();
+    const RowFields fields = LoadCurrent().Fields();
     buffer_.clear();
-    for (std::size_t i = 0; i < fields->size(); ++i) buffer_.push_back(Rows().ValueOf(i, (*fields)[i]));
+    for (std::size_t i = 0; i < fields.size(); ++i) buffer_.push_back(table.ValueOf(i, fields[i]));
     StartEdit(EditMode::Edit);
   }
 
   void Update() {
     if (mode_ == EditMode::None) Raise(kErrNoEdit);
-    RowStore& store = connection_->Queries().Rows();
     if (mode_ == EditMode::AddNew) {
-      RowPointer row;
-      connection_->Change([&] { row = store.Insert(Rows(), buffer_); });
-      const bool wasAtEnd = AtEnd();
-      result_.rows.push_back(row);
-      if (wasAtEnd) position_ = result_.rows.size();  // no row was current, and none is now
+      Insert();
     } else {
       std::vector<ColumnChange> changes;
       for (std::size_t i = 0; i < buffer_.size(); ++i) {
         if (changed_[i]) changes.emplace_back(i, buffer_[i]);
       }
-      connection_->Change([&] { store.Update(Rows(), CurrentRow(), changes); });
+      const RowPointer row = LoadCurrent().Place();
+      connection_->Change([&] { connection_->Queries().Rows().Update(EditedRows(), row, changes); });
     }
     mode_ = EditMode::None;
   }
@@ -114,19 +107,53 @@ class RowSet {
   }
 
   void Delete() {
-    RequireUpdatable();
-    const RowPointer row = CurrentRow();
-    if (!Rows().FindRow(row)) Raise(kErrNoCurrentRecord);
-    connection_->Change([&] { connection_->Queries().Rows().Delete(Rows(), row); });
+    Table& table = RequireUpdatable();
+    const RowPointer row = LoadCurrent().Place();
+    connection_->Change([&] { connection_->Queries().Rows().Delete(table, row); });
     mode_ = EditMode::None;
   }
 
  private:
-  void RequireUpdatable() {
+  TableSource* Edited() { return result_.plan->EditedTable(); }
+  Table& EditedRows() { return *Edited()->GetTable(); }
+  std::optional<std::size_t> EditedColumn(std::size_t column) {
+    return Edited() ? result_.plan->EditedColumn(column) : std::nullopt;
+  }
+
+  // Makes the current row that of the plan; its table, when the rows are those of one. Error 3021 when there is
+  // none, or none any more.
+  struct Current {
+    TableSource* table;
+    const RowFields& Fields() const { return table->Fields(); }
+    RowPointer Place() const {
+      table->Fields();
+      return table->Place();
+    }
+  };
+  Current LoadCurrent() {
+    if (AtEnd()) Raise(kErrNoCurrentRecord);
+    ConstBytes place = result_.places->At(position_);
+    result_.plan->Rows().Load(place);
+    return {Edited()};
+  }
+
+  void Insert() {
+    const bool wasAtEnd = AtEnd();
+    RowPointer row;
+    connection_->Change([&] { row = connection_->Queries().Rows().Insert(EditedRows(), buffer_); });
+    std::array<std::byte, sizeof(std::uint32_t)> place;
+    Put32(place, 0, row.Packed());
+    result_.places->Add(place);
+    if (wasAtEnd) position_ = Count();  // no row was current, and none is now
+  }
+
+  Table& RequireUpdatable() {
     if (readOnly_) Raise(kErrNotSupported);
+    if (!Edited()) Raise(kErrReadOnly);
     connection_->File().RequireWritable();
-    const CatalogObject* object = connection_->GetCatalog().FindTableByPage(Rows().Page());
+    const CatalogObject* object = connection_->GetCatalog().FindTableByPage(EditedRows().Page());
     if (!object || object->IsSystem()) Raise(kErrReadOnly);
+    return EditedRows();
   }
   void StartEdit(EditMode mode) {
     mode_ = mode;
@@ -137,10 +164,9 @@ class RowSet {
   QueryResult result_;
   bool readOnly_;
   bool open_ = true;
-  bool before_ = false;
-  std::size_t position_ = 0;
+  std::uint64_t position_ = 0;
   EditMode mode_ = EditMode::None;
-  std::vector<dao::Value> buffer_;
+  std::vector<dao::Value> buffer_;  // of the edited table's columns
   std::vector<bool> changed_;
   std::optional<RowDefaults> defaults_;
 };
@@ -151,19 +177,13 @@ class RecordsetField : public RefusingField {
   RecordsetField(RowSetPtr rows, std::size_t column) : rows_(std::move(rows)), column_(column) {}
 
   std::u16string Name() override {
-    return Member(kSourceField, [&] { return Definition().name; });
+    return Member(kSourceField, [&] { return Description().name; });
   }
   std::int16_t Type() override {
-    return Member(kSourceField, [&]() -> std::int16_t {
-      const std::uint8_t type = Definition().type;
-      return type == kTypeDecimal ? dao::dbDecimal : static_cast<std::int16_t>(type);
-    });
+    return Member(kSourceField, [&] { return Description().type; });
   }
   std::int32_t Size() override {
-    return Member(kSourceField, [&]() -> std::int32_t {
-      const Column& column = Definition();
-      return column.type == kTypeText ? column.length / 2 : column.length;
-    });
+    return Member(kSourceField, [&] { return Description().size; });
   }
   dao::Value Value() override {
     return Member(kSourceField, [&] {
@@ -179,9 +199,9 @@ class RecordsetField : public RefusingField {
   }
 
  private:
-  const Column& Definition() {
+  const ScopeColumn& Description() {
     rows_->Require();
-    return rows_->Rows().Definition().columns[column_];
+    return rows_->Columns()[column_];
   }
   RowSetPtr rows_;
   std::size_t column_;
@@ -194,26 +214,24 @@ class RecordsetFields : public dao::Collection<dao::Field> {
   int Count() override {
     return Member(kSourceFields, [&] {
       rows_->Require();
-      return static_cast<int>(rows_->Result().columns.size());
+      return static_cast<int>(rows_->Columns().size());
     });
   }
   std::shared_ptr<dao::Field> Item(int position) override {
     return Member(kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
       rows_->Require();
-      const std::vector<std::size_t>& columns = rows_->Result().columns;
-      if (position < 0 || position >= static_cast<int>(columns.size())) {
+      if (position < 0 || position >= static_cast<int>(rows_->Columns().size())) {
         Raise(kErrItemNotFound, DecimalText(position));
       }
-      return std::make_shared<RecordsetField>(rows_, columns[static_cast<std::size_t>(position)]);
+      return std::make_shared<RecordsetField>(rows_, static_cast<std::size_t>(position));
     });
   }
   std::shared_ptr<dao::Field> Item(std::u16string_view name) override {
     return Member(kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
       rows_->Require();
-      for (const std::size_t column : rows_->Result().columns) {
-        if (EqualIgnoringCase(rows_->Rows().Definition().columns[column].name, name)) {
-          return std::make_shared<RecordsetField>(rows_, column);
-        }
+      const std::vector<ScopeColumn>& columns = rows_->Columns();
+      for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (EqualIgnoringCase(columns[i].name, name)) return std::make_shared<RecordsetField>(rows_, i);
       }
       Raise(kErrItemNotFound, name);
     });
@@ -243,7 +261,7 @@ class JetRecordset : public dao::Recordset {
   }
   void MoveFirst() override {
     Do([&] {
-      if (rows_->Result().rows.empty()) Raise(kErrNoCurrentRecord);
+      if (rows_->Count() == 0) Raise(kErrNoCurrentRecord);
       rows_->MoveTo(0);
     });
   }
@@ -256,8 +274,7 @@ class JetRecordset : public dao::Recordset {
   // Rows visited, as a dynaset counts.
   std::int32_t RecordCount() override {
     return Do([&] {
-      const std::size_t rows = rows_->Result().rows.size();
-      return static_cast<std::int32_t>(std::min(rows, rows_->Position() + 1));
+      return static_cast<std::int32_t>(std::min(rows_->Count(), rows_->Position() + 1));
     });
   }
   std::shared_ptr<dao::Collection<dao::Field>> Fields() override {

@@ -68,12 +68,19 @@ class Evaluator {
   const EvaluationContext& context_;
 };
 
+dao::Value ValueOfName(const Expression& e, const EvaluationContext& context) {
+  const EvaluationContext* around = &context;
+  for (std::size_t i = 0; i < e.level; ++i) around = around->outer;
+  return around->valueOf(e.column);
+}
+
 }  // namespace
 
 dao::Value Evaluate(const Expression& e, const EvaluationContext& context) {
   switch (e.kind) {
     case Expression::Kind::Literal: return e.value;
-    case Expression::Kind::Name: return context.valueOf(e.column);
+    case Expression::Kind::Name: return ValueOfName(e, context);
+    case Expression::Kind::Subquery: return e.subquery->Evaluate(e, context);
     case Expression::Kind::Call: return CallFunction(e, context);
     default: return Evaluator(e, context).Run();
   }

@@ -4,31 +4,28 @@
 
 #include "jet/file/errors.h"
 #include "jet/sql/expression.h"
+#include "jet/sql/statement.h"
 #include "platform/text.h"
+
+#include "select_parser.h"
 
 namespace zimbrat::jet {
 
 namespace {
 
-constexpr int kMaxDepth = 200;
+constexpr int kMaxChain = 200;
+constexpr int kMaxTreeDepth = 300;
 
 constexpr std::u16string_view kReserved[] = {
     u"AND", u"OR", u"NOT", u"XOR", u"EQV", u"IMP", u"LIKE", u"ALIKE", u"IS", u"IN", u"BETWEEN", u"MOD",
-    u"WHERE", u"FROM", u"SELECT", u"SET", u"VALUES", u"INTO", u"ORDER", u"GROUP", u"HAVING", u"BY"};
+    u"WHERE", u"FROM", u"SELECT", u"SET", u"VALUES", u"INTO", u"ORDER", u"GROUP", u"HAVING", u"BY", u"AS",
+    u"INNER", u"JOIN", u"UNION", u"EXISTS", u"ALL", u"ANY", u"SOME", u"ASC", u"DESC", u"DISTINCT",
+    u"DISTINCTROW"};
 
 struct BinaryLevel {
   std::u16string_view word;
   Operator op;
 };
-
-ExpressionPtr MakeOperation(Operator op, ExpressionPtr a, ExpressionPtr b = nullptr) {
-  auto e = std::make_unique<Expression>();
-  e->kind = Expression::Kind::Operation;
-  e->op = op;
-  e->operands.push_back(std::move(a));
-  if (b) e->operands.push_back(std::move(b));
-  return e;
-}
 
 ExpressionPtr MakeLiteral(dao::Value value) {
   auto e = std::make_unique<Expression>();
@@ -50,14 +47,34 @@ class Parser {
                                              {u"OR", Operator::Or},
                                              {u"AND", Operator::And}};
 
-  // Nesting is counted where the grammar comes back to its beginning.
-  struct Deeper {
-    explicit Deeper(Parser& p) : parser(p) {
-      if (++parser.depth_ > kMaxDepth) parser.tokens_.Fail(u"Wyrażenie jest zbyt złożone");
-    }
-    ~Deeper() { --parser.depth_; }
-    Parser& parser;
-  };
+  ExpressionPtr MakeOperation(Operator op, ExpressionPtr a, ExpressionPtr b = nullptr) {
+    auto e = std::make_unique<Expression>();
+    e->kind = Expression::Kind::Operation;
+    e->op = op;
+    AddOperand(*e, std::move(a));
+    if (b) AddOperand(*e, std::move(b));
+    return e;
+  }
+
+  // Chains within nested parentheses make a tree that is deeper than either.
+  void AddOperand(Expression& e, ExpressionPtr operand) {
+    e.depth = std::max(e.depth, operand->depth + 1);
+    if (e.depth > kMaxTreeDepth) tokens_.FailAsTooComplex();
+    e.operands.push_back(std::move(operand));
+  }
+
+  ExpressionPtr MakeSubquery(SubqueryUse use, Operator op = Operator::Equal, ExpressionPtr left = nullptr) {
+    auto e = std::make_unique<Expression>();
+    e->kind = Expression::Kind::Subquery;
+    e->use = use;
+    e->op = op;
+    if (left) AddOperand(*e, std::move(left));
+    e->query = ParseQuery(tokens_);
+    e->depth = std::max(e->depth, e->query->depth + 1);
+    if (e->depth > kMaxTreeDepth) tokens_.FailAsTooComplex();
+    Close();
+    return e;
+  }
 
   ExpressionPtr ParseLogical(std::size_t level) {
     if (level == std::size(kLogical)) return ParseNot();
@@ -72,12 +89,12 @@ class Parser {
 
   // A long chain of one level makes a deep tree without nesting.
   void CountChain(int& chained) {
-    if (++chained > kMaxDepth) tokens_.Fail(u"Wyrażenie jest zbyt złożone");
+    if (++chained > kMaxChain) tokens_.FailAsTooComplex();
   }
 
   ExpressionPtr ParseNot() {
     if (!tokens_.AcceptWord(u"NOT")) return ParseComparison();
-    const Deeper deeper(*this);
+    const Nesting nesting(tokens_);
     return MakeOperation(Operator::Not, ParseNot());
   }
 
@@ -87,7 +104,7 @@ class Parser {
     while (true) {
       CountChain(chained);
       if (const auto op = AcceptComparisonSign()) {
-        left = MakeOperation(*op, std::move(left), ParseJoin());
+        left = ParseCompared(*op, std::move(left));
       } else if (tokens_.AcceptWord(u"IS")) {
         const bool negated = tokens_.AcceptWord(u"NOT");
         if (!tokens_.AcceptWord(u"NULL")) tokens_.Fail(u"Błąd składni");
@@ -103,6 +120,15 @@ class Parser {
     }
   }
 
+  // The right side of a comparison: a value, or the values of a subquery.
+  ExpressionPtr ParseCompared(Operator op, ExpressionPtr left) {
+    const bool any = tokens_.IsWord(u"ANY") || tokens_.IsWord(u"SOME");
+    if (!any && !tokens_.IsWord(u"ALL")) return MakeOperation(op, std::move(left), ParseJoin());
+    tokens_.Take();
+    if (!tokens_.AcceptSign(u"(") || !tokens_.IsWord(u"SELECT")) tokens_.Fail(u"Błąd składni");
+    return MakeSubquery(any ? SubqueryUse::Any : SubqueryUse::All, op, std::move(left));
+  }
+
   bool IsPredicate(std::size_t ahead) const {
     return tokens_.IsWord(u"LIKE", ahead) || tokens_.IsWord(u"ALIKE", ahead) ||
            tokens_.IsWord(u"BETWEEN", ahead) || tokens_.IsWord(u"IN", ahead);
@@ -114,15 +140,15 @@ class Parser {
     if (tokens_.AcceptWord(u"BETWEEN")) {
       ExpressionPtr e = MakeOperation(Operator::Between, std::move(left), ParseJoin());
       if (!tokens_.AcceptWord(u"AND")) tokens_.Fail(u"Błąd składni (brak operatora)");
-      e->operands.push_back(ParseJoin());
+      AddOperand(*e, ParseJoin());
       return e;
     }
     tokens_.Take();
     if (!tokens_.AcceptSign(u"(")) tokens_.Fail(u"Błąd składni");
-    if (tokens_.IsWord(u"SELECT")) Raise(platform::kErrNotSupported);
+    if (tokens_.IsWord(u"SELECT")) return MakeSubquery(SubqueryUse::In, Operator::Equal, std::move(left));
     ExpressionPtr e = MakeOperation(Operator::In, std::move(left));
     do {
-      e->operands.push_back(ParseNested());
+      AddOperand(*e, ParseNested());
     } while (tokens_.AcceptSign(u","));
     Close();
     return e;
@@ -168,7 +194,7 @@ class Parser {
   }
 
   ExpressionPtr ParseUnary() {
-    const Deeper deeper(*this);
+    const Nesting nesting(tokens_);
     if (tokens_.AcceptSign(u"-")) return MakeOperation(Operator::Negate, ParseUnary());
     if (tokens_.AcceptSign(u"+")) return ParseUnary();
     return ParsePower();
@@ -188,7 +214,7 @@ class Parser {
   }
 
   ExpressionPtr ParseNested() {
-    const Deeper deeper(*this);
+    const Nesting nesting(tokens_);
     return ParseLogical(0);
   }
 
@@ -198,7 +224,7 @@ class Parser {
 
   ExpressionPtr ParsePrimary() {
     if (tokens_.AcceptSign(u"(")) {
-      if (tokens_.IsWord(u"SELECT")) Raise(platform::kErrNotSupported);
+      if (tokens_.IsWord(u"SELECT")) return MakeSubquery(SubqueryUse::Value);
       ExpressionPtr e = ParseNested();
       Close();
       return e;
@@ -209,6 +235,10 @@ class Parser {
       return MakeLiteral(token.value);
     }
     if (token.kind == TokenKind::BracketedName) return ParseName();
+    if (tokens_.AcceptWord(u"EXISTS")) {
+      if (!tokens_.AcceptSign(u"(") || !tokens_.IsWord(u"SELECT")) tokens_.Fail(u"Błąd składni");
+      return MakeSubquery(SubqueryUse::Exists);
+    }
     if (token.kind == TokenKind::Name && !IsReserved(token.text)) {
       if (ExpressionPtr constant = AcceptConstant(token.text)) return constant;
       return ParseName();
@@ -247,55 +277,21 @@ class Parser {
     if (!tokens_.AcceptSign(u"(")) return e;
     e->kind = Expression::Kind::Call;
     if (tokens_.AcceptSign(u")")) return e;
-    do {
-      e->operands.push_back(ParseNested());
-    } while (tokens_.AcceptSign(u","));
+    if (platform::EqualIgnoringCase(e->name, u"Count") && tokens_.AcceptSign(u"*")) {
+      AddOperand(*e, MakeLiteral(true));  // counts every row
+    } else {
+      do {
+        AddOperand(*e, ParseNested());
+      } while (tokens_.AcceptSign(u","));
+    }
     Close();
     return e;
   }
 
   TokenStream& tokens_;
-  int depth_ = 0;
 };
 
-// Now, Date and Time need no parentheses.
-bool IsClockFunction(const Expression& e) {
-  const std::u16string upper = platform::UpperCase(e.name);
-  return e.qualifier.empty() && (upper == u"NOW" || upper == u"DATE" || upper == u"TIME");
-}
-
 }  // namespace
-
-Token TokenStream::Take() {
-  const Token token = Peek();
-  if (position_ + 1 < tokens_.size()) ++position_;
-  return token;
-}
-
-bool TokenStream::IsWord(std::u16string_view word, std::size_t ahead) const {
-  const Token& token = Peek(ahead);
-  return token.kind == TokenKind::Name && platform::EqualIgnoringCase(token.text, word);
-}
-
-bool TokenStream::IsSign(std::u16string_view sign) const {
-  return Peek().kind == TokenKind::Sign && Peek().text == sign;
-}
-
-bool TokenStream::AcceptWord(std::u16string_view word) {
-  if (!IsWord(word)) return false;
-  Take();
-  return true;
-}
-
-bool TokenStream::AcceptSign(std::u16string_view sign) {
-  if (!IsSign(sign)) return false;
-  Take();
-  return true;
-}
-
-void TokenStream::Fail(std::u16string_view message) const {
-  Raise(platform::kErrQueryExpression, message, source_);
-}
 
 ExpressionPtr ParseExpression(TokenStream& tokens) { return Parser(tokens).ParseAll(); }
 
@@ -307,14 +303,20 @@ ExpressionPtr ParseExpressionText(std::u16string_view text) {
   return expression;
 }
 
+bool TurnIntoClockCall(Expression& name) {
+  const std::u16string upper = platform::UpperCase(name.name);
+  if (!name.qualifier.empty() || (upper != u"NOW" && upper != u"DATE" && upper != u"TIME")) return false;
+  name.kind = Expression::Kind::Call;
+  return true;
+}
+
 void BindNames(Expression& e, const NameLookup& lookup, std::vector<std::u16string>& unknown) {
+  if (e.kind == Expression::Kind::Subquery) Raise(platform::kErrExpressionNotAllowed);
   if (e.kind == Expression::Kind::Name) {
     const std::optional<std::size_t> column = lookup(e.qualifier, e.name);
     if (column) {
       e.column = *column;
-    } else if (IsClockFunction(e)) {
-      e.kind = Expression::Kind::Call;
-    } else if (std::find(unknown.begin(), unknown.end(), e.name) == unknown.end()) {
+    } else if (!TurnIntoClockCall(e) && std::find(unknown.begin(), unknown.end(), e.name) == unknown.end()) {
       unknown.push_back(e.name);
     }
   }

@@ -2,49 +2,41 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
 
 #include "jet/catalog/database_file.h"
 #include "jet/catalog/row_store.h"
+#include "jet/sql/place_list.h"
+#include "jet/sql/row_plan.h"
 #include "jet/sql/statement.h"
 
 namespace zimbrat::jet {
 
-// The rows that a SELECT found: their places and the columns shown.
+// The rows that a SELECT found: where they are, and the plan that reads them there.
 struct QueryResult {
-  std::shared_ptr<Table> table;
-  std::vector<std::size_t> columns;  // positions in the table's definition
-  std::vector<RowPointer> rows;
+  RowPlanPtr plan;
+  std::shared_ptr<PlaceList> places;
+  std::vector<PageNumber> tables;  // whose rows are read
 };
 
 class QueryRunner {
  public:
   explicit QueryRunner(DatabaseFile& database);
 
-  // A table's name or a SELECT. Errors 3078 (table), 3061 (unknown names), 3219 (no SELECT).
+  // A table's name or a query. Errors of syntax and binding; 3219 for a statement that is no query.
   QueryResult Open(std::u16string_view source);
   // Rows affected. With `failOnError` the first failing row raises its error; otherwise it is passed over.
   // The caller's savepoint makes it all or nothing.
   std::int32_t Execute(std::u16string_view statement, bool failOnError);
 
   RowStore& Rows() { return rows_; }
+  // Error 3009 while rows of the table are shown: asked before its structure is changed.
+  std::function<void(PageNumber)> requireUnused = [](PageNumber) {};
 
  private:
-  std::shared_ptr<Table> OpenTable(std::u16string_view name, std::int32_t error);
-  // Error 3027 for a system table: the catalogue is the engine's own business.
-  std::shared_ptr<Table> OpenForChange(std::u16string_view name, std::int32_t error);
-  std::vector<RowPointer> Find(Table& table, std::u16string_view alias, Expression* where, double now);
-  void Bind(Expression& expression, Table& table, std::u16string_view alias);
-  template <class Work>
-  std::int32_t ForRows(const std::vector<RowPointer>& rows, bool failOnError, Work work);
-
-  std::int32_t Run(SelectStatement& statement, bool failOnError);
-  std::int32_t Run(DeleteStatement& statement, bool failOnError);
-  std::int32_t Run(InsertStatement& statement, bool failOnError);
-  std::int32_t Run(UpdateStatement& statement, bool failOnError);
-
   DatabaseFile& database_;
   RowStore rows_;
 };

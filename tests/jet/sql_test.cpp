@@ -37,12 +37,13 @@ class Script {
                        {u"X", dao::dbBinary, 4, 1}});
   }
 
-  // What the line comes to: rows, a value, or "! number".
+  // What the line comes to: rows, a value, columns, or "! number".
   std::vector<std::string> Run(char kind, const std::string& text) {
     try {
       const std::u16string statement = platform::Utf16FromUtf8(text);
       if (kind == '?') return Rows(statement);
       if (kind == '=') return {Text(ValueOf(statement))};
+      if (kind == ':') return {Columns(statement)};
       database_->Execute(statement, dao::dbFailOnError);
       return {};
     } catch (const platform::RunTimeError& error) {
@@ -76,6 +77,20 @@ class Script {
     BindNames(*expression, [](auto, auto) { return std::nullopt; }, unknown);
     if (!unknown.empty()) throw platform::OwnError(platform::kErrTooFewParameters);
     return Evaluate(*expression, {clock_.Now(), {}});
+  }
+
+  // Names, types and sizes.
+  std::string Columns(std::u16string_view query) {
+    std::string line;
+    auto rows = database_->OpenRecordset(query, dao::dbOpenSnapshot);
+    auto fields = rows->Fields();
+    for (int i = 0; i < fields->Count(); ++i) {
+      auto field = fields->Item(i);
+      if (i > 0) line += '|';
+      line += platform::Utf8FromUtf16(field->Name()) + ' ' + std::to_string(field->Type()) + ' ' +
+              std::to_string(field->Size());
+    }
+    return line;
   }
 
   std::vector<std::string> Rows(std::u16string_view query) {
@@ -113,7 +128,7 @@ std::vector<Case> ReadCases(const std::filesystem::path& path) {
   std::string line;
   for (int number = 1; std::getline(in, line); ++number) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
-    const bool starts = !line.empty() && std::string_view(">?=").find(line[0]) != std::string_view::npos;
+    const bool starts = !line.empty() && std::string_view(">?=:").find(line[0]) != std::string_view::npos;
     if (starts) {
       cases.push_back({number, line[0], line.size() > 2 ? line.substr(2) : "", {}});
     } else if (!line.empty() && line[0] != '#' && !cases.empty()) {
