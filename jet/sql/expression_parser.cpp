@@ -19,7 +19,7 @@ constexpr int kMaxTreeDepth = 300;
 constexpr std::u16string_view kReserved[] = {
     u"AND", u"OR", u"NOT", u"XOR", u"EQV", u"IMP", u"LIKE", u"ALIKE", u"IS", u"IN", u"BETWEEN", u"MOD",
     u"WHERE", u"FROM", u"SELECT", u"SET", u"VALUES", u"INTO", u"ORDER", u"GROUP", u"HAVING", u"BY", u"AS",
-    u"INNER", u"JOIN", u"UNION", u"EXISTS", u"ALL", u"ANY", u"SOME", u"ASC", u"DESC", u"DISTINCT",
+    u"INNER", u"JOIN", u"UNION", u"EXISTS", u"ALL", u"ANY", u"SOME", u"DISTINCT",
     u"DISTINCTROW"};
 
 struct BinaryLevel {
