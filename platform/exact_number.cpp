@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
-#include <vector>
+#include <cmath>
 
 #include "number_text.h"
 #include "platform/text.h"
@@ -153,8 +153,11 @@ std::optional<std::int64_t> FindScaled(const ExactNumber& number, int scale) {
 
 double DoubleFromExact(const ExactNumber& number) {
   if (number.figures.empty()) return 0;
-  return DoubleFromDigits((number.negative ? "-0." : "0.") + number.figures + "e" +
-                          std::to_string(number.point));
+  const std::string digits = "0." + number.figures + "e" + std::to_string(number.point);
+  double value = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  if (error == std::errc::result_out_of_range) value = number.point > 0 ? HUGE_VAL : 0;
+  return number.negative ? -value : value;
 }
 
 std::u16string TextFromExact(const ExactNumber& number, char16_t decimalSign) {

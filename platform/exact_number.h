@@ -39,6 +39,7 @@ ExactNumber Rounded(ExactNumber number, int places, Ties ties = Ties::ToEven);
 
 // The number times ten to the power of `scale`, half to even; nothing beyond 64 bits.
 std::optional<std::int64_t> FindScaled(const ExactNumber& number, int scale);
+// Infinite when it is too large, 0 when it is too small.
 double DoubleFromExact(const ExactNumber& number);
 // In full, without an exponent.
 std::u16string TextFromExact(const ExactNumber& number, char16_t decimalSign = u',');

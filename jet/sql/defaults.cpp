@@ -1,5 +1,8 @@
 #include "jet/sql/defaults.h"
 
+#include <algorithm>
+#include <initializer_list>
+
 #include "jet/file/errors.h"
 #include "jet/sql/functions.h"
 #include "jet/table/convert.h"
@@ -32,16 +35,42 @@ ExpressionPtr ParseDefault(std::u16string_view text, std::u16string_view field) 
   return expression;
 }
 
-// A rule may leave its field out: ">0" stands for "[field] > 0".
-ExpressionPtr ParseRule(std::u16string_view rule, std::u16string_view field) {
-  if (!field.empty()) {
-    try {
-      return ParseExpressionText(u"[" + std::u16string(field) + u"] " + std::u16string(rule));
-    } catch (const RunTimeError&) {
-      return ParseExpressionText(rule);
+using Words = std::initializer_list<std::u16string_view>;
+
+bool Is(const Token& token, TokenKind kind, Words words) {
+  return token.kind == kind && std::any_of(words.begin(), words.end(), [&](std::u16string_view word) {
+           return platform::EqualIgnoringCase(token.text, word);
+         });
+}
+
+bool StartsComparison(const Token& token) {
+  return Is(token, TokenKind::Sign, {u"=", u"<>", u"<", u">", u"<=", u">="}) ||
+         Is(token, TokenKind::Name, {u"LIKE", u"ALIKE", u"BETWEEN", u"IN", u"IS"});
+}
+
+bool OpensOperand(const Token& token) {
+  return Is(token, TokenKind::Sign, {u"("}) ||
+         Is(token, TokenKind::Name, {u"AND", u"OR", u"XOR", u"EQV", u"IMP"});
+}
+
+// A rule may leave its field out: ">0 And <10" stands for "[field] >0 And [field] <10".
+std::u16string WithField(std::u16string_view rule, std::u16string_view field) {
+  std::u16string whole;
+  std::size_t copied = 0;
+  bool opens = true;
+  for (const Token& token : Tokenize(rule)) {
+    if (opens && StartsComparison(token)) {
+      whole.append(rule, copied, token.offset - copied).append(u"[").append(field).append(u"] ");
+      copied = token.offset;
     }
+    // "x Not Like y" has its operand in front.
+    opens = OpensOperand(token) || (opens && Is(token, TokenKind::Name, {u"NOT"}));
   }
-  return ParseExpressionText(rule);
+  return whole.append(rule, copied);
+}
+
+ExpressionPtr ParseRule(std::u16string_view rule, std::u16string_view field) {
+  return ParseExpressionText(field.empty() ? std::u16string(rule) : WithField(rule, field));
 }
 
 bool Holds(std::u16string_view rule, std::u16string_view field, Table& table,

@@ -1,7 +1,6 @@
 // Dates: their parts, putting them together, intervals.
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "jet/file/errors.h"
 #include "jet/table/convert.h"
@@ -23,7 +22,10 @@ constexpr long long kSecondsOfDay = 86400;
 
 dao::Value Now(const Arguments& a) { return dao::Date{a.Now()}; }
 dao::Value Today(const Arguments& a) { return dao::Date{std::trunc(a.Now())}; }
-dao::Value TimeOf(double date) { return dao::Date{std::abs(date - std::trunc(date))}; }
+// By whole seconds, so that it equals the literal of the same time.
+dao::Value TimeOf(double date) {
+  return dao::Date{platform::DateFromMoment({0, platform::MomentOfDate(date).second})};
+}
 dao::Value TimeNow(const Arguments& a) { return TimeOf(a.Now()); }
 
 DateParts Parts(const Arguments& a) { return platform::PartsOfDate(a.Date(0)); }

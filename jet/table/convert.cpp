@@ -97,7 +97,11 @@ struct DoubleFinder {
   std::optional<double> operator()(float v) const { return v; }
   std::optional<double> operator()(double v) const { return v; }
   std::optional<double> operator()(dao::Date v) const { return v.days; }
-  std::optional<double> operator()(const std::u16string& v) const { return platform::FindNumber(v); }
+  std::optional<double> operator()(const std::u16string& v) const {
+    const std::optional<ExactNumber> number = platform::FindExactNumber(v);
+    if (!number) return std::nullopt;
+    return DoubleFromExact(*number);
+  }
   std::optional<double> operator()(const dao::Binary&) const { return std::nullopt; }
   std::optional<double> operator()(const dao::Guid&) const { return std::nullopt; }
   std::optional<double> operator()(const dao::Decimal& v) const { return DoubleFromExact(ExactFromDecimal(v)); }

@@ -13,7 +13,8 @@ namespace zimbrat::jet {
 // Error 3421 when the value does not convert or is out of range, 3163 when a text or binary is too long.
 dao::Value ConvertToColumn(const Column& column, const dao::Value& value);
 
-// Any number, Boolean (-1, 0), date or numeric text as a Double; nothing for Null and the rest.
+// Any number, Boolean (-1, 0), date or numeric text as a Double (a text may be infinite); nothing for Null and the
+// rest.
 std::optional<double> FindDouble(const dao::Value& value);
 // The same without the way over a Double; of a Double its 15 figures.
 std::optional<platform::ExactNumber> FindExact(const dao::Value& value);

@@ -37,6 +37,10 @@ class Script {
                        {u"X", dao::dbBinary, 4, 1}});
   }
 
+  std::shared_ptr<dao::Field> FieldOfT(std::u16string_view name) {
+    return database_->TableDefs()->Item(u"T")->Fields()->Item(name);
+  }
+
   // What the line comes to: rows, a value, columns, or "! number".
   std::vector<std::string> Run(char kind, const std::string& text) {
     try {
@@ -151,6 +155,36 @@ TEST(Sql, StatementsDoWhatTheirCasesSay) {
     }
   }
   EXPECT_GT(count, 80u);
+}
+
+TEST(Sql, RulesOfAFieldMayLeaveItOut) {
+  const struct {
+    std::u16string_view rule;
+    const char* allowed;
+    const char* refused;
+  } rows[] = {
+      {u">0", "1", "0"},
+      {u">0 And <10", "9", "10"},
+      {u"= 5", "5", "6"},
+      {u"(<0 Or >9)", "-1", "0"},
+      {u"Between 1 And 3", "3", "4"},
+      {u"Not Between 1 And 3", "4", "3"},
+      {u"In (1, 2)", "2", "3"},
+      {u"Is Not Null And <> 7", "8", "7"},
+      {u"([N]>0) Or [N] Is Null", "1", "0"},
+      {u"[N] Not In (1, 2)", "3", "2"},
+      {u"Like '1*'", "12", "21"},
+      {u"IIf(Len([N]) > 1, [N] Mod 2 = 0, True)", "12", "13"},
+  };
+  Script script;
+  for (const auto& row : rows) {
+    script.FieldOfT(u"N")->SetValidationRule(row.rule);
+    const auto insert = [&](const char* value) {
+      return script.Run('>', std::string("INSERT INTO T (N) VALUES (") + value + ")");
+    };
+    EXPECT_EQ(insert(row.allowed), std::vector<std::string>{}) << platform::Utf8FromUtf16(row.rule);
+    EXPECT_EQ(insert(row.refused), std::vector<std::string>{"! 3317"}) << platform::Utf8FromUtf16(row.rule);
+  }
 }
 
 TEST(Sql, HostileStatementsEndInAnError) {

@@ -42,6 +42,7 @@ TEST(DateParts, RoundUpOverMidnight) {
   EXPECT_EQ(TextFromDate(37657.999999), u"2003-02-06");
   EXPECT_EQ(TextFromDate(-1.999999), u"1899-12-30");
   EXPECT_EQ(TextFromDate(37657.25), u"2003-02-05 06:00:00");
+  EXPECT_EQ(TextFromDate(0.25), u"06:00:00");
   EXPECT_EQ(PartsOfDate(1e300).year, 1899);
   EXPECT_FALSE(IsDateInRange(2958466));
   EXPECT_FALSE(IsDateInRange(0.0 / 0.0 * 1.0));
@@ -59,6 +60,10 @@ TEST(FindDate, ReadsTheFormatsOfTheEngineAndOfPolishUsers) {
       {u"31.04.2003", {}},           {u"5.2/2003", {}},        {u"24:00", {}},
       {u"12:60", {}},                {u"5.2", {}},             {u"", {}},
       {u"99999-01-01", {}},          {u"2003-02-05x", {}},     {u"2003-02-05 ", 37657},
+      {u"5 lutego 2003", 37657},     {u"5 LUT 03 6:00", 37657.25}, {u"5-2-2003", 37657},
+      {u"2003/2/5", 37657},          {u"2003.02-05", {}},      {u"5 maja", {}},
+      {u"6:00 AM", 0.25},            {u"12:00 am", 0},         {u"12:00pm", 0.5},
+      {u"13:00 PM", {}},             {u"0:30 AM", {}},         {u"6:00 XM", {}},
       {u"12", {}},                   {u"1.1.123", {}},         {u"0099-01-01", {}},
   };
   for (const auto& row : rows) EXPECT_EQ(FindDate(row.text), row.date) << Utf8FromUtf16(row.text);
