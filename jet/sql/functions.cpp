@@ -71,6 +71,12 @@ const Function* FindFunction(std::u16string_view plainName) {
   return nullptr;
 }
 
+const Function& RequireFunction(std::u16string_view plainName, const Expression& call) {
+  const Function* function = FindFunction(plainName);
+  if (!function) Raise(platform::kErrUndefinedFunction, call.name);
+  return *function;
+}
+
 template <class Row>
 void CheckArgumentCount(const Row& row, const Expression& call) {
   if (call.operands.size() >= row.least && call.operands.size() <= row.most) return;
@@ -110,21 +116,26 @@ bool IsKnownFunction(std::u16string_view name) {
   return FindRow(std::span(kChoices), plain) || FindFunction(plain);
 }
 
+void CheckCall(const Expression& call) {
+  const std::u16string plain = PlainName(call.name);
+  if (const Choice* choice = FindRow(std::span(kChoices), plain)) return CheckArgumentCount(*choice, call);
+  CheckArgumentCount(RequireFunction(plain, call), call);
+}
+
 dao::Value CallFunction(const Expression& call, const EvaluationContext& context) {
   const std::u16string plain = PlainName(call.name);
   if (const Choice* choice = FindRow(std::span(kChoices), plain)) {
     CheckArgumentCount(*choice, call);
     return choice->call(call, context);
   }
-  const Function* function = FindFunction(plain);
-  if (!function) Raise(platform::kErrUndefinedFunction, call.name);
-  CheckArgumentCount(*function, call);
+  const Function& function = RequireFunction(plain, call);
+  CheckArgumentCount(function, call);
   std::vector<dao::Value> values;
   for (const ExpressionPtr& operand : call.operands) values.push_back(Evaluate(*operand, context));
   for (std::size_t i = 0; i < values.size(); ++i) {
-    if ((function->nulls >> i & 1u) != 0 && dao::IsNull(values[i])) return dao::Null{};
+    if ((function.nulls >> i & 1u) != 0 && dao::IsNull(values[i])) return dao::Null{};
   }
-  return function->call(Arguments(std::move(values), context.now));
+  return function.call(Arguments(std::move(values), context.now));
 }
 
 }  // namespace zimbrat::jet
