@@ -1,10 +1,12 @@
 // jetsql: runs statements on a database file with the embedded engine.
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "csv.h"
 #include "jet/engine.h"
+#include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
 #include "platform/system.h"
 #include "platform/text.h"
@@ -60,14 +62,21 @@ std::optional<Wishes> ReadWishes(platform::System& system) {
   return wishes;
 }
 
-bool IsQuery(std::u16string_view statement) {
+// Null for a statement that shows no rows: SELECT INTO begins like one that does.
+std::shared_ptr<dao::Recordset> FindRows(dao::Database& database, std::u16string_view statement) {
   const std::size_t start = statement.find_first_not_of(u" \t\r\n(");
-  if (start == statement.npos) return false;
-  return platform::EqualIgnoringCase(statement.substr(start, 6), u"SELECT");
+  const bool mayShow = start != statement.npos &&
+                       platform::EqualIgnoringCase(statement.substr(start, 6), u"SELECT");
+  if (!mayShow) return nullptr;
+  try {
+    return database.OpenRecordset(statement, dao::dbOpenSnapshot);
+  } catch (const platform::RunTimeError& error) {
+    if (error.Number() != platform::kErrInvalidOperation) throw;
+    return nullptr;
+  }
 }
 
-void RunQuery(platform::Console& console, dao::Database& database, std::u16string_view statement) {
-  const auto rows = database.OpenRecordset(statement, dao::dbOpenSnapshot);
+void WriteRows(platform::Console& console, const std::shared_ptr<dao::Recordset>& rows) {
   console.WriteOutput(tools::CsvHeader(*rows));
   for (; !rows->EndOfFile(); rows->MoveNext()) console.WriteOutput(tools::CsvRow(*rows));
   rows->Close();
@@ -79,8 +88,8 @@ void RunStatements(platform::System& system, const Wishes& wishes) {
   const auto database = workspace->OpenDatabase(wishes.path, true, wishes.readOnly,
                                                 u";pwd=" + wishes.password + u";");
   for (const std::u16string& statement : wishes.statements) {
-    if (IsQuery(statement)) {
-      RunQuery(*system.console, *database, statement);
+    if (const auto rows = FindRows(*database, statement)) {
+      WriteRows(*system.console, rows);
       continue;
     }
     database->Execute(statement, dao::dbFailOnError);

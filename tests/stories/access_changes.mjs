@@ -1,0 +1,99 @@
+// Databases that Access made, changed by jetsql and read before and after by two readers that are not ours: what
+// was there is there, what was added is there too, and jetcheck finds nothing.
+//
+//   node access_changes.mjs JETSQL-COMMAND... -- JETCHECK-COMMAND... -- FIXTURES READERS
+//
+// FIXTURES is the folder of the databases, unless ZIMBRAT_FIXTURES names another, READERS the folder under which npm put mdb-reader. Exit status 0
+// everything agrees, 1 differences (each on a line), 77 a reader or the fixtures are missing.
+import { spawnSync } from "node:child_process";
+import fs from "node:fs";
+import os from "node:os";
+import path from "node:path";
+import { pathToFileURL } from "node:url";
+
+const words = process.argv.slice(2);
+const jetsql = words.slice(0, words.indexOf("--"));
+const rest = words.slice(words.indexOf("--") + 1);
+const jetcheck = rest.slice(0, rest.indexOf("--"));
+const [usualFixtures, readers] = rest.slice(rest.indexOf("--") + 1);
+const fixtures = process.env.ZIMBRAT_FIXTURES ?? usualFixtures;
+
+const readerFile = path.join(readers, "node_modules/mdb-reader/lib/node/index.js");
+if (!fs.existsSync(readerFile) || spawnSync("mdb-ver", ["--help"]).error || !fs.existsSync(fixtures)) {
+  console.log("mdb-reader, mdbtools or the fixtures are missing");
+  process.exit(77);
+}
+const { default: MDBReader } = await import(pathToFileURL(readerFile));
+
+let differences = 0;
+function same(what, found, expected) {
+  const [a, b] = [JSON.stringify(found), JSON.stringify(expected)];
+  if (a === b) return;
+  differences += 1;
+  console.log(`${what}\n  found    ${a?.slice(0, 400)}\n  expected ${b?.slice(0, 400)}`);
+}
+
+function run([program, ...start], ...args) {
+  const result = spawnSync(program, [...start, ...args], { encoding: "utf8", maxBuffer: 1 << 26 });
+  if (result.status !== 0) throw new Error(`${args.join(" ")}: ${result.stdout}${result.stderr}`);
+  return result.stdout;
+}
+
+function readTables(database) {
+  const reader = new MDBReader(fs.readFileSync(database));
+  return new Map(reader.getTableNames().map((name) => [name, reader.getTable(name).getData()]));
+}
+
+// Rows in an order of their own: a row that outgrew its page is read in another place.
+const sorted = (rows, columns) =>
+  rows.map((row) => JSON.stringify(columns.map((column) => row[column] ?? null))).sort();
+
+const note = "ż".repeat(3000);
+
+function change(database, table) {
+  run(jetsql, "--haslo", "password", database,
+      `ALTER TABLE [${table}] ADD COLUMN [Dodane pole] TEXT(40)`,
+      `ALTER TABLE [${table}] ADD COLUMN [Dodana nota] MEMO`,
+      `UPDATE [${table}] SET [Dodane pole] = 'Zażółć gęślą'`,
+      `CREATE INDEX [Dodany indeks] ON [${table}] ([Dodane pole] DESC)`,
+      `UPDATE [${table}] SET [Dodana nota] = String(3000, 'ż')`,
+      `SELECT * INTO [Kopia ${table}] FROM [${table}]`,
+      `CREATE TABLE [Nowa ${table}] (Id COUNTER CONSTRAINT Klucz PRIMARY KEY, Miasto TEXT(50) NOT NULL, Kwota CURRENCY)`,
+      `INSERT INTO [Nowa ${table}] (Miasto, Kwota) VALUES ('Łódź', 12.5)`,
+      `INSERT INTO [Nowa ${table}] (Miasto, Kwota) SELECT [Dodane pole], Count(*) FROM [${table}] GROUP BY [Dodane pole]`,
+      `DELETE FROM [Nowa ${table}] WHERE Miasto Like 'ł*'`);
+}
+
+function compare(database, name, before) {
+  const after = readTables(database);
+  for (const [table, rows] of before) {
+    const columns = Object.keys(rows[0] ?? {});
+    const where = `${name}, ${table}`;
+    for (const found of [after.get(table), after.get(`Kopia ${table}`)]) {
+      same(`${where}: rows`, sorted(found, columns), sorted(rows, columns));
+      for (const row of found) same(`${where}: added`, [row["Dodane pole"], row["Dodana nota"]], ["Zażółć gęślą", note]);
+    }
+    same(`${where}: new table`, after.get(`Nowa ${table}`).map((row) => [row.Miasto, Number(row.Kwota)]),
+         rows.length ? [["Zażółć gęślą", rows.length]] : []);
+    same(`${where}: mdb-count`, Number(run(["mdb-count"], database, table)), rows.length);
+    same(`${where}: mdb-export`, run(["mdb-export"], database, `Nowa ${table}`).split("\n")[0], "Id,Miasto,Kwota");
+  }
+  run(jetcheck, database);
+}
+
+const folder = fs.mkdtempSync(path.join(os.tmpdir(), "zimbrat-access-"));
+try {
+  const files = fs.readdirSync(fixtures).filter((file) => /\.mdb$/.test(file) && !/refuse/.test(file)).sort();
+  for (const file of files) {
+    const database = path.join(folder, file);
+    fs.copyFileSync(path.join(fixtures, file), database);
+    fs.chmodSync(database, 0o600);
+    const before = readTables(database);
+    for (const table of before.keys()) change(database, table);
+    compare(database, file, before);
+    console.log(`${file}: ${before.size} tables`);
+  }
+} finally {
+  fs.rmSync(folder, { recursive: true });
+}
+process.exit(differences === 0 ? 0 : 1);
