@@ -63,7 +63,7 @@ class TableDesign {
   RowPointer AddMap();
   void FreeMap(RowPointer map);
 
-  const Storage& storage_;
+  Storage storage_;
   PageNumber page_;
 };
 
