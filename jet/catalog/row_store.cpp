@@ -20,6 +20,15 @@ const LogicalIndex& OtherEnd(Table& other, const LogicalIndex& entry) {
   return *found;
 }
 
+bool HasRules(Catalog& catalog, Table& table) {
+  const std::vector<FieldRules>& rules = catalog.Rules(table);
+  if (std::any_of(rules.begin(), rules.end(), [](const FieldRules& rule) { return !rule.validationRule.empty(); })) {
+    return true;
+  }
+  const CatalogObject* object = catalog.FindTableByPage(table.Page());
+  return object && !catalog.Properties(object->id).FindText({}, u"ValidationRule").empty();
+}
+
 }  // namespace
 
 std::optional<std::vector<std::byte>> TranslateKey(Table& source, const RealIndex& from, Table& target,
@@ -148,6 +157,20 @@ void RowStore::SetNull(Child& child, RowPointer row, int depth) {
   UpdateRow(*child.table, row, changes, depth + 1);
 }
 
+// Long values that stay as they are count as there or not; only a rule has to read them.
+std::vector<dao::Value> RowStore::ValuesToCheck(Table& table, const RowFields& former,
+                                                const std::vector<ColumnChange>& changes) {
+  const bool reads = HasRules(catalog_, table);
+  const std::vector<Column>& columns = table.Definition().columns;
+  std::vector<dao::Value> values(former.size());
+  for (std::size_t i = 0; i < former.size(); ++i) {
+    const bool isLong = columns[i].IsLongValue() && former[i].present;
+    values[i] = isLong && !reads ? dao::Value(dao::Binary{}) : table.ValueOf(i, former[i]);
+  }
+  for (const auto& [column, value] : changes) values[column] = value;
+  return values;
+}
+
 void RowStore::Update(Table& table, RowPointer home, const std::vector<ColumnChange>& changes) {
   UpdateRow(table, home, changes, 0);
 }
@@ -155,10 +178,7 @@ void RowStore::Update(Table& table, RowPointer home, const std::vector<ColumnCha
 void RowStore::UpdateRow(Table& table, RowPointer home, const std::vector<ColumnChange>& changes, int depth) {
   if (depth > kMaxCascadeDepth) Raise(platform::kErrRelatedRecords, table.Name());
   const RowFields former = table.Read(home);
-  std::vector<dao::Value> values;
-  for (std::size_t i = 0; i < former.size(); ++i) values.push_back(table.ValueOf(i, former[i]));
-  for (const auto& [column, value] : changes) values[column] = value;
-  CheckFields(table, values);
+  CheckFields(table, ValuesToCheck(table, former, changes));
   RowFields fields = former;
   for (const auto& [column, value] : changes) fields[column] = table.FieldOf(column, value);
   const PreparedRow row = table.Prepare(fields, &former);

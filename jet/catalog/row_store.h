@@ -33,6 +33,8 @@ class RowStore {
   };
 
   void CheckFields(Table& table, const std::vector<dao::Value>& values);
+  std::vector<dao::Value> ValuesToCheck(Table& table, const RowFields& former,
+                                        const std::vector<ColumnChange>& changes);
   void CheckParents(Table& table, const RowFields& fields, const RowFields* former);
   std::optional<Child> FindChild(const LogicalIndex& entry, bool onDelete);
   std::vector<RowPointer> RowsOf(Child& child, Table& table, const LogicalIndex& entry, const RowFields& row);

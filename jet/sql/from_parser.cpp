@@ -70,6 +70,7 @@ class FromParser {
   std::unique_ptr<FromItem> ParsePrimary() {
     auto item = std::make_unique<FromItem>();
     if (!tokens_.AcceptSign(u"(")) {
+      if (EndsTable()) Raise(error_);
       item->table = tokens_.TakeName(error_);
       if (tokens_.IsSign(u".") || tokens_.IsWord(u"IN")) RaiseUnsupported(u"tabela innej bazy danych");
       item->alias = ParseAlias();
@@ -91,11 +92,13 @@ class FromParser {
 
   std::u16string ParseAlias() {
     if (tokens_.AcceptWord(u"AS")) return tokens_.TakeName(error_);
-    if (!tokens_.IsName()) return {};
-    for (const std::u16string_view word : kAfterTable) {
-      if (tokens_.IsWord(word)) return {};
-    }
+    if (!tokens_.IsName() || EndsTable()) return {};
     return tokens_.Take().text;
+  }
+
+  bool EndsTable() const {
+    return std::any_of(std::begin(kAfterTable), std::end(kAfterTable),
+                       [this](std::u16string_view word) { return tokens_.IsWord(word); });
   }
 
   TokenStream& tokens_;

@@ -40,6 +40,7 @@ class SelectCompiler {
 
   std::unique_ptr<SelectPlan> Run() {
     AddTables();
+    if (select_.groupBy.size() > kMaxColumns || select_.orderBy.size() > kMaxColumns) Raise(kErrQueryTooComplex);
     if (select_.where) Binder(scope_, compilation_, kErrAggregateInWhere).Bind(*select_.where);
     ExpandItems();
     plan_->isGrouped_ = IsGrouped();

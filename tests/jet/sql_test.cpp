@@ -48,7 +48,8 @@ class Script {
       if (kind == '?') return Rows(statement);
       if (kind == '=') return {Text(ValueOf(statement))};
       if (kind == ':') return {Columns(statement)};
-      database_->Execute(statement, dao::dbFailOnError);
+      database_->Execute(statement, kind == '~' ? 0 : dao::dbFailOnError);
+      if (kind != '>') return {std::to_string(database_->RecordsAffected())};
       return {};
     } catch (const platform::RunTimeError& error) {
       return {"! " + std::to_string(error.Number())};
@@ -132,7 +133,7 @@ std::vector<Case> ReadCases(const std::filesystem::path& path) {
   std::string line;
   for (int number = 1; std::getline(in, line); ++number) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
-    const bool starts = !line.empty() && std::string_view(">?=:").find(line[0]) != std::string_view::npos;
+    const bool starts = !line.empty() && std::string_view(">+~?=:").find(line[0]) != std::string_view::npos;
     if (starts) {
       cases.push_back({number, line[0], line.size() > 2 ? line.substr(2) : "", {}});
     } else if (!line.empty() && line[0] != '#' && !cases.empty()) {
