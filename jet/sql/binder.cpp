@@ -25,10 +25,6 @@ bool ContainsAggregate(const Expression& e) {
                                        [](const ExpressionPtr& operand) { return ContainsAggregate(*operand); });
 }
 
-void RequireKnownFunction(const Expression& call) {
-  if (!IsKnownFunction(call.name)) Raise(platform::kErrUndefinedFunction, call.name);
-}
-
 bool SameExpression(const Expression& a, const Expression& b) {
   if (a.kind != b.kind || a.operands.size() != b.operands.size()) return false;
   switch (a.kind) {
@@ -70,7 +66,7 @@ void Binder::Bind(Expression& e) {
   if (e.kind == Expression::Kind::Name) return BindName(e);
   if (e.kind == Expression::Kind::Call) {
     if (IsAggregate(e)) Raise(aggregateError_, e.name);
-    RequireKnownFunction(e);
+    CheckCall(e);
   }
   for (const ExpressionPtr& operand : e.operands) Bind(*operand);
   if (e.kind == Expression::Kind::Subquery) e.subquery = BindSubquery(e, scope_, compilation_);

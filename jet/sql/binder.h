@@ -28,7 +28,7 @@ class Binder {
   Binder(Scope& scope, Compilation& compilation, std::int32_t aggregateError)
       : scope_(scope), compilation_(compilation), aggregateError_(aggregateError) {}
 
-  // Errors 3079, 3085, and those of subqueries; unknown names are left to the compilation.
+  // Errors 3079, 3085, 3075 for a wrong number of arguments, and those of subqueries; unknown names are left to the compilation.
   void Bind(Expression& expression);
   // The names alone.
   void BindName(Expression& name);
@@ -42,8 +42,6 @@ class Binder {
 bool IsAggregate(const Expression& expression);
 // Anywhere in it, but not in its subqueries.
 bool ContainsAggregate(const Expression& expression);
-// Error 3085 for a function that there is not.
-void RequireKnownFunction(const Expression& call);
 bool SameExpression(const Expression& a, const Expression& b);
 
 }  // namespace zimbrat::jet

@@ -75,17 +75,25 @@ constexpr FunctionType kFunctions[] = {
     {u"TIMESERIAL", dao::dbDate},  {u"DATEVALUE", dao::dbDate},   {u"TIMEVALUE", dao::dbDate},
     {u"DATEADD", dao::dbDate},     {u"CDATE", dao::dbDate},       {u"CVDATE", dao::dbDate},
 };
-// Functions whose value is of the type of an argument.
-constexpr std::pair<std::u16string_view, std::size_t> kByArgument[] = {
-    {u"IIF", 1}, {u"CHOOSE", 1}, {u"SWITCH", 1}, {u"ABS", 0}, {u"INT", 0}, {u"FIX", 0}, {u"ROUND", 0}, {u"CVAR", 0}};
+// Functions whose value is of the type of an argument: the first that is not just Null.
+struct FunctionOfArgument {
+  std::u16string_view name;
+  std::size_t first;
+  std::size_t step;
+};
+constexpr FunctionOfArgument kByArgument[] = {{u"IIF", 1, 1},  {u"CHOOSE", 1, 1}, {u"SWITCH", 1, 2},
+                                              {u"ABS", 0, 9},  {u"INT", 0, 9},    {u"FIX", 0, 9},
+                                              {u"ROUND", 0, 9}, {u"CVAR", 0, 9}};
 
 ColumnType OfCall(const Expression& e) {
   for (const FunctionType& function : kFunctions) {
     if (platform::EqualIgnoringCase(function.name, e.name)) return Fixed(function.type);
   }
-  for (const auto& [name, argument] : kByArgument) {
-    if (platform::EqualIgnoringCase(name, e.name) && argument < e.operands.size()) {
-      return TypeOf(*e.operands[argument]);
+  for (const FunctionOfArgument& function : kByArgument) {
+    if (!platform::EqualIgnoringCase(function.name, e.name)) continue;
+    for (std::size_t i = function.first; i < e.operands.size(); i += function.step) {
+      const Expression& argument = *e.operands[i];
+      if (argument.kind != Expression::Kind::Literal || !dao::IsNull(argument.value)) return TypeOf(argument);
     }
   }
   return Text();

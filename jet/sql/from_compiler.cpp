@@ -256,7 +256,9 @@ RowSourcePtr FromCompiler::BuildJoin(Node& node) {
     if (c->kind != Expression::Kind::Operation || c->op != Operator::Equal) continue;
     for (const std::size_t side : {0, 1}) {
       const Leaves a = LeavesOf(*c->operands[side]), b = LeavesOf(*c->operands[1 - side]);
-      if (a == 0 || b == 0 || (a & ~left.All()) != 0 || (b & ~right.All()) != 0) continue;
+      const bool sameKind =
+          KindOf(TypeOf(*c->operands[0]).type) == KindOf(TypeOf(*c->operands[1]).type);  // else keys differ
+      if (!sameKind || a == 0 || b == 0 || (a & ~left.All()) != 0 || (b & ~right.All()) != 0) continue;
       plan.equal.emplace_back(c->operands[side].get(), c->operands[1 - side].get());
       break;
     }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "jet/file/errors.h"
+#include "jet/sql/functions.h"
 
 #include "column_type.h"
 #include "subquery.h"
@@ -91,7 +92,7 @@ void GroupBinder::Bind(Expression& e) {
 // Names find the tables' columns first, so that whole expressions can be compared with the keys.
 void GroupBinder::BindColumns(Expression& e) {
   if (e.kind == Expression::Kind::Name) return Binder(tables_, compilation_, 0).BindName(e);
-  if (e.kind == Expression::Kind::Call && !IsAggregate(e)) RequireKnownFunction(e);
+  if (e.kind == Expression::Kind::Call && !IsAggregate(e)) CheckCall(e);
   for (const ExpressionPtr& operand : e.operands) {
     if (IsAggregate(e)) {
       Binder(tables_, compilation_, platform::kErrNestedAggregate).Bind(*operand);

@@ -70,7 +70,12 @@ IndexRange::Bound IndexRange::FindBound(std::size_t column, const Conditions& co
   Bound bound;
   bound.column = column;
   for (const Expression* c : conditions) {
-    if (c->kind != Expression::Kind::Operation || c->operands.size() != 2) continue;
+    if (c->kind != Expression::Kind::Operation) continue;
+    if (c->op == Operator::Between && own(*c->operands[0]) == column && isKnown(*c->operands[1]) &&
+        isKnown(*c->operands[2])) {
+      return {column, nullptr, c->operands[1].get(), c->operands[2].get(), true};
+    }
+    if (c->operands.size() != 2) continue;
     if (c->op < Operator::Equal || c->op > Operator::GreaterEqual || c->op == Operator::NotEqual) continue;
     for (const std::size_t side : {0, 1}) {
       const Expression& value = *c->operands[1 - side];
@@ -146,6 +151,7 @@ bool IndexRange::Start(Table& table, const EvaluationContext& context) {
       const Appended appended = Append(table, bound, *bound.low, context, low);
       if (appended != Appended::Yes) return appended == Appended::NeverEqual;
     }
+    if (bound.mayBeExchanged && high_ < low) std::swap(high_, low);
   }
   cursor_ = table.Tree(realIndex_).Seek(low);
   return true;

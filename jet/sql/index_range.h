@@ -33,6 +33,7 @@ class IndexRange {
     const Expression* equal = nullptr;
     const Expression* low = nullptr;
     const Expression* high = nullptr;
+    bool mayBeExchanged = false;  // the ends of BETWEEN
   };
   static Bound FindBound(std::size_t column, const Conditions& conditions, const OwnColumn& own,
                          const IsKnown& isKnown);

@@ -41,6 +41,7 @@ class ValueSet {
     if (places_.Count() == 0 && !hasNull_) return false;
     if (dao::IsNull(value)) return value;
     Comparison(Operator::Equal, value, sample_);  // types that never match are an error
+    if (RankOf(value) != RankOf(sample_)) return CompareWithAll(value);
     std::vector<std::byte> key;
     AppendSortKey(value, false, key);
     const std::uint64_t hash = std::uint64_t{HashOf(key)} << kPositionBits;
@@ -55,6 +56,17 @@ class ValueSet {
   }
 
  private:
+  // Texts and GUIDs compare, but their keys do not.
+  dao::Value CompareWithAll(const dao::Value& value) {
+    for (std::uint64_t i = 0; i < places_.Count(); ++i) {
+      ConstBytes place = places_.At(i);
+      plan_.Rows().Load(place);
+      if (IsTrue(Comparison(Operator::Equal, value, plan_.ValueAt(0)))) return true;
+    }
+    if (hasNull_) return dao::Null{};
+    return false;
+  }
+
   RowPlan& plan_;
   PlaceList places_;
   std::vector<std::uint64_t> entries_;

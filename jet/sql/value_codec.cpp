@@ -1,5 +1,6 @@
 #include "value_codec.h"
 
+#include <cmath>
 #include <cstring>
 #include <type_traits>
 #include <utility>
@@ -87,23 +88,45 @@ dao::Value TakeValue(ConstBytes& bytes) {
   return TakeByIndex(index, bytes, std::make_index_sequence<std::variant_size_v<dao::Value>>());
 }
 
+namespace {
+
+// What the nearest Double leaves of an amount, in ten-thousandths: less than a Double's step, and 0 for what
+// the other types hold.
+std::int16_t RestOf(const dao::Value& value, double number) {
+  const auto* amount = std::get_if<dao::Currency>(&value);
+  if (!amount) return 0;
+  const double scaled = std::round(number * 10000.0);
+  if (std::abs(scaled) >= 9.2e18) return 0;
+  return static_cast<std::int16_t>(amount->scaled - static_cast<std::int64_t>(scaled));
+}
+
+void AppendNumber(const dao::Value& value, std::vector<std::byte>& key) {
+  const double number = FindDouble(value).value_or(0);
+  AppendKeyColumn({dao::dbDouble, true}, number, key);
+  const auto rest = static_cast<std::uint16_t>(RestOf(value, number) ^ 0x8000);
+  key.push_back(static_cast<std::byte>(rest >> 8));
+  key.push_back(static_cast<std::byte>(rest & 0xFF));
+}
+
+}  // namespace
+
+KeyRank RankOf(const dao::Value& value) {
+  if (dao::IsNull(value)) return KeyRank::Null;
+  if (std::holds_alternative<std::u16string>(value)) return KeyRank::Text;
+  if (std::holds_alternative<dao::Binary>(value)) return KeyRank::Binary;
+  return std::holds_alternative<dao::Guid>(value) ? KeyRank::Guid : KeyRank::Number;
+}
+
 void AppendSortKey(const dao::Value& value, bool descending, std::vector<std::byte>& key) {
-  enum Rank : std::uint8_t { kNull, kNumber, kText, kBinary, kGuid };
   const std::size_t start = key.size();
-  const auto append = [&](Rank rank, std::int16_t type, const dao::Value& v) {
-    key.push_back(static_cast<std::byte>(rank));
-    if (rank != kNull) AppendKeyColumn({type, true}, v, key);
-  };
-  if (dao::IsNull(value)) {
-    append(kNull, 0, value);
-  } else if (std::holds_alternative<std::u16string>(value)) {
-    append(kText, dao::dbText, value);
-  } else if (std::holds_alternative<dao::Binary>(value)) {
-    append(kBinary, dao::dbBinary, value);
-  } else if (std::holds_alternative<dao::Guid>(value)) {
-    append(kGuid, dao::dbGUID, value);
-  } else {
-    append(kNumber, dao::dbDouble, FindDouble(value).value_or(0));
+  const KeyRank rank = RankOf(value);
+  key.push_back(static_cast<std::byte>(rank));
+  switch (rank) {
+    case KeyRank::Null: break;
+    case KeyRank::Number: AppendNumber(value, key); break;
+    case KeyRank::Text: AppendKeyColumn({dao::dbText, true}, value, key); break;
+    case KeyRank::Binary: AppendKeyColumn({dao::dbBinary, true}, value, key); break;
+    case KeyRank::Guid: AppendKeyColumn({dao::dbGUID, true}, value, key); break;
   }
   if (!descending) return;
   for (std::size_t i = start; i < key.size(); ++i) key[i] = ~key[i];
