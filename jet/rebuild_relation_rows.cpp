@@ -105,11 +105,13 @@ RowFate RelationRowsRebuild::CopyRow(const TableLayout& layout, const RescuedRow
   return StoreSystemRow(table, fields);
 }
 
-void RelationRowsRebuild::AddMissingRows() {
+void RelationRowsRebuild::AddMissingRows(RepairedTable& report) {
   for (const auto& [key, rows] : enforced_) {
-    if (!rows.AreSound()) {
-      Relationships(target_.GetStorage(), target_.GetCatalog()).AddRows(rows.relation);
-    }
+    if (rows.AreSound()) continue;
+    Relationships(target_.GetStorage(), target_.GetCatalog()).AddRows(rows.relation);
+    const std::uint64_t count = rows.relation.fields.size();
+    report.saved += count;
+    report.lost -= std::min(report.lost, count);
   }
 }
 
@@ -127,7 +129,7 @@ RepairedTable RelationRowsRebuild::Run() {
       CopySystemRows(source_, *table, [&](const TableLayout& layout, const RescuedRow& row) {
         return CopyRow(layout, row, *table);
       });
-  AddMissingRows();
+  AddMissingRows(report);
   AddMissingObjects();
   return report;
 }

@@ -35,7 +35,7 @@ class RelationRowsRebuild {
   void CountRows();
   RowFate CopyRow(const check::TableLayout& layout, const check::RescuedRow& row, Table& table);
   RebuiltTable* FindTable(std::u16string_view name) const;
-  void AddMissingRows();
+  void AddMissingRows(RepairedTable& report);
   void AddMissingObjects();
 
   check::Rescue& source_;

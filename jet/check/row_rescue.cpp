@@ -42,13 +42,15 @@ RowCounts RowRescue::Run(const RowPages& pages) {
   // A broken pointer and a row that nothing points at belong together.
   const std::uint64_t strays = counts_.saved - atHome;
   counts_.lost += brokenMoves_ - std::min(brokenMoves_, strays);
-  const std::uint64_t known = counts_.saved + counts_.lost;
-  const std::uint64_t most = std::uint64_t{check_.pages.Count()} * kMaxRowSlots;
-  if (pages.areUncertain && table_.HasReliableRowCount() && table_.rows > known &&
-      table_.rows <= most) {
-    counts_.lost = table_.rows - counts_.saved;
-  }
+  if (pages.areUncertain) AddMissingRows();
   return counts_;
+}
+
+// Of rows on pages that are gone only the definition's count tells, as long as it is possible.
+void RowRescue::AddMissingRows() {
+  const std::uint64_t most = std::uint64_t{check_.pages.Count()} * kMaxRowSlots;
+  if (table_.rows > counts_.saved + counts_.lost && table_.rows <= most)
+    counts_.lost = table_.rows - counts_.saved;
 }
 
 void RowRescue::ReadHomes(PageNumber number) {

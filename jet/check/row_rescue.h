@@ -18,6 +18,7 @@ class RowRescue {
   RowCounts Run(const RowPages& pages);
 
  private:
+  void AddMissingRows();
   void ReadHomes(PageNumber page);
   void ReadStrays(PageNumber page);
   void FollowMove(ConstBytes pointer);
