@@ -40,21 +40,55 @@ LogicalIndex LogicalFrom(const check::LogicalLayout& layout) {
   return index;
 }
 
-// Of the row with its long values as they would be stored: inline up to the usual size.
-std::size_t RowSize(const TableDefinition& d, const check::RescuedRow& row) {
+// Of a row; `lengthOf` tells of a variable column how long its bytes are.
+template <class LengthOf>
+std::size_t RowSize(const TableDefinition& d, LengthOf lengthOf) {
   constexpr std::size_t kSizeOffset = 2;
   std::size_t size = kSizeOffset + d.EndOfFixedArea() + (d.maxColumns + 7u) / 8u +
                      kSizeOffset * (d.variableColumns + 2u);
   for (std::size_t i = 0; i < d.columns.size(); ++i) {
-    if (d.columns[i].IsFixed() || !row.fields[i]) continue;
-    const std::size_t length = row.fields[i]->size();
-    if (!d.columns[i].IsLongValue()) {
-      size += length;
-    } else {
-      size += kSizeLongValueDescriptor + (length <= kMaxInlineLongValue ? length : 0);
-    }
+    if (!d.columns[i].IsFixed()) size += lengthOf(i);
   }
   return size;
+}
+
+// As they would be stored inline up to the usual size.
+std::size_t LengthInRow(const Column& column, std::size_t length) {
+  if (!column.IsLongValue()) return length;
+  return kSizeLongValueDescriptor + (length <= kMaxInlineLongValue ? length : 0);
+}
+
+// As the row would have been written before its last columns, in which it is null, were added.
+std::vector<std::byte> EncodeShortest(const TableDefinition& d, const RowFields& fields) {
+  TableDefinition former;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (fields[i].present)
+      former.maxColumns = std::max<std::uint16_t>(former.maxColumns, d.columns[i].id + 1);
+  }
+  RowFields formerFields;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const Column& column = d.columns[i];
+    if (column.id >= former.maxColumns) continue;
+    former.columns.push_back(column);
+    formerFields.push_back(fields[i]);
+    if (!column.IsFixed())
+      former.variableColumns = std::max<std::uint16_t>(former.variableColumns, column.variableIndex + 1);
+  }
+  return EncodeRow(former, formerFields);
+}
+
+// Deleted columns leave holes; rows that are written anew have none.
+void CloseHoles(TableDefinition& d) {
+  std::vector<Column*> fixed;
+  for (Column& column : d.columns) {
+    if (column.IsFixed() && column.type != kTypeBoolean) fixed.push_back(&column);
+  }
+  std::ranges::stable_sort(fixed, {}, &Column::fixedOffset);
+  std::uint16_t offset = 0;
+  for (Column* column : fixed) {
+    column->fixedOffset = offset;
+    offset = static_cast<std::uint16_t>(offset + column->length);
+  }
 }
 
 std::u16string NamesOf(const TableDefinition& d, std::size_t realIndex) {
@@ -104,6 +138,7 @@ PageNumber CreateFrom(const Storage& storage, const check::TableLayout& layout) 
   d.maxColumns = layout.maxColumns;
   d.variableColumns = layout.variableColumns;
   for (const check::ColumnLayout& column : layout.columns) d.columns.push_back(ColumnFrom(column));
+  CloseHoles(d);
   for (const Column& column : d.columns) {
     if (column.IsLongValue()) design.AddLongValueMaps(column.id);
   }
@@ -121,8 +156,11 @@ PageNumber CreateFrom(const Storage& storage, const check::TableLayout& layout) 
 
 RowFields FieldsFrom(Table& table, const check::RescuedRow& row) {
   const TableDefinition& d = table.Definition();
+  const std::size_t size = RowSize(d, [&](std::size_t i) {
+    return row.fields[i] ? LengthInRow(d.columns[i], row.fields[i]->size()) : 0;
+  });
   // A value that was not inline before may be now, and the row too long with it.
-  const std::size_t maxInline = RowSize(d, row) > kMaxRowSize ? 0 : kMaxInlineLongValue;
+  const std::size_t maxInline = size > kMaxRowSize ? 0 : kMaxInlineLongValue;
   RowFields fields(d.columns.size());
   for (std::size_t i = 0; i < fields.size(); ++i) {
     if (!row.fields[i]) continue;
@@ -140,7 +178,11 @@ RowFields FieldsFrom(Table& table, const check::RescuedRow& row) {
 
 check::RowCounts CopyRows(check::Rescue& source, const check::TableLayout& layout, Table& table) {
   return source.ReadRows(layout, [&](const check::RescuedRow& row) {
-    table.Insert({EncodeRow(table.Definition(), FieldsFrom(table, row)), {}});
+    const TableDefinition& d = table.Definition();
+    const RowFields fields = FieldsFrom(table, row);
+    const bool isShort =
+        RowSize(d, [&](std::size_t i) { return fields[i].bytes.size(); }) <= kMaxRowSize;
+    table.Insert({isShort ? EncodeRow(d, fields) : EncodeShortest(d, fields), {}});
   });
 }
 

@@ -9,8 +9,8 @@
 
 namespace zimbrat::jet {
 
-// Without rows, its trees empty. Columns and indexes keep their numbers; ends of relationships still name
-// the pages of the former file. Returns the page of the definition.
+// Without rows, its trees empty. Columns and indexes keep their numbers, fixed columns move together; ends of
+// relationships still name the pages of the former file. Returns the page of the definition.
 PageNumber CreateFrom(const Storage& storage, const check::TableLayout& layout);
 
 // A rescued row as a row of `table`, whose columns are those of the layout. Stores the long values.

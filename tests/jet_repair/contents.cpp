@@ -50,7 +50,7 @@ std::vector<std::string> Reader::DefinitionOf(Table& table) const {
   add("table", +d.tableType, d.maxColumns, d.variableColumns, d.counter);
   for (const Column& c : d.columns) {
     add("column", Utf8FromUtf16(c.name), +c.type, c.id, c.variableIndex, c.displayOrder, c.extra, +c.flags,
-        +c.flags2, c.IsFixed() ? c.fixedOffset : 0, c.length);
+        +c.flags2, c.length);
   }
   for (const RealIndex& index : d.realIndexes) {
     std::string columns;
