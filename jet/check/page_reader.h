@@ -25,7 +25,8 @@ class PageReader {
   PageNumber Count() const { return count_; }
   bool HasWholePages() const { return hasWholePages_; }
   bool Has(PageNumber page) const { return page < count_; }
-  // The page must be in the file. What lies beyond its end is zero.
+  // The page must be in the file. What lies beyond its end is zero. Error 3043 when the disk gives less
+  // than the file has.
   PageView Read(PageNumber page);
 
  private:
@@ -37,6 +38,7 @@ class PageReader {
   platform::File& file_;
   std::function<void()> pulse_;
   std::uint32_t key_ = 0;
+  std::uint64_t size_ = 0;
   PageNumber count_ = 0;
   bool hasWholePages_ = true;
   std::uint64_t reads_ = 0;

@@ -117,16 +117,30 @@ std::vector<bool> TrustedSlots(ConstBytes page, std::size_t slots) {
   return trusted;
 }
 
+// Where the number of rows is damaged, what follows the last slot is empty or the rows themselves.
+void DropWhatIsNoSlot(ConstBytes page, std::vector<bool>& trusted) {
+  std::size_t lowest = kPageSize;
+  for (std::size_t slot = 0; slot < trusted.size(); ++slot) {
+    if (trusted[slot]) lowest = StartOf(page, slot);
+  }
+  const auto isNone = [&](std::size_t slot) {
+    return Slot(page, slot) == 0 || kOffsetRowTable + kSizeRowSlot * (slot + 1) > lowest;
+  };
+  while (!trusted.empty() && !trusted.back() && isNone(trusted.size() - 1)) trusted.pop_back();
+}
+
 }  // namespace
 
 std::vector<RowPlace> FindRowPlaces(ConstBytes page) {
-  const std::size_t slots = std::min(SlotCount(page), kMaxRowSlots);
-  const std::vector<bool> trusted =
-      HasSoundRowTable(page) ? std::vector<bool>(slots, true) : TrustedSlots(page, slots);
+  const std::size_t count = std::min(SlotCount(page), kMaxRowSlots);
+  const bool isSound = HasSoundRowTable(page);
+  std::vector<bool> trusted =
+      isSound ? std::vector<bool>(count, true) : TrustedSlots(page, count);
+  if (!isSound) DropWhatIsNoSlot(page, trusted);
   std::vector<RowPlace> places;
   std::size_t end = kPageSize;
   bool knowsEnd = true;
-  for (std::size_t slot = 0; slot < slots; ++slot) {
+  for (std::size_t slot = 0; slot < trusted.size(); ++slot) {
     const std::size_t start = StartOf(page, slot);
     places.push_back({start, end, trusted[slot] && knowsEnd});
     knowsEnd = trusted[slot];

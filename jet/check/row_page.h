@@ -32,7 +32,7 @@ struct RowPlace {
   std::size_t end = 0;
   bool isKnown = false;  // else neither can be trusted
 };
-// One for each slot. Offsets that cannot stand beside the most others are taken for damaged; a row
+// One for each slot that can be one. Offsets that cannot stand beside the most others are taken for damaged; a row
 // whose end such an offset gave is lost with it.
 std::vector<RowPlace> FindRowPlaces(ConstBytes page);
 

@@ -138,7 +138,67 @@ void ZeroedPages::ZeroAndRepair(PageNumber page) {
   }
 }
 
+// Bytes of one page, and what the report says of it: a line for each harmed table.
+struct Planted {
+  const char* name;
+  const char* file;
+  PageNumber page;
+  std::size_t offset;
+  const char* bytes;  // as hexadecimal numbers
+  const char* losses;
+};
+
+// index.mdb: Table1 (rows on page 62) refers to Table2 (60) and Table3 (61). overflow.mdb: moved rows between
+// pages 27, 28 and 31. comp-index.mdb: definition on page 15, rows on 17 to 20, long values on 30.
+const Planted kPlanted[] = {
+    {"key twice", "index.mdb", 60, 0xFDC, "00",
+     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: klucz tabeli „Table2” "
+     "dopuszcza powtórzenia\n"
+     "Table2: partial 0, lost 0; indeks „PrimaryKey” dopuszcza teraz powtórzenia, bo są w wierszach\n"},
+    {"no key", "index.mdb", 60, 0xFFF, "02",
+     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: są wiersze bez odpowiednika w "
+     "tabeli „Table2”\n"
+     "Table2: partial 0, lost 0; indeks „PrimaryKey” dopuszcza teraz wartości Null, bo są w wierszach\n"},
+    {"orphan", "index.mdb", 62, 0xFC3, "09",
+     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: są wiersze bez odpowiednika w "
+     "tabeli „Table2”\n"},
+    {"other end of a relationship", "index.mdb", 24, 583, "09",
+     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: brak jej drugiego końca\n"},
+    {"place of a row", "index.mdb", 61, 16, "FF 0F",
+     "Table1: partial 0, lost 0; relacja „Table3Table1” nie jest już wymuszana: są wiersze bez odpowiednika w "
+     "tabeli „Table3”\n"
+     "Table3: partial 0, lost 2\n"},
+    {"number of rows on a page", "index.mdb", 61, 12, "FF FF", ""},
+    {"owner of a page", "index.mdb", 61, 4, "FF 0F", ""},
+    {"kind of a page", "index.mdb", 61, 0, "07", ""},
+    {"number of rows in a definition", "index.mdb", 24, 16, "FF", ""},
+    {"pointer of a moved row", "overflow.mdb", 27, 0xF6F, "05", ""},
+    {"home slot of a moved row deleted", "overflow.mdb", 27, 19, "CF", ""},
+    {"long value deleted", "comp-index.mdb", 30, 15, "CE",
+     "MSysObjects: partial 1, lost 0\n"},
+    {"length of a long value", "comp-index.mdb", 30, 15, "0F",
+     "MSysObjects: partial 1, lost 0\n"},
+    {"type of a column", "comp-index.mdb", 15, 75, "0E",
+     "Table1: partial 0, lost 0; poprawiono opis kolumny „CD_AGENTE”\n"},
+    {"variable part of a row", "comp-index.mdb", 17, 0xFE7 + 18, "FF",
+     "Table1: partial 1, lost 0\n"},
+    {"columns of a row", "comp-index.mdb", 17, 0xFE7, "09",
+     "Table1: partial 0, lost 1\n"},
+};
+
 }  // namespace
+
+TEST(PlantedDamage, CostsNoMoreThanItMust) {
+  if (!HasAccessFiles()) GTEST_SKIP();
+  for (const Planted& planted : kPlanted) {
+    RepairBench bench(AccessFile(planted.file));
+    std::istringstream in(planted.bytes);
+    std::size_t at = planted.offset;
+    for (unsigned byte = 0; in >> std::hex >> byte;) bench.Page(planted.page)[at++] = static_cast<std::byte>(byte);
+    EXPECT_EQ(LossesOf(bench.Repair()), planted.losses) << planted.name;
+    EXPECT_TRUE(CheckFile(bench.files, kPath).empty()) << planted.name;
+  }
+}
 
 TEST_P(ZeroedPages, CostWhatLayOnThem) {
   for (PageNumber page = 1; page < file_.size() / kPageSize; ++page) {
