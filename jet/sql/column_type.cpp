@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "jet/catalog/field_spec.h"
-#include "platform/text.h"
+#include "jet/sql/functions.h"
 
 #include "aggregates.h"
 #include "subquery.h"
@@ -54,47 +54,15 @@ ColumnType OfArithmetic(const Expression& e) {
   return Fixed(dao::dbDouble);
 }
 
-struct FunctionType {
-  std::u16string_view name;
-  std::int16_t type;
-};
-constexpr FunctionType kFunctions[] = {
-    {u"LEN", dao::dbLong},         {u"INSTR", dao::dbLong},       {u"INSTRREV", dao::dbLong},
-    {u"CLNG", dao::dbLong},        {u"DATEDIFF", dao::dbLong},    {u"CINT", dao::dbInteger},
-    {u"ASC", dao::dbInteger},      {u"ASCW", dao::dbInteger},     {u"YEAR", dao::dbInteger},
-    {u"MONTH", dao::dbInteger},    {u"DAY", dao::dbInteger},      {u"HOUR", dao::dbInteger},
-    {u"MINUTE", dao::dbInteger},   {u"SECOND", dao::dbInteger},   {u"WEEKDAY", dao::dbInteger},
-    {u"DATEPART", dao::dbInteger}, {u"STRCOMP", dao::dbInteger},  {u"SGN", dao::dbInteger},
-    {u"CBYTE", dao::dbByte},       {u"CBOOL", dao::dbBoolean},    {u"ISNULL", dao::dbBoolean},
-    {u"ISDATE", dao::dbBoolean},   {u"ISNUMERIC", dao::dbBoolean}, {u"CCUR", dao::dbCurrency},
-    {u"CSNG", dao::dbSingle},      {u"CDBL", dao::dbDouble},      {u"VAL", dao::dbDouble},
-    {u"SQR", dao::dbDouble},       {u"EXP", dao::dbDouble},       {u"LOG", dao::dbDouble},
-    {u"SIN", dao::dbDouble},       {u"COS", dao::dbDouble},       {u"TAN", dao::dbDouble},
-    {u"ATN", dao::dbDouble},       {u"RND", dao::dbSingle},       {u"NOW", dao::dbDate},
-    {u"DATE", dao::dbDate},        {u"TIME", dao::dbDate},        {u"DATESERIAL", dao::dbDate},
-    {u"TIMESERIAL", dao::dbDate},  {u"DATEVALUE", dao::dbDate},   {u"TIMEVALUE", dao::dbDate},
-    {u"DATEADD", dao::dbDate},     {u"CDATE", dao::dbDate},       {u"CVDATE", dao::dbDate},
-};
-// Functions whose value is of the type of an argument: the first that is not just Null.
-struct FunctionOfArgument {
-  std::u16string_view name;
-  std::size_t first;
-  std::size_t step;
-};
-constexpr FunctionOfArgument kByArgument[] = {{u"IIF", 1, 1},  {u"CHOOSE", 1, 1}, {u"SWITCH", 1, 2},
-                                              {u"ABS", 0, 9},  {u"INT", 0, 9},    {u"FIX", 0, 9},
-                                              {u"ROUND", 0, 9}, {u"CVAR", 0, 9}};
-
+// A choice whose first argument is just Null has the type of the next.
 ColumnType OfCall(const Expression& e) {
-  for (const FunctionType& function : kFunctions) {
-    if (platform::EqualIgnoringCase(function.name, e.name)) return Fixed(function.type);
-  }
-  for (const FunctionOfArgument& function : kByArgument) {
-    if (!platform::EqualIgnoringCase(function.name, e.name)) continue;
-    for (std::size_t i = function.first; i < e.operands.size(); i += function.step) {
-      const Expression& argument = *e.operands[i];
-      if (argument.kind != Expression::Kind::Literal || !dao::IsNull(argument.value)) return TypeOf(argument);
-    }
+  const FunctionResult result = ResultOf(e.name);
+  if (result.type == dao::dbText) return Text();
+  if (result.type != 0) return Fixed(result.type);
+  for (std::size_t i = result.argument; i < e.operands.size(); i += result.step) {
+    const Expression& argument = *e.operands[i];
+    if (argument.kind != Expression::Kind::Literal || !dao::IsNull(argument.value)) return TypeOf(argument);
+    if (result.step == 0) break;
   }
   return Text();
 }

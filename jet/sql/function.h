@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "jet/sql/functions.h"
 #include "platform/dao.h"
 
 namespace zimbrat::jet {
@@ -44,8 +45,11 @@ struct Function {
   std::u16string_view name;  // in capitals, without "$"
   std::size_t least, most;   // arguments
   unsigned nulls;            // bit i: the result is Null when argument i is
+  FunctionResult result;
   dao::Value (*call)(const Arguments&);
 };
+
+inline constexpr FunctionResult kAsFirst = {};
 
 // By subject.
 std::span<const Function> TextFunctions();

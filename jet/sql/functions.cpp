@@ -20,6 +20,7 @@ namespace {
 struct Choice {
   std::u16string_view name;
   std::size_t least, most;
+  FunctionResult result;
   dao::Value (*call)(const Expression&, const EvaluationContext&);
 };
 
@@ -46,9 +47,9 @@ dao::Value Switch(const Expression& call, const EvaluationContext& context) {
 constexpr std::size_t kMany = 1000;
 
 constexpr Choice kChoices[] = {
-    {u"IIF", 3, 3, ImmediateIf},
-    {u"CHOOSE", 2, kMany, Choose},
-    {u"SWITCH", 2, kMany, Switch},
+    {u"IIF", 3, 3, {0, 1, 1}, ImmediateIf},
+    {u"CHOOSE", 2, kMany, {0, 1, 1}, Choose},
+    {u"SWITCH", 2, kMany, {0, 1, 2}, Switch},
 };
 
 // "Left$" is "Left".
@@ -114,6 +115,13 @@ double Arguments::Date(std::size_t i) const {
 bool IsKnownFunction(std::u16string_view name) {
   const std::u16string plain = PlainName(name);
   return FindRow(std::span(kChoices), plain) || FindFunction(plain);
+}
+
+FunctionResult ResultOf(std::u16string_view functionName) {
+  const std::u16string plain = PlainName(functionName);
+  if (const Choice* choice = FindRow(std::span(kChoices), plain)) return choice->result;
+  const Function* function = FindFunction(plain);
+  return function ? function->result : FunctionResult{dao::dbText};
 }
 
 void CheckCall(const Expression& call) {

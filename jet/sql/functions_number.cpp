@@ -118,10 +118,19 @@ dao::Value Rnd(const Arguments& a) {
 }
 
 constexpr Function kFunctions[] = {
-    {u"ABS", 1, 1, 1, Abs},     {u"ATN", 1, 1, 1, Atn}, {u"COS", 1, 1, 1, Cos}, {u"EXP", 1, 1, 1, Exp},
-    {u"FIX", 1, 1, 1, Fix},     {u"INT", 1, 1, 1, Int}, {u"LOG", 1, 1, 1, Log}, {u"RND", 0, 1, 1, Rnd},
-    {u"ROUND", 1, 2, 1, Round}, {u"SGN", 1, 1, 1, Sgn}, {u"SIN", 1, 1, 1, Sin}, {u"SQR", 1, 1, 1, Sqr},
-    {u"TAN", 1, 1, 1, Tan},
+    {u"ABS", 1, 1, 1, kAsFirst, Abs},
+    {u"ATN", 1, 1, 1, {dao::dbDouble}, Atn},
+    {u"COS", 1, 1, 1, {dao::dbDouble}, Cos},
+    {u"EXP", 1, 1, 1, {dao::dbDouble}, Exp},
+    {u"FIX", 1, 1, 1, kAsFirst, Fix},
+    {u"INT", 1, 1, 1, kAsFirst, Int},
+    {u"LOG", 1, 1, 1, {dao::dbDouble}, Log},
+    {u"RND", 0, 1, 1, {dao::dbSingle}, Rnd},
+    {u"ROUND", 1, 2, 1, kAsFirst, Round},
+    {u"SGN", 1, 1, 1, {dao::dbInteger}, Sgn},
+    {u"SIN", 1, 1, 1, {dao::dbDouble}, Sin},
+    {u"SQR", 1, 1, 1, {dao::dbDouble}, Sqr},
+    {u"TAN", 1, 1, 1, {dao::dbDouble}, Tan},
 };
 
 }  // namespace
