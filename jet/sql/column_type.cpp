@@ -47,11 +47,15 @@ ColumnType OfArithmetic(const Expression& e) {
   if (e.op == Operator::IntegerDivide || e.op == Operator::Modulo) return Fixed(dao::dbLong);
   if (e.op == Operator::Power || e.op == Operator::Divide) return Fixed(dao::dbDouble);
   if (IsWholeType(a) && IsWholeType(b)) return Fixed(dao::dbLong);
-  const bool amounts = (a == dao::dbCurrency || IsWholeType(a)) && (b == dao::dbCurrency || IsWholeType(b));
-  if (amounts) return Fixed(dao::dbCurrency);
-  const bool sum = e.op == Operator::Add || e.op == Operator::Subtract || e.op == Operator::Negate;
-  if (sum && (a == dao::dbDate) != (b == dao::dbDate)) return Fixed(dao::dbDate);
-  return Fixed(dao::dbDouble);
+  const bool product = e.op == Operator::Multiply;
+  const auto either = [&](std::int16_t type) { return a == type || b == type; };
+  if (either(dao::dbDate)) {
+    const bool span = e.op == Operator::Subtract && a == b;
+    return Fixed(product || span ? dao::dbDouble : dao::dbDate);
+  }
+  const auto exact = [](std::int16_t type) { return type == dao::dbCurrency || IsWholeType(type); };
+  const bool amount = either(dao::dbCurrency) && !either(dao::dbDecimal) && (!product || (exact(a) && exact(b)));
+  return Fixed(amount ? dao::dbCurrency : dao::dbDouble);
 }
 
 // A choice whose first argument is just Null has the type of the next.
@@ -77,7 +81,9 @@ ColumnType TypeOf(const Expression& e) {
     case Expression::Kind::Subquery: return TypeOfSubquery(e);
     default: break;
   }
-  return e.op >= Operator::Equal ? Fixed(dao::dbBoolean) : OfArithmetic(e);
+  if (e.op < Operator::Equal) return OfArithmetic(e);
+  // And and its like work on the bits of what is no condition.
+  return Fixed(e.op >= Operator::Not && !IsCondition(e) ? dao::dbLong : dao::dbBoolean);
 }
 
 ColumnType TypeOfAggregate(std::u16string_view name, const Expression& argument) {
