@@ -49,7 +49,8 @@ std::u16string LinesOf(const FileResult& result) {
   for (const jet::Fault& fault : result.faults) {
     lines += result.path + (fault.isError ? u": " : u": uwaga: ") + fault.place + u": " + fault.text + u"\n";
   }
-  if (!result.repair) return lines;
+  const bool wasSound = result.faults.empty() && result.status == 0;
+  if (!result.repair || wasSound) return lines;
   for (const jet::RepairedTable& table : result.repair->tables) {
     if (!table.isSystem || table.IsHarmed()) lines += LinesOf(result.path, table);
   }
