@@ -97,16 +97,22 @@ bool HasSoundRowTable(ConstBytes page) {
 
 namespace {
 
-// The slots that form the longest chain of offsets that do not rise, as those of a sound page do.
+// Where the row of a slot ends at least: only deleted ones may be empty.
+std::size_t LeastEnd(ConstBytes page, std::size_t slot) {
+  constexpr std::size_t kLeastRow = 3;  // count of columns and mask
+  return StartOf(page, slot) + (SlotFlags(page, slot) == kRowDeleted ? 0 : kLeastRow);
+}
+
+// The slots that form the longest chain of rows one below the other, as those of a sound page do.
 std::vector<bool> TrustedSlots(ConstBytes page, std::size_t slots) {
   std::vector<std::size_t> length(slots, 0), before(slots, slots);
   std::size_t best = slots;
   for (std::size_t i = 0; i < slots; ++i) {
-    const std::size_t start = StartOf(page, i);
-    if (start < kOffsetRowTable + kSizeRowSlot * (i + 1) || start > kPageSize) continue;
+    const std::size_t tableEnd = kOffsetRowTable + kSizeRowSlot * (i + 1);
+    if (StartOf(page, i) < tableEnd || LeastEnd(page, i) > kPageSize) continue;
     length[i] = 1;
     for (std::size_t k = 0; k < i; ++k) {
-      if (length[k] == 0 || StartOf(page, k) < start || length[k] < length[i]) continue;
+      if (length[k] < length[i] || StartOf(page, k) < LeastEnd(page, i)) continue;
       length[i] = length[k] + 1;
       before[i] = k;
     }
@@ -142,7 +148,7 @@ std::vector<RowPlace> FindRowPlaces(ConstBytes page) {
   bool knowsEnd = true;
   for (std::size_t slot = 0; slot < trusted.size(); ++slot) {
     const std::size_t start = StartOf(page, slot);
-    places.push_back({start, end, trusted[slot] && knowsEnd});
+    places.push_back({start, end, trusted[slot], knowsEnd});
     knowsEnd = trusted[slot];
     if (trusted[slot]) end = start;
   }

@@ -30,10 +30,13 @@ bool HasSoundRowTable(ConstBytes page);
 struct RowPlace {
   std::size_t start = 0;
   std::size_t end = 0;
-  bool isKnown = false;  // else neither can be trusted
+  bool isStartKnown = false;
+  bool isEndKnown = false;  // else the row ends somewhere before
+
+  bool IsKnown() const { return isStartKnown && isEndKnown; }
 };
-// One for each slot that can be one. Offsets that cannot stand beside the most others are taken for damaged; a row
-// whose end such an offset gave is lost with it.
+// One for each slot that can be one. Offsets that cannot stand beside the most others are taken for
+// damaged; with such an offset the end of the next row is unknown too.
 std::vector<RowPlace> FindRowPlaces(ConstBytes page);
 
 // Header, free bytes and row table. False when the rows must not be read.

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "long_values.h"
-#include "row_page.h"
 
 namespace zimbrat::jet::check {
 
@@ -11,6 +10,9 @@ namespace {
 
 // Beyond this a Memo is taken for text without being decoded.
 constexpr std::size_t kDecodedBytesOfMemo = 64 * 1024;
+
+// More damaged offsets on a page than this are not worth the search.
+constexpr std::size_t kMostBorders = 4;
 
 using FieldBytes = std::vector<std::byte>;
 
@@ -53,13 +55,44 @@ void RowRescue::AddMissingRows() {
     counts_.lost = table_.rows - counts_.saved;
 }
 
+std::vector<RowPlace> RowRescue::FindPlaces(ConstBytes page) const {
+  std::vector<RowPlace> places = FindRowPlaces(page);
+  std::size_t searches = 0;
+  for (std::size_t slot = 1; slot < places.size() && searches < kMostBorders; ++slot) {
+    if (places[slot].isEndKnown || !places[slot].isStartKnown || !places[slot - 1].isEndKnown) continue;
+    FindBorder(page, places[slot - 1], places[slot]);
+    ++searches;
+  }
+  return places;
+}
+
+// One damaged offset leaves two rows without a border. Where they can be cut into two rows in one way
+// only, that is it.
+void RowRescue::FindBorder(ConstBytes page, RowPlace& upper, RowPlace& lower) const {
+  const auto isRow = [&](std::size_t start, std::size_t end) {
+    RowParts parts;
+    const ConstBytes bytes = page.subspan(start, end - start);
+    return parts.Parse(table_, bytes).empty() && Get16(bytes, 0) == table_.maxColumns;
+  };
+  std::size_t border = 0;
+  std::size_t found = 0;
+  for (std::size_t at = lower.start + 1; at < upper.end && found < 2; ++at) {
+    if (!isRow(lower.start, at) || !isRow(at, upper.end)) continue;
+    border = at;
+    ++found;
+  }
+  if (found != 1) return;
+  upper.start = lower.end = border;
+  upper.isStartKnown = lower.isEndKnown = true;
+}
+
 void RowRescue::ReadHomes(PageNumber number) {
   const PageView page = check_.pages.Read(number);
-  const std::vector<RowPlace> places = FindRowPlaces(*page);
+  const std::vector<RowPlace> places = FindPlaces(*page);
   for (std::size_t slot = 0; slot < places.size(); ++slot) {
     const std::uint16_t flags = SlotFlags(*page, slot);
     if ((flags & kRowHidden) != 0) continue;
-    if (!places[slot].isKnown) {
+    if (!places[slot].IsKnown()) {
       ++counts_.lost;
     } else if (flags == kRowMoved) {
       FollowMove(BytesAt(*page, places[slot]));
@@ -76,7 +109,7 @@ void RowRescue::FollowMove(ConstBytes pointer) {
   if (isPageOurs) {
     const PageView page = check_.pages.Read(far.page);
     const std::vector<RowPlace> places = FindRowPlaces(*page);
-    const bool isThere = far.row < places.size() && places[far.row].isKnown &&
+    const bool isThere = far.row < places.size() && places[far.row].IsKnown() &&
                          SlotFlags(*page, far.row) == kRowHidden && check_.heldRows.Add(far);
     if (isThere && TakeRow(BytesAt(*page, places[far.row]))) return;
   }
@@ -85,10 +118,10 @@ void RowRescue::FollowMove(ConstBytes pointer) {
 
 void RowRescue::ReadStrays(PageNumber number) {
   const PageView page = check_.pages.Read(number);
-  const std::vector<RowPlace> places = FindRowPlaces(*page);
+  const std::vector<RowPlace> places = FindPlaces(*page);
   for (std::size_t slot = 0; slot < places.size(); ++slot) {
     const RowPointer row{number, static_cast<std::uint8_t>(slot)};
-    if (SlotFlags(*page, slot) != kRowHidden || !places[slot].isKnown) continue;
+    if (SlotFlags(*page, slot) != kRowHidden || !places[slot].IsKnown()) continue;
     if (check_.heldRows.Add(row)) TakeRow(BytesAt(*page, places[slot]));
   }
 }

@@ -3,6 +3,7 @@
 
 #include "checking.h"
 #include "page_survey.h"
+#include "row_page.h"
 #include "rows.h"
 #include "jet/check/rescued_row.h"
 
@@ -19,6 +20,8 @@ class RowRescue {
 
  private:
   void AddMissingRows();
+  std::vector<RowPlace> FindPlaces(ConstBytes page) const;
+  void FindBorder(ConstBytes page, RowPlace& upper, RowPlace& lower) const;
   void ReadHomes(PageNumber page);
   void ReadStrays(PageNumber page);
   void FollowMove(ConstBytes pointer);

@@ -164,10 +164,11 @@ const Planted kPlanted[] = {
      "tabeli „Table2”\n"},
     {"other end of a relationship", "index.mdb", 24, 583, "09",
      "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: brak jej drugiego końca\n"},
-    {"place of a row", "index.mdb", 61, 16, "FF 0F",
+    {"place of a row", "index.mdb", 61, 16, "FF 0F", ""},
+    {"places of two rows", "index.mdb", 61, 16, "FF 0F FF 0F",
      "Table1: partial 0, lost 0; relacja „Table3Table1” nie jest już wymuszana: są wiersze bez odpowiednika w "
      "tabeli „Table3”\n"
-     "Table3: partial 0, lost 2\n"},
+     "Table3: partial 0, lost 3\n"},
     {"number of rows on a page", "index.mdb", 61, 12, "FF FF", ""},
     {"owner of a page", "index.mdb", 61, 4, "FF 0F", ""},
     {"kind of a page", "index.mdb", 61, 0, "07", ""},
@@ -198,6 +199,23 @@ TEST(PlantedDamage, CostsNoMoreThanItMust) {
     EXPECT_EQ(LossesOf(bench.Repair()), planted.losses) << planted.name;
     EXPECT_TRUE(CheckFile(bench.files, kPath).empty()) << planted.name;
   }
+}
+
+// Data pages that changed places say themselves whose they are; a page beyond the end of a cut file is lost.
+TEST(PlantedDamage, OfPagesOutOfPlace) {
+  if (!HasAccessFiles()) GTEST_SKIP();
+  RepairBench swapped(AccessFile("index.mdb"));
+  const Contents before = swapped.Read();
+  std::ranges::swap_ranges(swapped.Page(60), swapped.Page(62));
+  EXPECT_EQ(LossesOf(swapped.Repair()), "");
+  EXPECT_EQ(DifferenceOf(before, swapped.Read()), "");
+  RepairBench cut(AccessFile("index.mdb"));
+  cut.bytes().resize(62 * kPageSize + 100);
+  const RepairReport report = cut.Repair();
+  EXPECT_EQ(FindReport(report, "Table1")->lost, before.at("Table1").rows.size());
+  Contents after = cut.Read();
+  EXPECT_EQ(after["Table2"].rows, before.at("Table2").rows);
+  EXPECT_EQ(after["Table3"].rows, before.at("Table3").rows);
 }
 
 TEST_P(ZeroedPages, CostWhatLayOnThem) {
