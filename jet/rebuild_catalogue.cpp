@@ -47,7 +47,9 @@ std::u16string FreeName(Table& objects, std::int32_t parent, std::u16string_view
 }
 
 // Ids of tables are pages; all others lie far above.
-bool IsPage(std::int32_t id) { return id > 0 && id < static_cast<std::int32_t>(kMaxPages); }
+bool IsPage(std::int32_t id) {
+  return id > 0 && id < static_cast<std::int32_t>(kMaxPages);
+}
 
 }  // namespace
 
@@ -74,7 +76,8 @@ void CatalogueRebuild::ReadTables() {
     NoteOwner(layout, row);
     const std::int32_t id = NumberIn(layout, row, u"Id").value_or(0);
     const auto page = static_cast<PageNumber>(id);
-    if (NumberIn(layout, row, u"Type") != kTable || !IsPage(id) || page <= kRelationshipsPage) return;
+    if (NumberIn(layout, row, u"Type") != kTable || !IsPage(id) || page <= kRelationshipsPage)
+      return;
     const auto flags = static_cast<std::uint32_t>(NumberIn(layout, row, u"Flags").value_or(0));
     RebuiltTable& table = tables_[page];
     if (table.isCatalogued) return;
@@ -161,11 +164,12 @@ std::vector<RepairedTable> CatalogueRebuild::CopyRows() {
       return CopyAccessEntry(layout, row, aces);
     }));
   }
-  AddMissingSystemRows(storage, target_.GetClock().Now(), sidMask_.value_or(kGeneralOrigin.sidMask));
+  AddMissingSystemRows(storage, target_.GetClock().Now(),
+                       sidMask_.value_or(kGeneralOrigin.sidMask));
   Table objects(storage, kObjectsPage, u"MSysObjects");
-  reports.push_back(CopySystemRows(source_, objects, [&](const auto& layout, const RescuedRow& row) {
-    return CopyObject(layout, row, objects);
-  }));
+  reports.push_back(CopySystemRows(
+      source_, objects,
+      [&](const auto& layout, const RescuedRow& row) { return CopyObject(layout, row, objects); }));
   Table queries(storage, kQueriesPage, u"MSysQueries");
   reports.push_back(CopySystemRows(source_, queries, [&](const auto&, const RescuedRow& row) {
     return StoreSystemRow(queries, FieldsFrom(queries, row));

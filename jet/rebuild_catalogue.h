@@ -1,5 +1,5 @@
-// The rows of MSysObjects, MSysACEs and MSysQueries: those of the former file, with the new pages of its
-// tables, and those that must be there.
+// The rows of MSysObjects, MSysACEs and MSysQueries: those of the former file, with the new pages
+// of its tables, and those that must be there.
 #pragma once
 
 #include <array>
@@ -26,7 +26,8 @@ class CatalogueRebuild {
   void ReadTables();
   // Whether there was anything at all in it.
   bool HasRows() const { return hasRows_; }
-  // After. A report for each system table written. The target's catalogue must not have been used yet.
+  // After. A report for each system table written. The target's catalogue must not have been used
+  // yet.
   std::vector<RepairedTable> CopyRows();
   // Tables that the former catalogue does not name. Through the target's catalogue from here on.
   void AddFoundTables();
@@ -35,8 +36,10 @@ class CatalogueRebuild {
 
  private:
   void CopyStandardObjects();
-  RowFate CopyObject(const check::TableLayout& layout, const check::RescuedRow& row, Table& objects);
-  RowFate CopyAccessEntry(const check::TableLayout& layout, const check::RescuedRow& row, Table& aces);
+  RowFate CopyObject(const check::TableLayout& layout, const check::RescuedRow& row,
+                     Table& objects);
+  RowFate CopyAccessEntry(const check::TableLayout& layout, const check::RescuedRow& row,
+                          Table& aces);
   void StoreObject(const check::TableLayout& layout, const check::RescuedRow& row, Table& objects,
                    std::int32_t id, std::u16string_view name);
   void NoteOwner(const check::TableLayout& layout, const check::RescuedRow& row);

@@ -20,7 +20,8 @@ std::vector<std::byte> KeyOfName(std::u16string_view name) {
   return key;
 }
 
-// Whether a row tells of one pair of the relationship's columns. Their order in the index may differ.
+// Whether a row tells of one pair of the relationship's columns. Their order in the index may
+// differ.
 bool Agrees(const TableLayout& layout, const RescuedRow& row, const Relationship& relation) {
   const std::u16string column = TextIn(layout, row, u"szColumn");
   const std::u16string referenced = TextIn(layout, row, u"szReferencedColumn");
@@ -83,7 +84,8 @@ RebuiltTable* RelationRowsRebuild::FindTable(std::u16string_view name) const {
   return found == tablesByName_.end() ? nullptr : found->second;
 }
 
-RowFate RelationRowsRebuild::CopyRow(const TableLayout& layout, const RescuedRow& row, Table& table) {
+RowFate RelationRowsRebuild::CopyRow(const TableLayout& layout, const RescuedRow& row,
+                                     Table& table) {
   const std::u16string name = TextIn(layout, row, u"szRelationship");
   if (name.empty() || name.size() > kMaxNameLength) return RowFate::Lost;
   const NameKey key = KeyOfName(name);

@@ -18,8 +18,8 @@ class RelationRowsRebuild {
   RelationRowsRebuild(check::Rescue& source, DatabaseFile& target, RebuiltTables& tables,
                       const std::vector<RebuiltRelation>& enforced);
 
-  // Rows that agree with the definitions stay as they are. Others of an enforced relationship are made
-  // anew; what is not enforced any more is marked so.
+  // Rows that agree with the definitions stay as they are. Others of an enforced relationship are
+  // made anew; what is not enforced any more is marked so.
   RepairedTable Run();
 
  private:

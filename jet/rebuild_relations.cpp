@@ -72,7 +72,8 @@ std::u16string RelationRebuild::WhyNotEnforced(const RebuiltRelation& relation) 
   if (!parentIndex.IsUnique()) {
     return u"klucz tabeli „" + parentTable.report.name + u"” dopuszcza powtórzenia";
   }
-  if (!HaveSameTypes(parent, parentIndex, child, childIndex)) return u"jej kolumny są różnych typów";
+  if (!HaveSameTypes(parent, parentIndex, child, childIndex))
+    return u"jej kolumny są różnych typów";
   for (RowScan scan(child); scan.Next();) {
     const auto key = TranslateKey(child, childIndex, parent, parentIndex, scan.Fields());
     if (key && !parent.Tree(parentReal).ContainsKey(*key)) {

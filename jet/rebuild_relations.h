@@ -18,7 +18,7 @@ struct RebuiltRelation {
   std::u16string name;
   PageNumber referring = 0;
   PageNumber referenced = 0;
-  std::uint32_t number = 0;            // of the referring end
+  std::uint32_t number = 0;  // of the referring end
   std::uint32_t referencedNumber = 0;
 };
 

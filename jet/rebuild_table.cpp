@@ -72,7 +72,8 @@ std::vector<std::byte> EncodeShortest(const TableDefinition& d, const RowFields&
     former.columns.push_back(column);
     formerFields.push_back(fields[i]);
     if (!column.IsFixed())
-      former.variableColumns = std::max<std::uint16_t>(former.variableColumns, column.variableIndex + 1);
+      former.variableColumns =
+          std::max<std::uint16_t>(former.variableColumns, column.variableIndex + 1);
   }
   return EncodeRow(former, formerFields);
 }
@@ -103,9 +104,11 @@ std::u16string NamesOf(const TableDefinition& d, std::size_t realIndex) {
 // System tables have primary keys that allow nulls.
 bool ForbidsNulls(const TableDefinition& d, std::size_t realIndex) {
   if (d.realIndexes[realIndex].IsRequired()) return true;
-  return d.tableType == kTableUser && std::any_of(d.logicalIndexes.begin(), d.logicalIndexes.end(), [&](const LogicalIndex& index) {
-    return index.realIndex == realIndex && index.kind == kIndexPrimary;
-  });
+  return d.tableType == kTableUser && std::any_of(d.logicalIndexes.begin(), d.logicalIndexes.end(),
+                                                  [&](const LogicalIndex& index) {
+                                                    return index.realIndex == realIndex &&
+                                                           index.kind == kIndexPrimary;
+                                                  });
 }
 
 // Takes from an index what its rows contradict; a note for each.
@@ -116,11 +119,13 @@ void RelaxIndex(TableDefinition& d, std::size_t i, const IndexConflicts& rows,
   const bool losesRequired = rows.nulls && ForbidsNulls(d, i);
   if (losesUnique) {
     index.flags &= static_cast<std::uint8_t>(~kIndexUnique);
-    notes.push_back(u"indeks " + NamesOf(d, i) + u" dopuszcza teraz powtórzenia, bo są w wierszach");
+    notes.push_back(u"indeks " + NamesOf(d, i) +
+                    u" dopuszcza teraz powtórzenia, bo są w wierszach");
   }
   if (losesRequired) {
     index.flags &= static_cast<std::uint8_t>(~kIndexRequired);
-    notes.push_back(u"indeks " + NamesOf(d, i) + u" dopuszcza teraz wartości Null, bo są w wierszach");
+    notes.push_back(u"indeks " + NamesOf(d, i) +
+                    u" dopuszcza teraz wartości Null, bo są w wierszach");
   }
   if (!losesUnique && !losesRequired) return;
   for (LogicalIndex& logical : d.logicalIndexes) {

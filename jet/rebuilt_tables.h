@@ -10,8 +10,8 @@ namespace zimbrat::jet {
 
 struct RebuiltTable {
   RepairedTable report;
-  PageNumber page = 0;         // of the new definition; 0: the former one cannot be read
-  bool isCatalogued = false;   // the former catalogue named it
+  PageNumber page = 0;        // of the new definition; 0: the former one cannot be read
+  bool isCatalogued = false;  // the former catalogue named it
 };
 
 // By the page of the former definition. Without the system tables, which keep their pages.

@@ -78,7 +78,8 @@ std::unique_ptr<DatabaseFile> Repair::Create(ConstBytes header, const std::u16st
   const FileHeader former = DecodeHeader(header, path_);
   if (!former.HasGeneralOrder()) {
     Raise(platform::kErrCannotRepair,
-          u": jej porządek sortowania jest inny niż ogólny, a indeksów tekstowych w takim porządku nie "
+          u": jej porządek sortowania jest inny niż ogólny, a indeksów tekstowych w takim porządku "
+          u"nie "
           u"da się odbudować");
   }
   std::uint32_t key = 0;
@@ -103,8 +104,8 @@ RebuildResult Repair::Write(platform::File& source, const std::u16string& workin
   return result;
 }
 
-// By the checker, which shares nothing with the engine that wrote the file; and every row that was meant
-// to be there is.
+// By the checker, which shares nothing with the engine that wrote the file; and every row that was
+// meant to be there is.
 void Repair::Verify(const std::u16string& workingPath, const RebuildResult& expected) {
   const auto file = files_.Open(workingPath, OpenMode::ReadWrite, Sharing::None);
   CheckOptions options;
@@ -112,13 +113,13 @@ void Repair::Verify(const std::u16string& workingPath, const RebuildResult& expe
   const std::vector<Fault> faults = CheckFile(*file, workingPath, options);
   const auto error = std::ranges::find_if(faults, &Fault::isError);
   if (error != faults.end()) {
-    Raise(platform::kErrCannotRepair, u": nowy plik ma błąd: " + error->place + u": " + error->text);
+    Raise(platform::kErrCannotRepair,
+          u": nowy plik ma błąd: " + error->place + u": " + error->text);
   }
   check::Rescue written(*file, workingPath, standard_, pulse_);
   for (const auto& [page, rows] : expected.rows) {
     const std::optional<check::RescuedTable> table = written.ReadTable(page);
-    const bool isWhole =
-        table && written.ReadRows(table->layout, [](const auto&) {}).saved == rows;
+    const bool isWhole = table && written.ReadRows(table->layout, [](const auto&) {}).saved == rows;
     if (!isWhole) Raise(platform::kErrCannotRepair, u": w nowym pliku brakuje wierszy");
   }
   file->Flush();

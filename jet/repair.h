@@ -1,5 +1,5 @@
-// Repair of a database file: what can be read is written into a new file, which then takes the place of
-// the old one. The old file is never written to.
+// Repair of a database file: what can be read is written into a new file, which then takes the
+// place of the old one. The old file is never written to.
 //
 //   <name>                      held, so that nobody else opens it; read only
 //   <name>.zimbrat-naprawa      the new file, until it is verified and put in place by one rename
@@ -31,7 +31,7 @@ struct RepairedTable {
 };
 
 struct RepairReport {
-  std::vector<Fault> found;            // by the check before the repair
+  std::vector<Fault> found;  // by the check before the repair
   std::vector<RepairedTable> tables;
 
   bool IsAnythingLost() const;
@@ -40,12 +40,13 @@ struct RepairReport {
 // Behind the file's name while the work lasts.
 inline constexpr std::u16string_view kRepairSuffix = u".zimbrat-naprawa";
 
-// No password is asked for; it stays, like the sort order, and an encoded file stays encoded. `pulse` is
-// called from time to time.
+// No password is asked for; it stays, like the sort order, and an encoded file stays encoded.
+// `pulse` is called from time to time.
 //
-// Errors of opening: 3024, 3044, 3051, 3045 (also while another repair of the file runs), 3343. 3056, with
-// the reason in its text, when no new file can be made: nothing is readable, or a text index has a sort
-// order other than General. Those of the disk: 3026, 3043. After each of them the file is as it was.
+// Errors of opening: 3024, 3044, 3051, 3045 (also while another repair of the file runs), 3343.
+// 3056, with the reason in its text, when no new file can be made: nothing is readable, or a text
+// index has a sort order other than General. Those of the disk: 3026, 3043. After each of them the
+// file is as it was.
 RepairReport RepairDatabaseFile(platform::Files& files, platform::Clock& clock,
                                 std::u16string_view path, const std::function<void()>& pulse = {});
 

@@ -2,7 +2,8 @@
 
 namespace zimbrat::jet {
 
-RepairedTable CopySystemRows(check::Rescue& source, const Table& table, const SystemRowVisit& visit) {
+RepairedTable CopySystemRows(check::Rescue& source, const Table& table,
+                             const SystemRowVisit& visit) {
   RepairedTable report;
   report.name = table.Name();
   report.isSystem = true;
@@ -28,7 +29,8 @@ RowFate StoreSystemRow(Table& table, const RowFields& fields) {
   return RowFate::Stored;
 }
 
-void PutValue(Table& table, RowFields& fields, std::u16string_view column, const dao::Value& value) {
+void PutValue(Table& table, RowFields& fields, std::u16string_view column,
+              const dao::Value& value) {
   const std::size_t position = *table.Definition().FindColumn(column);
   fields[position] = table.FieldOf(position, value);
 }

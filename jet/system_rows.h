@@ -18,7 +18,8 @@ enum class RowFate {
 using SystemRowVisit = std::function<RowFate(const check::TableLayout&, const check::RescuedRow&)>;
 
 // Reads the rows of the former table of the same page as `table`.
-RepairedTable CopySystemRows(check::Rescue& source, const Table& table, const SystemRowVisit& visit);
+RepairedTable CopySystemRows(check::Rescue& source, const Table& table,
+                             const SystemRowVisit& visit);
 
 // With its indexes, unless a unique one has its key already.
 RowFate StoreSystemRow(Table& table, const RowFields& fields);

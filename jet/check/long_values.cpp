@@ -69,8 +69,8 @@ std::optional<RowView> ValueWalk::TakeRow(RowPointer pointer) {
   return row;
 }
 
-// Every row of a chain is held once, so a loop ends at its first row; where nothing is held, with the
-// budget.
+// Every row of a chain is held once, so a loop ends at its first row; where nothing is held, with
+// the budget.
 void ValueWalk::WalkChain(RowPointer pointer) {
   for (std::size_t rows = 0; !pointer.IsNull(); ++rows) {
     if (isPeek && (rows == kMaxPeekedRows || value_.start.size() == wanted_)) return;

@@ -1,6 +1,6 @@
-// One look at every page of a file that may be damaged: which pages hold rows, and of which table, and
-// where definitions begin. What a page says of itself counts first, because the maps may be damaged
-// too.
+// One look at every page of a file that may be damaged: which pages hold rows, and of which table,
+// and where definitions begin. What a page says of itself counts first, because the maps may be
+// damaged too.
 #pragma once
 
 #include <optional>

@@ -44,7 +44,9 @@ Rescue::Rescue(platform::File& file, std::u16string_view path, const StandardDef
     : parts_(std::make_unique<Parts>(file, path, standard, std::move(pulse))) {}
 Rescue::~Rescue() = default;
 
-ConstBytes Rescue::Header() const { return *parts_->header; }
+ConstBytes Rescue::Header() const {
+  return *parts_->header;
+}
 
 std::optional<RescuedTable> Rescue::ReadTable(PageNumber page) {
   Checking& check = parts_->check;
@@ -62,7 +64,9 @@ std::optional<RescuedTable> Rescue::ReadTable(PageNumber page) {
   return RescuedTable{std::move(*own), std::move(notes)};
 }
 
-std::vector<PageNumber> Rescue::Definitions() { return parts_->survey->Definitions(); }
+std::vector<PageNumber> Rescue::Definitions() {
+  return parts_->survey->Definitions();
+}
 
 RowCounts Rescue::ReadRows(const TableLayout& table, const RescuedRowVisit& visit) {
   RowRescue rows(parts_->check, table, visit, parts_->valueBudget);

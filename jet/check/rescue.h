@@ -1,8 +1,8 @@
 // Reading a database file that may be damaged, so that a new one can be made of what is left.
 //
-// It believes neither indexes nor the catalogue, and maps only where pages do not speak for themselves:
-// every page of the file is looked at once, rows are found by what their pages say. Pages that are
-// marked free hold remains of what was deleted, and stay unread.
+// It believes neither indexes nor the catalogue, and maps only where pages do not speak for
+// themselves: every page of the file is looked at once, rows are found by what their pages say.
+// Pages that are marked free hold remains of what was deleted, and stay unread.
 //
 // Memory: some 30 bytes for each page of the file, one row, and one long value.
 #pragma once
@@ -23,17 +23,18 @@
 namespace zimbrat::jet::check {
 
 struct RescuedTable {
-  TableLayout layout;                // such that a new definition can be made of it
+  TableLayout layout;                 // such that a new definition can be made of it
   std::vector<std::u16string> notes;  // what had to be changed for that
 };
 
-// The definitions of MSysObjects, MSysACEs, MSysQueries and MSysRelationships as every file has them.
+// The definitions of MSysObjects, MSysACEs, MSysQueries and MSysRelationships as every file has
+// them.
 using StandardDefinitions = std::array<std::vector<std::byte>, 4>;
 
 class Rescue {
  public:
-  // `file` and `standard` must outlive the object. Error 3343 for what is no Jet 4 file; `path` goes
-  // into its text.
+  // `file` and `standard` must outlive the object. Error 3343 for what is no Jet 4 file; `path`
+  // goes into its text.
   Rescue(platform::File& file, std::u16string_view path, const StandardDefinitions& standard,
          std::function<void()> pulse);
   ~Rescue();
@@ -55,8 +56,8 @@ class Rescue {
   std::unique_ptr<Parts> parts_;
 };
 
-// Fields of a rescued row by the column's name: its bytes, a Long or Integer, a text. Nothing, or what is
-// empty, when they are not there.
+// Fields of a rescued row by the column's name: its bytes, a Long or Integer, a text. Nothing, or
+// what is empty, when they are not there.
 ConstBytes BytesIn(const TableLayout& table, const RescuedRow& row, std::u16string_view column);
 std::optional<std::int32_t> NumberIn(const TableLayout& table, const RescuedRow& row,
                                      std::u16string_view column);

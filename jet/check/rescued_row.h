@@ -17,9 +17,9 @@ struct RescuedRow {
 };
 
 struct RowCounts {
-  std::uint64_t saved = 0;    // those saved in part included
+  std::uint64_t saved = 0;  // those saved in part included
   std::uint64_t partial = 0;
-  std::uint64_t lost = 0;     // as far as anything tells of them
+  std::uint64_t lost = 0;  // as far as anything tells of them
 };
 
 using RescuedRowVisit = std::function<void(const RescuedRow&)>;

@@ -140,8 +140,7 @@ void DropWhatIsNoSlot(ConstBytes page, std::vector<bool>& trusted) {
 std::vector<RowPlace> FindRowPlaces(ConstBytes page) {
   const std::size_t count = std::min(SlotCount(page), kMaxRowSlots);
   const bool isSound = HasSoundRowTable(page);
-  std::vector<bool> trusted =
-      isSound ? std::vector<bool>(count, true) : TrustedSlots(page, count);
+  std::vector<bool> trusted = isSound ? std::vector<bool>(count, true) : TrustedSlots(page, count);
   if (!isSound) DropWhatIsNoSlot(page, trusted);
   std::vector<RowPlace> places;
   std::size_t end = kPageSize;

@@ -16,7 +16,9 @@ constexpr std::size_t kMostBorders = 4;
 
 using FieldBytes = std::vector<std::byte>;
 
-FieldBytes CopyOf(ConstBytes bytes) { return {bytes.begin(), bytes.end()}; }
+FieldBytes CopyOf(ConstBytes bytes) {
+  return {bytes.begin(), bytes.end()};
+}
 
 ConstBytes BytesAt(ConstBytes page, const RowPlace& place) {
   return page.subspan(place.start, place.end - place.start);
@@ -59,15 +61,16 @@ std::vector<RowPlace> RowRescue::FindPlaces(ConstBytes page) const {
   std::vector<RowPlace> places = FindRowPlaces(page);
   std::size_t searches = 0;
   for (std::size_t slot = 1; slot < places.size() && searches < kMostBorders; ++slot) {
-    if (places[slot].isEndKnown || !places[slot].isStartKnown || !places[slot - 1].isEndKnown) continue;
+    if (places[slot].isEndKnown || !places[slot].isStartKnown || !places[slot - 1].isEndKnown)
+      continue;
     FindBorder(page, places[slot - 1], places[slot]);
     ++searches;
   }
   return places;
 }
 
-// One damaged offset leaves two rows without a border. Where they can be cut into two rows in one way
-// only, that is it.
+// One damaged offset leaves two rows without a border. Where they can be cut into two rows in one
+// way only, that is it.
 void RowRescue::FindBorder(ConstBytes page, RowPlace& upper, RowPlace& lower) const {
   const auto isRow = [&](std::size_t start, std::size_t end) {
     RowParts parts;

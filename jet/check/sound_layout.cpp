@@ -26,6 +26,7 @@ class LayoutMender {
   std::vector<std::u16string> Mend();
 
  private:
+  std::int16_t LikelyType(const ColumnLayout& column) const;
   // Whether the column can stay.
   bool MendColumn(ColumnLayout& column);
   bool TakePlace(const ColumnLayout& column);
@@ -59,8 +60,22 @@ bool LayoutMender::TakePlace(const ColumnLayout& column) {
   if (column.IsFixed()) {
     return TakeFixedPlace(column.fixedOffset, column.fixedOffset + std::size_t{column.length});
   }
-  return column.variableIndex < kMaxColumns &&
-         variableIndexes_.insert(column.variableIndex).second;
+  return column.variableIndex < kMaxColumns && variableIndexes_.insert(column.variableIndex).second;
+}
+
+// What else tells of the type: long values have maps and no length, and where a number is no fixed
+// column its length is right. Of what remains the bytes are kept as they are.
+std::int16_t LayoutMender::LikelyType(const ColumnLayout& column) const {
+  const bool hasMaps = std::ranges::any_of(
+      table_.longValueMaps, [&](const auto& maps) { return maps.columnId == column.id; });
+  const std::size_t size = column.FixedSize();
+  if (column.IsFixed()) return IsKnownType(column.type) ? column.type : std::int16_t{dao::dbBinary};
+  if (column.IsLongValue() && (hasMaps || column.length == 0)) return column.type;
+  if (hasMaps && column.length == 0) return dao::dbMemo;
+  const bool isPossible = column.type == dao::dbText || column.type == dao::dbBinary ||
+                          (size != 0 && size == column.length);
+  if (isPossible) return column.type;
+  return column.length % 2 == 0 ? dao::dbText : dao::dbBinary;
 }
 
 bool LayoutMender::MendColumn(ColumnLayout& column) {
@@ -69,13 +84,7 @@ bool LayoutMender::MendColumn(ColumnLayout& column) {
     field = value;
     return isOther;
   };
-  bool isChanged = false;
-  if (!IsKnownType(column.type)) {
-    // Its bytes are kept as they are.
-    column.type = dao::dbBinary;
-    column.length = std::max<std::uint16_t>(column.length, 1);
-    isChanged = true;
-  }
+  bool isChanged = differs(column.type, LikelyType(column));
   if (const std::size_t size = column.FixedSize())
     isChanged |= differs(column.length, static_cast<std::uint16_t>(size));
   if (column.IsBoolean())
@@ -143,9 +152,10 @@ bool LayoutMender::MendLogical(LogicalLayout& logical) {
     logical.otherNumber = 0xFFFFFFFF;
     logical.cascadeUpdates = logical.cascadeDeletes = kCascadeNone;
   }
-  const bool isTwice = std::any_of(table_.logicals.begin(), table_.logicals.end(), [&](auto& other) {
-    return &other < &logical && platform::EqualIgnoringCase(other.name, logical.name);
-  });
+  const bool isTwice =
+      std::any_of(table_.logicals.begin(), table_.logicals.end(), [&](auto& other) {
+        return &other < &logical && platform::EqualIgnoringCase(other.name, logical.name);
+      });
   if (IsName(logical.name) && !isTwice) return true;
   logical.name = TextOf(u"Indeks_", logical.number);
   Note(TextOf(u"indeks bez nazwy nazwano „", logical.name, u"”"));

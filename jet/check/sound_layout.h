@@ -8,8 +8,8 @@
 
 namespace zimbrat::jet::check {
 
-// Columns and indexes that cannot be what they claim are changed or left out, so that a new definition
-// can be made of the rest. Says what was done, a note each; nothing for a sound one.
+// Columns and indexes that cannot be what they claim are changed or left out, so that a new
+// definition can be made of the rest. Says what was done, a note each; nothing for a sound one.
 std::vector<std::u16string> MakeSound(TableLayout& table);
 
 }  // namespace zimbrat::jet::check

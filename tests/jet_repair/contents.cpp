@@ -16,7 +16,8 @@ namespace {
 
 class Reader {
  public:
-  explicit Reader(DatabaseFile& database) : database_(database), objects_(database.GetCatalog().Objects()) {}
+  explicit Reader(DatabaseFile& database)
+      : database_(database), objects_(database.GetCatalog().Objects()) {}
 
   Contents Read();
 
@@ -49,17 +50,19 @@ std::vector<std::string> Reader::DefinitionOf(Table& table) const {
   };
   add("table", +d.tableType, d.maxColumns, d.variableColumns, d.counter);
   for (const Column& c : d.columns) {
-    add("column", Utf8FromUtf16(c.name), +c.type, c.id, c.variableIndex, c.displayOrder, c.extra, +c.flags,
-        +c.flags2, c.length);
+    add("column", Utf8FromUtf16(c.name), +c.type, c.id, c.variableIndex, c.displayOrder, c.extra,
+        +c.flags, +c.flags2, c.length);
   }
   for (const RealIndex& index : d.realIndexes) {
     std::string columns;
-    for (const IndexColumn& c : index.columns) columns += std::to_string(c.columnId) + (c.ascending ? "+" : "-");
+    for (const IndexColumn& c : index.columns)
+      columns += std::to_string(c.columnId) + (c.ascending ? "+" : "-");
     add("index", columns, +index.flags);
   }
   for (const LogicalIndex& i : d.logicalIndexes) {
-    add("name", Utf8FromUtf16(i.name), i.number, i.realIndex, +i.end, i.otherNumber, +i.kind, +i.cascadeUpdate,
-        +i.cascadeDelete, i.IsRelation() ? NameOf(static_cast<std::int32_t>(i.otherTable)) : "");
+    add("name", Utf8FromUtf16(i.name), i.number, i.realIndex, +i.end, i.otherNumber, +i.kind,
+        +i.cascadeUpdate, +i.cascadeDelete,
+        i.IsRelation() ? NameOf(static_cast<std::int32_t>(i.otherTable)) : "");
   }
   return lines;
 }
@@ -85,7 +88,8 @@ std::vector<std::string> Reader::RowsOf(Table& table) const {
   std::vector<std::string> rows;
   for (RowScan scan(table); scan.Next();) {
     std::string row;
-    for (std::size_t i = 0; i < scan.Fields().size(); ++i) row += FieldText(table, i, scan.Fields()[i]) + "|";
+    for (std::size_t i = 0; i < scan.Fields().size(); ++i)
+      row += FieldText(table, i, scan.Fields()[i]) + "|";
     rows.push_back(row);
   }
   std::sort(rows.begin(), rows.end());
@@ -111,7 +115,8 @@ std::string DifferenceOf(const Contents& before, const Contents& after) {
     for (const auto& [name, table] : a) {
       const auto found = b.find(name);
       TableContents other = found == b.end() ? TableContents() : found->second;
-      const auto compare = [&](const std::vector<std::string>& lines, std::vector<std::string> others) {
+      const auto compare = [&](const std::vector<std::string>& lines,
+                               std::vector<std::string> others) {
         for (const std::string& line : lines) {
           const auto same = std::find(others.begin(), others.end(), line);
           if (same == others.end()) text += sign + name + ": " + line + "\n";
@@ -127,6 +132,8 @@ std::string DifferenceOf(const Contents& before, const Contents& after) {
   return text.substr(0, kMostText);
 }
 
-Contents ReadContents(DatabaseFile& database) { return Reader(database).Read(); }
+Contents ReadContents(DatabaseFile& database) {
+  return Reader(database).Read();
+}
 
 }  // namespace zimbrat::tests

@@ -1,5 +1,5 @@
-// All that a database holds, as texts that can be compared: pages have other numbers after a repair, so
-// tables are named instead.
+// All that a database holds, as texts that can be compared: pages have other numbers after a
+// repair, so tables are named instead.
 #pragma once
 
 #include <map>

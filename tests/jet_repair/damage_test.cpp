@@ -1,5 +1,5 @@
-// Damaged databases: every page zeroed in turn, and planted faults. What can be read is there afterwards,
-// and the report tells of the rest.
+// Damaged databases: every page zeroed in turn, and planted faults. What can be read is there
+// afterwards, and the report tells of the rest.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -29,7 +29,9 @@ std::size_t CountMissing(const std::vector<std::string>& rows, const std::vector
   return missing.size();
 }
 
-bool IsSystemTable(PageNumber page) { return page <= kRelationshipsPage; }
+bool IsSystemTable(PageNumber page) {
+  return page <= kRelationshipsPage;
+}
 
 // A database whose pages are zeroed one after another.
 class ZeroedPages : public testing::TestWithParam<const char*> {
@@ -46,7 +48,9 @@ class ZeroedPages : public testing::TestWithParam<const char*> {
       }
     }
   }
-  ConstBytes Page(PageNumber page) const { return ConstBytes(file_).subspan(page * kPageSize, kPageSize); }
+  ConstBytes Page(PageNumber page) const {
+    return ConstBytes(file_).subspan(page * kPageSize, kPageSize);
+  }
   std::uint32_t OwnerOf(PageNumber page) const { return Get32(Page(page), kOffsetOwner); }
   bool IsFree(PageNumber page) const {
     const std::size_t map = Get16(Page(kGlobalMapPage), kOffsetRowTable) & kRowOffsetMask;
@@ -108,7 +112,8 @@ void ZeroedPages::ExpectRowsLost(PageNumber page, const RepairReport& report, Co
 void ZeroedPages::ExpectNamesLost(const RepairReport& report, const Contents& after) {
   EXPECT_TRUE(report.IsAnythingLost());
   for (const auto& [page, name] : names_) {
-    const auto found = after.find(after.contains(name) ? name : "Odzyskana_" + std::to_string(page));
+    const auto found =
+        after.find(after.contains(name) ? name : "Odzyskana_" + std::to_string(page));
     if (IsSystemTable(page) || (found == after.end() && before_[name].rows.empty())) continue;
     ASSERT_NE(found, after.end()) << name;
     EXPECT_EQ(found->second.rows, before_[name].rows) << name;
@@ -148,25 +153,33 @@ struct Planted {
   const char* losses;
 };
 
-// index.mdb: Table1 (rows on page 62) refers to Table2 (60) and Table3 (61). overflow.mdb: moved rows between
-// pages 27, 28 and 31. comp-index.mdb: definition on page 15, rows on 17 to 20, long values on 30.
+// index.mdb: Table1 (rows on page 62) refers to Table2 (60) and Table3 (61). overflow.mdb: moved
+// rows between pages 27, 28 and 31. comp-index.mdb: definition on page 15, rows on 17 to 20, long
+// values on 30.
 const Planted kPlanted[] = {
     {"key twice", "index.mdb", 60, 0xFDC, "00",
-     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: klucz tabeli „Table2” "
+     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: klucz tabeli "
+     "„Table2” "
      "dopuszcza powtórzenia\n"
-     "Table2: partial 0, lost 0; indeks „PrimaryKey” dopuszcza teraz powtórzenia, bo są w wierszach\n"},
+     "Table2: partial 0, lost 0; indeks „PrimaryKey” dopuszcza teraz powtórzenia, bo są w "
+     "wierszach\n"},
     {"no key", "index.mdb", 60, 0xFFF, "02",
-     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: są wiersze bez odpowiednika w "
+     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: są wiersze bez "
+     "odpowiednika w "
      "tabeli „Table2”\n"
-     "Table2: partial 0, lost 0; indeks „PrimaryKey” dopuszcza teraz wartości Null, bo są w wierszach\n"},
+     "Table2: partial 0, lost 0; indeks „PrimaryKey” dopuszcza teraz wartości Null, bo są w "
+     "wierszach\n"},
     {"orphan", "index.mdb", 62, 0xFC3, "09",
-     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: są wiersze bez odpowiednika w "
+     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: są wiersze bez "
+     "odpowiednika w "
      "tabeli „Table2”\n"},
     {"other end of a relationship", "index.mdb", 24, 583, "09",
-     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: brak jej drugiego końca\n"},
+     "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: brak jej drugiego "
+     "końca\n"},
     {"place of a row", "index.mdb", 61, 16, "FF 0F", ""},
     {"places of two rows", "index.mdb", 61, 16, "FF 0F FF 0F",
-     "Table1: partial 0, lost 0; relacja „Table3Table1” nie jest już wymuszana: są wiersze bez odpowiednika w "
+     "Table1: partial 0, lost 0; relacja „Table3Table1” nie jest już wymuszana: są wiersze bez "
+     "odpowiednika w "
      "tabeli „Table3”\n"
      "Table3: partial 0, lost 3\n"},
     {"number of rows on a page", "index.mdb", 61, 12, "FF FF", ""},
@@ -175,16 +188,15 @@ const Planted kPlanted[] = {
     {"number of rows in a definition", "index.mdb", 24, 16, "FF", ""},
     {"pointer of a moved row", "overflow.mdb", 27, 0xF6F, "05", ""},
     {"home slot of a moved row deleted", "overflow.mdb", 27, 19, "CF", ""},
-    {"long value deleted", "comp-index.mdb", 30, 15, "CE",
-     "MSysObjects: partial 1, lost 0\n"},
-    {"length of a long value", "comp-index.mdb", 30, 15, "0F",
-     "MSysObjects: partial 1, lost 0\n"},
+    {"long value deleted", "comp-index.mdb", 30, 15, "CE", "MSysObjects: partial 1, lost 0\n"},
+    {"length of a long value", "comp-index.mdb", 30, 15, "0F", "MSysObjects: partial 1, lost 0\n"},
     {"type of a column", "comp-index.mdb", 15, 75, "0E",
      "Table1: partial 0, lost 0; poprawiono opis kolumny „CD_AGENTE”\n"},
+    {"type of a text", "index.mdb", 27, 112, "02",
+     "Table2: partial 0, lost 0; poprawiono opis kolumny „data”\n"},
     {"variable part of a row", "comp-index.mdb", 17, 0xFE7 + 18, "FF",
      "Table1: partial 1, lost 0\n"},
-    {"columns of a row", "comp-index.mdb", 17, 0xFE7, "09",
-     "Table1: partial 0, lost 1\n"},
+    {"columns of a row", "comp-index.mdb", 17, 0xFE7, "09", "Table1: partial 0, lost 1\n"},
 };
 
 }  // namespace
@@ -195,13 +207,15 @@ TEST(PlantedDamage, CostsNoMoreThanItMust) {
     RepairBench bench(AccessFile(planted.file));
     std::istringstream in(planted.bytes);
     std::size_t at = planted.offset;
-    for (unsigned byte = 0; in >> std::hex >> byte;) bench.Page(planted.page)[at++] = static_cast<std::byte>(byte);
+    for (unsigned byte = 0; in >> std::hex >> byte;)
+      bench.Page(planted.page)[at++] = static_cast<std::byte>(byte);
     EXPECT_EQ(LossesOf(bench.Repair()), planted.losses) << planted.name;
     EXPECT_TRUE(CheckFile(bench.files, kPath).empty()) << planted.name;
   }
 }
 
-// Data pages that changed places say themselves whose they are; a page beyond the end of a cut file is lost.
+// Data pages that changed places say themselves whose they are; a page beyond the end of a cut file
+// is lost.
 TEST(PlantedDamage, OfPagesOutOfPlace) {
   if (!HasAccessFiles()) GTEST_SKIP();
   RepairBench swapped(AccessFile("index.mdb"));
@@ -220,12 +234,13 @@ TEST(PlantedDamage, OfPagesOutOfPlace) {
 
 TEST_P(ZeroedPages, CostWhatLayOnThem) {
   for (PageNumber page = 1; page < file_.size() / kPageSize; ++page) {
-    SCOPED_TRACE("page " + std::to_string(page) + ", type " + std::to_string(Get8(Page(page), 0)) + ", owner " +
-                 std::to_string(OwnerOf(page)));
+    SCOPED_TRACE("page " + std::to_string(page) + ", type " + std::to_string(Get8(Page(page), 0)) +
+                 ", owner " + std::to_string(OwnerOf(page)));
     ZeroAndRepair(page);
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, ZeroedPages, testing::Values("comp-index.mdb", "index.mdb", "overflow.mdb"));
+INSTANTIATE_TEST_SUITE_P(Files, ZeroedPages,
+                         testing::Values("comp-index.mdb", "index.mdb", "overflow.mdb"));
 
 }  // namespace zimbrat::tests

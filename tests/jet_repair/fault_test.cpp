@@ -1,5 +1,5 @@
-// Each call to the disk fails once during a repair: the old file stays as it was or the new one is there
-// whole, and nothing else lies around after the next run.
+// Each call to the disk fails once during a repair: the old file stays as it was or the new one is
+// there whole, and nothing else lies around after the next run.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -45,7 +45,8 @@ class RepairFaults : public testing::Test {
     EXPECT_TRUE(number != 0 || now == repaired_) << files.FailedCall() << " " << n;
     EXPECT_EQ(ErrorOf([&] { jet::RepairDatabaseFile(*system_.files, clock_, path_); }), 0);
     EXPECT_EQ(folder_.Read(u"a.mdb"), repaired_);
-    EXPECT_EQ(folder_.Names(), std::vector<std::u16string>{u"a.mdb"}) << files.FailedCall() << " " << n;
+    EXPECT_EQ(folder_.Names(), std::vector<std::u16string>{u"a.mdb"})
+        << files.FailedCall() << " " << n;
     return files.HasFailed();
   }
 
@@ -64,8 +65,9 @@ TEST_F(RepairFaults, LeaveTheOldFileOrTheNewOne) {
     std::int32_t error;
     bool forGood;
   };
-  for (const Kind& kind : {Kind{Fault::Error, kErrDiskFull, false}, Kind{Fault::Error, kErrDeviceIo, true},
-                           Kind{Fault::Half, kErrDiskFull, false}}) {
+  for (const Kind& kind :
+       {Kind{Fault::Error, kErrDiskFull, false}, Kind{Fault::Error, kErrDeviceIo, true},
+        Kind{Fault::Half, kErrDiskFull, false}}) {
     std::uint64_t n = 1;
     while (FailCall(n, kind.how, kind.error, kind.forGood) && !HasFailure()) ++n;
     EXPECT_GT(n, 100u);

@@ -13,7 +13,9 @@ using jet::ConstBytes;
 
 namespace {
 
-jet::FileHeader HeaderOf(RepairBench& bench) { return jet::DecodeHeader(bench.Page(0), kPath); }
+jet::FileHeader HeaderOf(RepairBench& bench) {
+  return jet::DecodeHeader(bench.Page(0), kPath);
+}
 
 // Page 0 without mask and encoding key.
 std::vector<std::byte> BareHeader(RepairBench& bench) {

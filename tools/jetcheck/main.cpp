@@ -74,9 +74,11 @@ int JetCheck::Run() {
     return result;
   };
   if (options_.wantsJson) {
-    system_.console->WriteOutput(platform::JsonArray(options_.paths, [&](const std::u16string& path) {
-                                   return jetcheck::JsonOf(handle(path));
-                                 }) + u"\n");
+    system_.console->WriteOutput(platform::JsonArray(options_.paths,
+                                                     [&](const std::u16string& path) {
+                                                       return jetcheck::JsonOf(handle(path));
+                                                     }) +
+                                 u"\n");
     return worst;
   }
   for (const std::u16string& path : options_.paths) Write(handle(path));

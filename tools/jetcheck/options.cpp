@@ -13,7 +13,8 @@ const std::u16string_view kHelp =
     u"                naprawia: wszystko, co da się odczytać, trafia do nowego pliku, który po\n"
     u"                sprawdzeniu zastępuje stary; po błędach wypisuje tabele i ich straty\n"
     u"  --json        zamiast wierszy jedna tablica JSON, obiekt dla każdego pliku\n"
-    u"  --haslo H     przyjmowane i pomijane: sprawdzanie i naprawa nie wymagają hasła, a naprawiony\n"
+    u"  --haslo H     przyjmowane i pomijane: sprawdzanie i naprawa nie wymagają hasła, a "
+    u"naprawiony\n"
     u"                plik ma to samo hasło\n"
     u"  --klucze      na koniec: ile kluczy indeksów odtworzono z wierszy bajt w bajt, według\n"
     u"                typu; tylko bez --repair\n"
@@ -21,7 +22,8 @@ const std::u16string_view kHelp =
     u"                używa; tylko bez --repair\n"
     u"  --help, --pomoc\n"
     u"\n"
-    u"Stan wyjścia: 0 pliki bez błędów (albo naprawione bez strat), 1 są błędy (po naprawie: straty),\n"
+    u"Stan wyjścia: 0 pliki bez błędów (albo naprawione bez strat), 1 są błędy (po naprawie: "
+    u"straty),\n"
     u"2 złe użycie albo pliku nie da się otworzyć lub naprawić.\n";
 
 Options ReadOptions(const std::vector<std::u16string>& words) {

@@ -47,14 +47,16 @@ std::u16string JsonOfTable(const jet::RepairedTable& table) {
 std::u16string LinesOf(const FileResult& result) {
   std::u16string lines;
   for (const jet::Fault& fault : result.faults) {
-    lines += result.path + (fault.isError ? u": " : u": uwaga: ") + fault.place + u": " + fault.text + u"\n";
+    lines += result.path + (fault.isError ? u": " : u": uwaga: ") + fault.place + u": " +
+             fault.text + u"\n";
   }
   const bool wasSound = result.faults.empty() && result.status == 0;
   if (!result.repair || wasSound) return lines;
   for (const jet::RepairedTable& table : result.repair->tables) {
     if (!table.isSystem || table.IsHarmed()) lines += LinesOf(result.path, table);
   }
-  return lines + result.path + (result.status == 0 ? u": naprawiono bez strat\n" : u": naprawiono, są straty\n");
+  return lines + result.path +
+         (result.status == 0 ? u": naprawiono bez strat\n" : u": naprawiono, są straty\n");
 }
 
 std::u16string JsonOf(const FileResult& result) {
