@@ -142,15 +142,14 @@ RowFate CatalogueRebuild::CopyAccessEntry(const TableLayout& layout, const Rescu
   if (!id) return RowFate::Lost;
   NoteEntryOfAdmin(layout, row);
   const auto page = static_cast<PageNumber>(*id);
-  RowFields fields;
+  std::int32_t newId = *id;
   if (IsPage(*id) && !IsSystemTablePage(page)) {
     const auto found = tables_.find(page);
     if (found == tables_.end() || found->second.page == 0) return RowFate::NotNeeded;
-    fields = FieldsFrom(aces, row);
-    PutValue(aces, fields, u"ObjectId", static_cast<std::int32_t>(found->second.page));
-  } else {
-    fields = FieldsFrom(aces, row);
+    newId = static_cast<std::int32_t>(found->second.page);
   }
+  RowFields fields = FieldsFrom(aces, row);
+  PutValue(aces, fields, u"ObjectId", newId);
   return StoreSystemRow(aces, fields);
 }
 
