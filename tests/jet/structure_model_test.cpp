@@ -40,6 +40,7 @@ class StructureModel {
     for (int i = 0; i < kStepsOfABatch && !::testing::Test::HasFailure(); ++i) Step();
     Compare();
     database_->Close();
+    if (chance_.OneIn(6)) engine_->RepairDatabase(path_);
     for (const jet::Fault& fault : jet::CheckFile(*system_.files, path_)) {
       ADD_FAILURE() << platform::Utf8FromUtf16(fault.place) << ": " << platform::Utf8FromUtf16(fault.text);
     }
@@ -72,7 +73,8 @@ class StructureModel {
     if (dice < 75) return RenameField(place);
     if (dice < 95) return AddIndex(place);
     if (dice < 110) return DropOrRenameIndex(place);
-    if (dice < 600) return Insert(place->second, place->first);
+    if (dice < 560) return Insert(place->second, place->first);
+    if (dice < 600) return InsertBySql(place);
     if (dice < 800) return Edit(place);
     if (dice < 900) return DeleteRows(place);
     if (dice < 960) return UpdateBySql(place);
@@ -153,7 +155,11 @@ class StructureModel {
     const ModelColumn column = chance_.Column();
     if (model.columns.size() > 25) return;
     const bool taken = model.HasColumn(column.name);
-    Expect(taken ? platform::kErrFieldDefinedTwice : 0, [&] { PutField(*TableOf(place->first), column); });
+    const bool bySql = column.type == dao::dbLong && chance_.OneIn(2);
+    Expect(!taken ? 0 : bySql ? platform::kErrFieldExistsInTable : platform::kErrFieldDefinedTwice, [&] {
+      if (!bySql) return PutField(*TableOf(place->first), column);
+      database_->Execute(u"ALTER TABLE [" + place->first + u"] ADD COLUMN [" + column.name + u"] LONG");
+    });
     if (taken) return;
     model.columns.push_back(column);
     const dao::Value initial = column.type == dao::dbBoolean ? dao::Value(false) : dao::Value();
@@ -262,6 +268,28 @@ class StructureModel {
     }
   }
 
+  // The table's own last rows once more, without what the numbers in unique indexes forbid.
+  void InsertBySql(Place place) {
+    ModelTable& model = place->second;
+    if (model.rows.size() >= kMostRows || model.columns.size() < 2) return;
+    std::u16string names;
+    for (std::size_t i = 1; i < model.columns.size(); ++i) {
+      names += (i > 1 ? u", [" : u"[") + model.columns[i].name + u"]";
+    }
+    const std::int32_t from = model.counter - static_cast<std::int32_t>(chance_.Below(5));
+    const ModelTable former = model;
+    for (const auto& [id, row] : former.rows) {
+      if (id >= from) model.rows.emplace(++model.counter, row);
+    }
+    const bool refused = model.BreaksAnIndex();
+    Expect(refused ? platform::kErrDuplicateKey : 0, [&] {
+      database_->Execute(u"INSERT INTO [" + place->first + u"] (" + names + u") SELECT " + names + u" FROM [" +
+                             place->first + u"] WHERE Id >= " + DecimalText(from) + u" ORDER BY Id",
+                         dao::dbFailOnError);
+    });
+    if (refused) model = former;
+  }
+
   void Edit(Place place) {
     ModelTable& model = place->second;
     if (model.rows.empty()) return;
@@ -364,8 +392,8 @@ class StructureModel {
   TempFolder folder_;
   FakeClock clock_;
   platform::System system_ = platform::MakeSystem(0, nullptr);
-  std::shared_ptr<dao::Workspace> workspace_ =
-      jet::MakeEngine(*system_.files, clock_, {})->CreateWorkspace(u"", u"Admin", u"");
+  std::shared_ptr<dao::Engine> engine_ = jet::MakeEngine(*system_.files, clock_, {});
+  std::shared_ptr<dao::Workspace> workspace_ = engine_->CreateWorkspace(u"", u"Admin", u"");
   std::u16string path_ = folder_.PathOf(u"model.mdb");
   std::u16string password_;
   std::shared_ptr<dao::Database> database_;
