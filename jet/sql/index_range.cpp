@@ -111,7 +111,9 @@ std::optional<IndexRange> IndexRange::Choose(Table& table, const Conditions& con
       score += bound.equal ? 1 : 0.25;
       if (!bound.equal) break;
     }
-    if (index.IsUnique() && range.bounds_.size() == index.columns.size()) score += 0.5;
+    const bool isWhole = range.bounds_.size() == index.columns.size();
+    if (index.IgnoresNulls() && !isWhole) continue;  // rows with nulls further on may not be in it
+    if (index.IsUnique() && isWhole) score += 0.5;
     if (score <= bestScore) continue;
     bestScore = score;
     best = std::move(range);

@@ -9,7 +9,6 @@ namespace zimbrat::jet {
 namespace {
 constexpr int kPositionBits = 40;
 constexpr std::uint64_t kPositionMask = (std::uint64_t{1} << kPositionBits) - 1;
-constexpr std::uint32_t kPairsBetweenPulses = 4096;
 }  // namespace
 
 bool JoinedRows::WriteKey(bool left, std::vector<std::byte>& key) const {
@@ -67,11 +66,6 @@ bool JoinedRows::NextPartner() {
   return true;
 }
 
-// Pairs of cached pages never reach the disk, where the pulse is given otherwise.
-void JoinedRows::GivePulse() {
-  if (++pairs_ % kPairsBetweenPulses == 0 && pager_.pulse) pager_.pulse();
-}
-
 bool JoinedRows::Next() {
   while (true) {
     if (!hasLeft_) {
@@ -80,7 +74,7 @@ bool JoinedRows::Next() {
       StartPartners();
     }
     while (NextPartner()) {
-      GivePulse();
+      pulse_.Count();
       if (!AllHold(plan_.conditions, context_)) continue;
       hasPartner_ = true;
       return true;

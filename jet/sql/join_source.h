@@ -19,7 +19,12 @@ struct JoinPlan {
 class JoinedRows : public RowSource {
  public:
   JoinedRows(RowSourcePtr left, RowSourcePtr right, JoinPlan plan, const EvaluationContext& context, Pager& pager)
-      : left_(std::move(left)), right_(std::move(right)), plan_(std::move(plan)), context_(context), pager_(pager) {}
+      : left_(std::move(left)),
+        right_(std::move(right)),
+        plan_(std::move(plan)),
+        context_(context),
+        pager_(pager),
+        pulse_(pager) {}
 
   void Start() override;
   bool Next() override;
@@ -35,13 +40,13 @@ class JoinedRows : public RowSource {
   bool WriteKey(bool left, std::vector<std::byte>& key) const;
   void StartPartners();
   bool NextPartner();
-  void GivePulse();
 
   RowSourcePtr left_;
   RowSourcePtr right_;
   JoinPlan plan_;
   const EvaluationContext& context_;
   Pager& pager_;
+  RowPulse pulse_;
   // The right rows by the hashes of their keys: 24 bits of hash above 40 bits of position in the list.
   std::vector<std::uint64_t> lookup_;
   std::optional<PlaceList> places_;
@@ -49,7 +54,6 @@ class JoinedRows : public RowSource {
   std::uint64_t hash_ = 0;
   bool hasLeft_ = false;
   bool hasPartner_ = false;
-  std::uint32_t pairs_ = 0;
   std::vector<std::byte> key_;
 };
 

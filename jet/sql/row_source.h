@@ -2,6 +2,7 @@
 // the rows of others has them in its hands.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -13,6 +14,20 @@
 #include "jet/sql/place_list.h"
 
 namespace zimbrat::jet {
+
+// Rows of cached pages never reach the disk, where the pulse is given otherwise.
+class RowPulse {
+ public:
+  explicit RowPulse(Pager& pager) : pager_(pager) {}
+  void Count() {
+    constexpr std::uint32_t kRowsBetween = 4096;
+    if (++rows_ % kRowsBetween == 0 && pager_.pulse) pager_.pulse();
+  }
+
+ private:
+  Pager& pager_;
+  std::uint32_t rows_ = 0;
+};
 
 class RowSource {
  public:

@@ -25,6 +25,7 @@ void TableSource::Start() {
 }
 
 bool TableSource::Next() {
+  pulse_.Count();
   SetPlace({});
   if (usesRange_) {
     const std::optional<RowPointer> row = range_->Next();

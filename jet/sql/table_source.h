@@ -12,7 +12,7 @@ namespace zimbrat::jet {
 class TableSource : public LeafSource {
  public:
   TableSource(std::shared_ptr<Table> table, const EvaluationContext& context)
-      : table_(std::move(table)), context_(context) {}
+      : table_(std::move(table)), context_(context), pulse_(table_->GetStorage().pager) {}
 
   const std::shared_ptr<Table>& GetTable() const { return table_; }
   RowPointer Place() const { return place_; }
@@ -38,6 +38,7 @@ class TableSource : public LeafSource {
 
   std::shared_ptr<Table> table_;
   const EvaluationContext& context_;
+  RowPulse pulse_;
   std::optional<IndexRange> range_;
   bool usesRange_ = false;
   std::optional<RowScan> scan_;

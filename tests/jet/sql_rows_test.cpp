@@ -92,6 +92,9 @@ TEST_F(SqlRows, PairsOfCachedRowsGiveThePulse) {
   pulses_ = 0;
   EXPECT_EQ(Number(u"SELECT Count(*) FROM N a, N b"), 40'000);
   EXPECT_GT(pulses_, 5);
+  pulses_ = 0;
+  EXPECT_EQ(Number(u"SELECT Count(*) FROM N a WHERE EXISTS (SELECT * FROM N b WHERE b.j + b.i < a.i)"), 0);
+  EXPECT_GT(pulses_, 5);
 }
 
 TEST_F(SqlRows, RowsOfOneTableCanBeEditedThroughAQuery) {
