@@ -15,7 +15,8 @@ class PageJoiner {
   PageJoiner(Checking& check, const std::u16string& place, PageNumber first, bool report)
       : check_(check), place_(place), first_(first), report_(report) {}
 
-  std::optional<std::vector<std::byte>> Join();
+  // When a later page cannot be found: nothing, or with `mayEndEarly` what there is.
+  std::optional<std::vector<std::byte>> Join(bool mayEndEarly = false);
 
  private:
   bool TakePage(PageNumber number);
@@ -51,7 +52,7 @@ void PageJoiner::CheckFreeBytes(PageNumber number, ConstBytes page, std::size_t 
   }
 }
 
-std::optional<std::vector<std::byte>> PageJoiner::Join() {
+std::optional<std::vector<std::byte>> PageJoiner::Join(bool mayEndEarly) {
   if (!TakePage(first_)) return std::nullopt;
   PageView page = check_.pages.Read(first_);
   const std::size_t length = Get32(*page, kOffsetDefinitionLength);
@@ -64,7 +65,10 @@ std::optional<std::vector<std::byte>> PageJoiner::Join() {
   CheckFreeBytes(number, *page, bytes.size());
   while (bytes.size() < length) {
     number = Get32(*page, kOffsetNextDefinitionPage);
-    if (!TakePage(number)) return std::nullopt;
+    if (!TakePage(number)) {
+      if (mayEndEarly) return bytes;
+      return std::nullopt;
+    }
     page = check_.pages.Read(number);
     const std::size_t count = std::min(length - bytes.size(), kBytesOnNextPage);
     const auto* start = page->begin() + kSizeDefinitionPageHeader;
@@ -83,6 +87,10 @@ std::optional<std::vector<std::byte>> ReadDefinitionBytes(Checking& check,
                                                           const std::u16string& place,
                                                           PageNumber first, bool report) {
   return PageJoiner(check, place, first, report).Join();
+}
+
+std::optional<std::vector<std::byte>> PeekDefinitionStart(Checking& check, PageNumber first) {
+  return PageJoiner(check, {}, first, false).Join(true);
 }
 
 std::u16string DefinitionReader::NextName() {

@@ -15,6 +15,9 @@ std::optional<std::vector<std::byte>> ReadDefinitionBytes(Checking& check,
                                                           const std::u16string& place,
                                                           PageNumber first, bool report);
 
+// The same without claims and reports, as far as the pages can be found.
+std::optional<std::vector<std::byte>> PeekDefinitionStart(Checking& check, PageNumber first);
+
 // Reads on from the front; what lies behind the end is zero, and HasFailed tells of it.
 class DefinitionReader {
  public:

@@ -94,9 +94,11 @@ class LayoutReader {
   }
 
   std::optional<TableLayout> Read();
+  std::optional<TableLayout> ReadColumnsAlone();
 
  private:
-  bool ReadHead();
+  void ReadHead();
+  bool ArePlausible(std::uint64_t size);
   void ReadColumns();
   ColumnLayout ReadColumn();
   void ReadIndexes();
@@ -119,7 +121,7 @@ class LayoutReader {
   TableLayout table_;
 };
 
-bool LayoutReader::ReadHead() {
+void LayoutReader::ReadHead() {
   table_.rows = Get32(bytes_, kOffsetTableRows);
   table_.counter = Get32(bytes_, kOffsetCounter);
   table_.kind = Get8(bytes_, kOffsetTableType);
@@ -132,16 +134,17 @@ bool LayoutReader::ReadHead() {
   indexes_ = Get32(bytes_, kOffsetRealIndexes);
   if (Get32(bytes_, kOffsetDefinitionMark) != kDefinitionMark) Fault(u"brak znacznika definicji");
   if (table_.kind != kTableUser && table_.kind != kTableSystem) Fault(u"nieznany rodzaj tabeli");
-  const std::uint64_t least = std::uint64_t{columns_} * (kSizeColumn + 2) +
-                              std::uint64_t{indexes_} * (kSizeIndexCounts + kSizeRealIndex) +
-                              std::uint64_t{logicals_} * (kSizeLogicalIndex + 2) + 2;
-  if (columns_ > kMaxColumns || table_.maxColumns < columns_ || indexes_ > logicals_ ||
-      indexes_ > kMaxTrees || logicals_ > kMaxLogicals || !reader_.HasLeft(least)) {
-    Fault(TextOf(u"definicja o długości ", bytes_.size(), u" nie może mieć ", columns_,
-                 u" kolumn, ", indexes_, u" i ", logicals_, u" indeksów"));
-    return false;
+}
+
+// `size`: of the parts that follow, at least.
+bool LayoutReader::ArePlausible(std::uint64_t size) {
+  if (columns_ <= kMaxColumns && table_.maxColumns >= columns_ && indexes_ <= logicals_ &&
+      indexes_ <= kMaxTrees && logicals_ <= kMaxLogicals && reader_.HasLeft(size)) {
+    return true;
   }
-  return true;
+  Fault(TextOf(u"definicja o długości ", bytes_.size(), u" nie może mieć ", columns_, u" kolumn, ",
+               indexes_, u" i ", logicals_, u" indeksów"));
+  return false;
 }
 
 ColumnLayout LayoutReader::ReadColumn() {
@@ -325,7 +328,11 @@ void LayoutReader::CheckLongValueMaps() {
 }
 
 std::optional<TableLayout> LayoutReader::Read() {
-  if (!ReadHead()) return std::nullopt;
+  ReadHead();
+  const std::uint64_t least = columns_ * std::uint64_t{kSizeColumn + 2} +
+                              indexes_ * std::uint64_t{kSizeIndexCounts + kSizeRealIndex} +
+                              logicals_ * std::uint64_t{kSizeLogicalIndex + 2} + 2;
+  if (!ArePlausible(least)) return std::nullopt;
   ReadColumns();
   ReadIndexes();
   ReadLogicals();
@@ -344,6 +351,16 @@ std::optional<TableLayout> LayoutReader::Read() {
   return std::move(table_);
 }
 
+std::optional<TableLayout> LayoutReader::ReadColumnsAlone() {
+  ReadHead();
+  if (!ArePlausible(0)) return std::nullopt;
+  reader_.Skip(indexes_ * kSizeIndexCounts);
+  for (std::size_t i = 0; i < columns_ && reader_.HasLeft(kSizeColumn); ++i)
+    table_.columns.push_back(ReadColumn());
+  for (ColumnLayout& column : table_.columns) column.name = reader_.NextName();
+  return std::move(table_);
+}
+
 }  // namespace
 
 std::optional<TableLayout> ReadLayout(Checking& check, const std::u16string& place,
@@ -356,6 +373,12 @@ std::optional<TableLayout> ReadLayout(Checking& check, const std::u16string& pla
 std::optional<TableLayout> PeekLayout(Checking& check, PageNumber page) {
   const auto bytes = ReadDefinitionBytes(check, {}, page, false);
   return bytes ? ParseLayout(check, *bytes, page) : std::nullopt;
+}
+
+std::optional<TableLayout> PeekColumns(Checking& check, PageNumber page) {
+  const auto bytes = PeekDefinitionStart(check, page);
+  if (!bytes) return std::nullopt;
+  return LayoutReader(check, {}, *bytes, page, false).ReadColumnsAlone();
 }
 
 std::optional<TableLayout> ParseLayout(Checking& check, ConstBytes bytes, PageNumber page) {

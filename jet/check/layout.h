@@ -17,6 +17,9 @@ std::optional<TableLayout> ReadLayout(Checking& check, const std::u16string& pla
 // The same for a second look: claims and reports nothing.
 std::optional<TableLayout> PeekLayout(Checking& check, PageNumber page);
 
+// The columns alone, of a definition whose end is damaged: as many as there are, some without a name.
+std::optional<TableLayout> PeekColumns(Checking& check, PageNumber page);
+
 // Of the bytes of a definition, wherever they are from. Nothing when they contradict themselves.
 std::optional<TableLayout> ParseLayout(Checking& check, ConstBytes bytes, PageNumber page);
 

@@ -58,8 +58,13 @@ std::optional<RescuedTable> Rescue::ReadTable(PageNumber page) {
     table->rows = own ? own->rows : 0;
     return RescuedTable{std::move(*table), {}};
   }
+  std::vector<std::u16string> notes;
+  if (!own && check.pages.Has(page)) {
+    own = PeekColumns(check, page);
+    notes.push_back(u"definicja jest niepełna: utracono indeksy, a może i kolumny");
+  }
   if (!own) return std::nullopt;
-  std::vector<std::u16string> notes = MakeSound(*own);
+  std::ranges::move(MakeSound(*own), std::back_inserter(notes));
   if (own->columns.empty()) return std::nullopt;
   return RescuedTable{std::move(*own), std::move(notes)};
 }
