@@ -40,7 +40,7 @@ class RelationRebuild {
   void Relink(PageNumber former, RebuiltTable& table);
   void Note(PageNumber former, const std::u16string& relation, const std::u16string& reason);
 
-  const Storage& storage_;
+  Storage storage_;
   RebuiltTables& tables_;
   std::vector<RebuiltRelation> relations_;
   std::set<std::pair<PageNumber, std::uint32_t>> kept_;  // ends
