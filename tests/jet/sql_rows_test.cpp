@@ -1,6 +1,7 @@
 // What statements do with many rows, with rows that fail, and with recordsets: what tables of cases cannot say.
 #include <gtest/gtest.h>
 
+#include "jet/check/check.h"
 #include "jet/engine.h"
 #include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
@@ -26,6 +27,11 @@ class SqlRows : public testing::Test {
     auto rows = Open(query);
     return std::get<std::int32_t>(rows->Fields()->Item(0)->Value());
   }
+  void TearDown() override {
+    database_->Close();
+    EXPECT_TRUE(CheckFile(*system_.files, folder_.PathOf(u"wiersze.mdb")).empty());
+  }
+
   // Rows 1 to `count`: their numbers, and the numbers backwards.
   void Fill(int count) {
     Run(u"CREATE TABLE N (i LONG, j LONG, t TEXT(50))");

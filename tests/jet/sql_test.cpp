@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "jet/check/check.h"
 #include "jet/engine.h"
 #include "jet/sql/expression.h"
 #include "jet/table/convert.h"
@@ -54,6 +55,18 @@ class Script {
     } catch (const platform::RunTimeError& error) {
       return {"! " + std::to_string(error.Number())};
     }
+  }
+
+  // What the checker finds in the file afterwards; pages that nothing refers to count too.
+  std::vector<std::string> CloseAndCheck() {
+    database_->Close();
+    CheckOptions options;
+    options.reportUnused = true;
+    std::vector<std::string> faults;
+    for (const Fault& fault : CheckFile(*system_.files, folder_.PathOf(u"sql.mdb"), options)) {
+      faults.push_back(platform::Utf8FromUtf16(fault.place + u": " + fault.text));
+    }
+    return faults;
   }
 
  private:
@@ -154,6 +167,7 @@ TEST(Sql, StatementsDoWhatTheirCasesSay) {
       EXPECT_EQ(script.Run(c.kind, c.text), c.expected) << entry.path().filename() << ":" << c.line << " " << c.text;
       ++count;
     }
+    EXPECT_EQ(script.CloseAndCheck(), std::vector<std::string>{}) << entry.path().filename();
   }
   EXPECT_GT(count, 80u);
 }
