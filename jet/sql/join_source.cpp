@@ -41,9 +41,13 @@ void JoinedRows::Start() {
   hasLeft_ = false;
 }
 
-void JoinedRows::Forget() {
+void JoinedRows::DropLookup() {
   places_.reset();
-  lookup_.clear();
+  lookup_ = {};
+}
+
+void JoinedRows::Forget() {
+  DropLookup();
   left_->Forget();
   right_->Forget();
 }
@@ -69,7 +73,10 @@ bool JoinedRows::NextPartner() {
 bool JoinedRows::Next() {
   while (true) {
     if (!hasLeft_) {
-      if (!left_->Next()) return false;
+      if (!left_->Next()) {
+        DropLookup();
+        return false;
+      }
       hasLeft_ = true;
       StartPartners();
     }

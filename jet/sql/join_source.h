@@ -36,6 +36,7 @@ class JoinedRows : public RowSource {
 
  private:
   void BuildLookup();
+  void DropLookup();
   // The key of one side's row, or nothing when one of its values is null.
   bool WriteKey(bool left, std::vector<std::byte>& key) const;
   void StartPartners();

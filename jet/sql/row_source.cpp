@@ -56,7 +56,7 @@ void SortedRows::Start() {
 }
 
 bool SortedRows::Next() {
-  while (sorter_->Next()) {
+  while (sorter_ && sorter_->Next()) {
     const ConstBytes key = sorter_->Key();
     if (onlyFirst_ && any_ && std::equal(key.begin(), key.end(), key_.begin(), key_.end())) continue;
     any_ = true;
@@ -65,6 +65,7 @@ bool SortedRows::Next() {
     input_->Load(place);
     return true;
   }
+  sorter_.reset();  // whoever holds the query holds no memory for it
   return false;
 }
 

@@ -125,6 +125,7 @@ class SortedRows : public WrappedSource {
       : WrappedSource(std::move(input)), pager_(pager), writeKey_(std::move(writeKey)), onlyFirst_(onlyFirst) {}
   void Start() override;
   bool Next() override;
+  // Between Start and the end.
   std::uint64_t Count() const { return sorter_->Count(); }
   // Of the current row.
   const std::vector<std::byte>& Key() const { return key_; }

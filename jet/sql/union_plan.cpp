@@ -144,9 +144,12 @@ RowPlanPtr CompileQuery(std::shared_ptr<QueryStatement> query, Scope* outer, Com
   }
   Pager& pager = compilation.database.Pages();
   RowPlanPtr plan = CompileSelect(std::move(query->selects.front()), outer, compilation);
+  // The last UNION without ALL drops the repeats of all before it.
+  const std::vector<bool>& keeps = query->keepsRepeats;
+  const auto lastDrop = static_cast<std::size_t>(std::find(keeps.rbegin(), keeps.rend(), false).base() - keeps.begin());
   for (std::size_t i = 1; i < query->selects.size(); ++i) {
     RowPlanPtr next = CompileSelect(std::move(query->selects[i]), outer, compilation);
-    auto united = std::make_unique<UnionPlan>(std::move(plan), std::move(next), query->keepsRepeats[i - 1], pager);
+    auto united = std::make_unique<UnionPlan>(std::move(plan), std::move(next), i != lastDrop, pager);
     const bool isLast = i + 1 == query->selects.size();
     if (isLast && !query->orderBy.empty()) united->Order(query->orderBy, pager);
     plan = std::move(united);
