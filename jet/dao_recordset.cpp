@@ -318,7 +318,9 @@ std::shared_ptr<dao::Recordset> OpenRecordset(const ConnectionPtr& connection, s
     Raise(kErrInvalidArgument);
   }
   const bool readOnly = type == dao::dbOpenSnapshot;
-  auto rows = std::make_shared<RowSet>(connection, connection->Queries().Open(source), readOnly);
+  QueryRunner& queries = connection->Queries();
+  QueryResult result = type == dao::dbOpenTable ? queries.OpenTable(source) : queries.Open(source);
+  auto rows = std::make_shared<RowSet>(connection, std::move(result), readOnly);
   return std::make_shared<JetRecordset>(std::move(rows));
 }
 

@@ -13,9 +13,17 @@ namespace zimbrat::jet {
 
 namespace {
 
+// Blanks around a text, and a semicolon behind it, do not matter.
+std::u16string_view Trimmed(std::u16string_view text) {
+  constexpr std::u16string_view blanks = u" \t\r\n";
+  text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+  const std::size_t end = text.find_last_not_of(u" \t\r\n;");
+  return text.substr(0, end == text.npos ? 0 : end + 1);
+}
+
 // A name may hold blanks, so only what begins as a statement counts as one.
 bool IsTableName(std::u16string_view source) {
-  const std::u16string_view first = source.substr(0, source.find_first_of(u" \t\r\n"));
+  const std::u16string_view first = source.substr(0, source.find_first_of(u" \t\r\n*('\"[#-+"));
   for (const std::u16string_view verb : {u"SELECT", u"DELETE", u"INSERT", u"UPDATE", u"CREATE", u"ALTER", u"DROP",
                                          u"PARAMETERS", u"TRANSFORM"}) {
     if (first.size() < source.size() && platform::EqualIgnoringCase(first, verb)) return false;
@@ -23,8 +31,13 @@ bool IsTableName(std::u16string_view source) {
   return true;
 }
 
+// A name as it stands in FROM.
+std::u16string_view PlainName(std::u16string_view table) {
+  const bool bracketed = table.size() > 2 && table.front() == u'[' && table.back() == u']';
+  return bracketed ? table.substr(1, table.size() - 2) : table;
+}
+
 QueryStatement AllOf(std::u16string_view table) {
-  if (table.size() > 2 && table.front() == u'[' && table.back() == u']') table = table.substr(1, table.size() - 2);
   SelectStatement select;
   select.items.emplace_back();
   auto item = std::make_unique<FromItem>();
@@ -61,9 +74,17 @@ QueryRunner::QueryRunner(DatabaseFile& database) : database_(database), rows_(da
   };
 }
 
+QueryResult QueryRunner::OpenTable(std::u16string_view text) {
+  const std::u16string_view source = Trimmed(text);
+  if (!IsTableName(source)) Raise(platform::kErrInvalidOperation);
+  const std::u16string_view name = PlainName(source);
+  if (!database_.GetCatalog().FindTableOrQuery(name)) Raise(platform::kErrObjectNotFound, name);
+  return Open(text);
+}
+
 QueryResult QueryRunner::Open(std::u16string_view text) {
-  const std::u16string_view source = platform::TrimBlanks(text);
-  Statement statement = IsTableName(source) ? Statement(AllOf(source)) : ParseStatement(source);
+  const std::u16string_view source = Trimmed(text);
+  Statement statement = IsTableName(source) ? Statement(AllOf(PlainName(source))) : ParseStatement(text);
   auto* query = std::get_if<QueryStatement>(&statement);
   if (!query) Raise(platform::kErrInvalidOperation);
   Compilation compilation{database_, database_.GetClock().Now()};

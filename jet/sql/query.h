@@ -28,6 +28,8 @@ class QueryRunner {
 
   // A table's name or a query. Errors of syntax and binding; 3219 for a statement that is no query.
   QueryResult Open(std::u16string_view source);
+  // A table's name alone. Errors 3219 for a statement, 3011 for a name that there is not.
+  QueryResult OpenTable(std::u16string_view name);
   // Rows affected. With `failOnError` the first failing row raises its error; otherwise it is passed over.
   // The caller's savepoint makes it all or nothing.
   std::int32_t Execute(std::u16string_view statement, bool failOnError);

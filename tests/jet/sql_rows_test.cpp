@@ -121,6 +121,16 @@ TEST_F(SqlRows, RowsOfOneTableCanBeEditedThroughAQuery) {
   rows->Close();
   EXPECT_EQ(Number(u"SELECT Count(*) FROM N WHERE t IN ('ż', 'nowy')"), 2);
 
+  for (const std::u16string_view source : {u" \r\nN ; ", u"[N]", u"\tSELECT*FROM N;\r\n"}) {
+    EXPECT_FALSE(Open(source)->EndOfFile()) << platform::Utf8FromUtf16(source);
+  }
+  const auto openTable = [&](std::u16string_view source) {
+    return ErrorOf([&] { database_->OpenRecordset(source, dao::dbOpenTable); });
+  };
+  EXPECT_EQ(openTable(u"N"), 0);
+  EXPECT_EQ(openTable(u"Nie"), platform::kErrObjectNotFound);
+  EXPECT_EQ(openTable(u"SELECT * FROM N"), platform::kErrInvalidOperation);
+
   for (const std::u16string_view query :
        {u"SELECT a.t FROM N a, N b", u"SELECT t FROM N GROUP BY t", u"SELECT DISTINCT t FROM N",
         u"SELECT t FROM N UNION SELECT t FROM N", u"SELECT t FROM (SELECT t FROM N) AS q"}) {
