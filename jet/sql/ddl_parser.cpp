@@ -1,7 +1,6 @@
 #include "ddl_parser.h"
 
 #include <algorithm>
-#include <array>
 
 #include "jet/file/errors.h"
 #include "platform/dao.h"

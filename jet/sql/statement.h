@@ -73,7 +73,6 @@ struct QueryStatement {
 
 struct DeleteStatement {
   std::u16string target;  // named in front of `.*`; empty: none
-  bool onlyWholeRows = false;  // DISTINCTROW
   FromList from;
   ExpressionPtr where;
 };

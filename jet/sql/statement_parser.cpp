@@ -40,7 +40,7 @@ class Parser {
 
   DeleteStatement ParseDelete() {
     DeleteStatement statement;
-    statement.onlyWholeRows = tokens_.AcceptWord(u"DISTINCTROW");
+    tokens_.AcceptWord(u"DISTINCTROW");  // a row goes once in any case
     if (!tokens_.AcceptSign(u"*") && !tokens_.IsWord(u"FROM")) {
       statement.target = tokens_.TakeName(kErrDeleteSyntax);
       tokens_.RequireSign(u".", kErrDeleteSyntax);
