@@ -66,8 +66,8 @@ void Connection::Begin() {
 
 void Connection::Commit() {
   if (!file_ || transactions_ == 0) return;
-  --transactions_;
   file_->Pages().Commit();
+  --transactions_;
 }
 
 void Connection::Rollback() {

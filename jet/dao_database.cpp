@@ -203,8 +203,8 @@ class JetWorkspace : public dao::Workspace {
   void EndTransaction(End end) {
     Do([&] {
       if (depth_ == 0) Raise(kErrNoTransaction);
-      --depth_;
       ForEach(end);
+      --depth_;  // a transaction that cannot be committed is still to be rolled back
     });
   }
 

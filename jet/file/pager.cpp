@@ -192,7 +192,16 @@ Pager::Image Pager::StoreImage(const CachedPage& page) {
   return image;
 }
 
+// Afterwards all pages are rewritten in place, so that a full disk is noticed while it can be undone.
+void Pager::WriteNewPages(PageNumber first) {
+  for (PageNumber number = first; number < pageCount_; ++number) {
+    const auto found = pages_.find(number);
+    if (found != pages_.end() && found->second->dirty) WriteOut(*found->second);
+  }
+}
+
 void Pager::Commit() {
+  if (savepoints_.size() == 1) WriteNewPages(savepoints_.back()->pageCount);
   std::unique_ptr<Savepoint> done = std::move(savepoints_.back());
   savepoints_.pop_back();
   if (savepoints_.empty()) {

@@ -3,7 +3,7 @@
 //
 // A change is made to a pinned page (PageRef::Change), whose former contents the innermost savepoint
 // keeps. Rollback puts them back; Commit hands them to the savepoint around it. Changed pages reach the
-// file when the cache needs room, at Flush, and when the pager is closed.
+// file when the cache needs room and at Flush, new ones when the outermost savepoint is committed.
 //
 // Errors: 3049 for a page number outside the file, 3036 above 2 GB, and those of the file layer as they
 // come (the engine's face turns them into DAO's numbers).
@@ -86,6 +86,7 @@ class Pager {
   PageRef GetHeader();
 
   void Begin();
+  // When the outermost one fails (no room for the new pages), the savepoint is still there.
   void Commit();
   // Undoes all that was changed since the matching Begin. When even that fails (the disk), every later
   // call raises 3043: the file is worthless then.
@@ -113,6 +114,7 @@ class Pager {
   CachedPage& Load(PageNumber page, bool read);
   void MakeRoom();
   void WriteOut(CachedPage& page);
+  void WriteNewPages(PageNumber first);
   void KeepImage(CachedPage& page);
   Image StoreImage(const CachedPage& page);
   void RestoreImage(PageNumber page, const Image& image);

@@ -15,6 +15,9 @@ constexpr std::size_t kMaxPiece = kMaxLongValueRow - kSizeNextPointer;
 // A page with less room than this is not worth another look.
 constexpr std::size_t kWorthwhileRoom = 128;
 constexpr int kPagesTried = 4;
+// A page that failed a value and has less than this is given up: else the first few would always be
+// tried in vain, and each value would take a page of its own.
+constexpr std::size_t kLeastRoomKept = kPageSize / 2;
 
 enum class Place { Inline, SingleRow, Chain };
 
@@ -56,6 +59,8 @@ PageRef PageWithRoom(const Storage& storage, const LongValueMaps& maps, std::siz
   for (int tried = 0; number && tried < kPagesTried; ++tried, number = free.Next(*number + 1)) {
     PageRef page = GetLongValuePage(storage.pager, *number);
     if (HasRoomForRow(page.Read(), size)) return page;
+    const bool full = RowSlots(page.Read()) >= kMaxRowSlots;
+    if (full || FreeBytesOnPage(page.Read()) < kLeastRoomKept) free.Remove(*number);
   }
   const PageNumber taken = storage.allocator.Take();
   PageRef page = storage.pager.GetZeroed(taken);

@@ -9,6 +9,7 @@
 #include "platform/text.h"
 #include "tests/support/error_of.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/memory_files.h"
 #include "tests/support/temp_folder.h"
 
 namespace zimbrat::jet {
@@ -16,6 +17,7 @@ namespace zimbrat::jet {
 namespace {
 
 using tests::ErrorOf;
+using tests::FileBytes;
 
 class SqlRows : public testing::Test {
  protected:
@@ -71,6 +73,45 @@ TEST_F(SqlRows, AStatementThatFailsAtARowChangesNothing) {
   EXPECT_EQ(database_->RecordsAffected(), 999);  // 501 is still there then
   database_->Execute(u"INSERT INTO N (i) SELECT IIf(j < 10, -1, 5000 + j) FROM N", 0);
   EXPECT_EQ(database_->RecordsAffected(), 990);
+}
+
+// The cache takes more than the disk: what does not fit must be known before the statement is done.
+TEST_F(SqlRows, AFullDiskUndoesTheStatementAndLeavesASoundFile) {
+  tests::MemoryFiles files;
+  const auto engine = MakeEngine(files, clock_, {});
+  const auto workspace = engine->CreateWorkspace(u"", u"Admin", u"");
+  database_ = workspace->CreateDatabase(u"dysk.mdb", dao::dbLangGeneral, 0);
+  Fill(64);
+  files.room = files.BytesOf(u"dysk.mdb").size() + 20 * 4096;
+  const auto grow = [&] { Run(u"INSERT INTO N SELECT a.i, a.j, a.t FROM N AS a, N AS b"); };
+  EXPECT_EQ(ErrorOf(grow), platform::kErrNoDiskSpace);
+  workspace->BeginTrans();
+  Run(u"UPDATE N SET j = 0");
+  workspace->BeginTrans();
+  grow();
+  workspace->CommitTrans();
+  EXPECT_EQ(ErrorOf([&] { workspace->CommitTrans(); }), platform::kErrNoDiskSpace);
+  workspace->Rollback();
+  EXPECT_EQ(Number(u"SELECT Count(*) FROM N WHERE j = 64 - i"), 64);
+  database_->Close();
+  EXPECT_TRUE(CheckFile(files, u"dysk.mdb").empty());
+}
+
+// Values that fill no page exactly still share pages.
+TEST_F(SqlRows, LongValuesOfEverySizeShareTheirPages) {
+  tests::MemoryFiles files;
+  const auto engine = MakeEngine(files, clock_, {});
+  const auto workspace = engine->CreateWorkspace(u"", u"Admin", u"");
+  database_ = workspace->CreateDatabase(u"noty.mdb", dao::dbLangGeneral, 0);
+  const FileBytes& bytes = files.BytesOf(u"noty.mdb");
+  Fill(256);
+  for (const int length : {120, 300, 640}) {
+    Run(u"CREATE TABLE M (m MEMO)");
+    const std::size_t before = bytes.size();
+    Run(u"INSERT INTO M SELECT String(" + platform::DecimalText(length) + u", 'ł') AS m FROM N");
+    EXPECT_LT(bytes.size() - before, 256u * 2u * static_cast<std::size_t>(length) * 3 / 2) << length;
+    Run(u"DROP TABLE M");
+  }
 }
 
 TEST_F(SqlRows, MoreRowsThanFitIntoMemoryAreSortedGroupedAndJoined) {

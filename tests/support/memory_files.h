@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -10,7 +11,9 @@
 #include <utility>
 #include <vector>
 
+#include "platform/error_numbers.h"
 #include "platform/files.h"
+#include "platform/run_time_error.h"
 
 namespace zimbrat::tests {
 
@@ -18,7 +21,8 @@ using FileBytes = std::vector<std::byte>;
 
 class MemoryFile : public platform::File {
  public:
-  explicit MemoryFile(std::shared_ptr<FileBytes> bytes) : bytes_(std::move(bytes)) {}
+  MemoryFile(std::shared_ptr<FileBytes> bytes, const std::size_t& room)
+      : bytes_(std::move(bytes)), room_(room) {}
   std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
     if (offset >= bytes_->size()) return 0;
     const auto start = static_cast<std::size_t>(offset);
@@ -28,6 +32,9 @@ class MemoryFile : public platform::File {
   }
   void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
     const auto start = static_cast<std::size_t>(offset);
+    if (start + bytes.size() > std::max(bytes_->size(), room_)) {
+      throw platform::RunTimeError(platform::kErrDiskFull, u"", u"Dysk jest pełny");
+    }
     bytes_->resize(std::max(bytes_->size(), start + bytes.size()));
     std::memcpy(bytes_->data() + start, bytes.data(), bytes.size());
   }
@@ -38,20 +45,24 @@ class MemoryFile : public platform::File {
 
  private:
   std::shared_ptr<FileBytes> bytes_;
+  const std::size_t& room_;
 };
 
 // Knows one folder, no locks and no attributes.
 class MemoryFiles : public platform::Files {
  public:
+  // What no file grows beyond: writes fail with error 61.
+  std::size_t room = std::numeric_limits<std::size_t>::max();
+
   // The contents of a file, which is made when it is not there.
   FileBytes& BytesOf(std::u16string_view path) { return *Contents(path); }
 
   std::unique_ptr<platform::File> Open(std::u16string_view path, platform::OpenMode,
                                        platform::Sharing) override {
-    return std::make_unique<MemoryFile>(Contents(path));
+    return std::make_unique<MemoryFile>(Contents(path), room);
   }
   std::unique_ptr<platform::File> OpenTemporary(std::u16string_view) override {
-    return std::make_unique<MemoryFile>(std::make_shared<FileBytes>());
+    return std::make_unique<MemoryFile>(std::make_shared<FileBytes>(), room);
   }
   std::optional<platform::FileState> State(std::u16string_view path) override {
     const auto found = files_.find(std::u16string(path));
