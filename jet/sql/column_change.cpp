@@ -10,8 +10,12 @@ namespace zimbrat::jet {
 
 namespace {
 
-// A name that no field of a user can have, short enough for any field.
-constexpr std::u16string_view kTemporaryName = u"~TMP";
+// A name that no field of the table has.
+std::u16string TemporaryName(const TableDefinition& definition) {
+  std::u16string name = u"~TMP";
+  while (definition.FindColumn(name)) name += u'~';
+  return name;
+}
 
 std::vector<NewIndex> IndexesOver(const TableDefinition& definition, std::uint16_t columnId) {
   std::vector<NewIndex> indexes;
@@ -36,7 +40,8 @@ std::vector<NewIndex> IndexesOver(const TableDefinition& definition, std::uint16
 void CopyValues(Table& table, std::uint16_t fromId, std::uint16_t toId) {
   const std::size_t from = *table.Definition().FindColumnById(fromId);
   const std::size_t to = *table.Definition().FindColumnById(toId);
-  const Column target = table.Definition().columns[to];
+  Column target = table.Definition().columns[to];
+  target.name = table.Definition().columns[from].name;  // the one that an error names
   for (RowScan scan(table); scan.Next();) {
     const RowFields& former = scan.Fields();
     RowFields fields = former;
@@ -53,10 +58,13 @@ void ChangeColumnType(DatabaseFile& database, Table& table, FieldSpec field) {
   const std::size_t position = *table.Definition().FindColumn(field.name);
   const Column former = table.Definition().columns[position];
   const FieldRules rules = catalog.Rules(table)[position];
+  const auto id = static_cast<std::int32_t>(table.Page());
+  PropertyBlob properties = catalog.Properties(id);  // widths, captions and what else programs keep there
   const std::vector<NewIndex> indexes = IndexesOver(table.Definition(), former.id);
   for (const NewIndex& index : indexes) schema.DropIndex(table.Page(), index.name);
-  field.name = kTemporaryName;
+  field.name = TemporaryName(table.Definition());
   field.required = field.required || rules.required;
+  if (former.IsText()) field.allowZeroLength = rules.allowZeroLength;
   if (!field.IsCounter()) field.defaultValue = rules.defaultValue;
   field.validationRule = rules.validationRule;
   field.validationText = rules.validationText;
@@ -67,6 +75,9 @@ void ChangeColumnType(DatabaseFile& database, Table& table, FieldSpec field) {
   TableDesign design(database.GetStorage(), table.Page());
   design.definition.columns[*design.definition.FindColumnById(added)].displayOrder = former.displayOrder;
   design.Write();
+  field.name = former.name;
+  PutFieldProperties(field, properties);
+  catalog.PutProperties(id, properties);
   catalog.DefinitionChanged(table.Page());
   for (const NewIndex& index : indexes) schema.AddIndex(table.Page(), index);
 }

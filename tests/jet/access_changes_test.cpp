@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 
+#include "jet/catalog/properties.h"
 #include "jet/check/check.h"
 #include "jet/engine.h"
 #include "platform/error_numbers.h"
@@ -211,6 +212,8 @@ class AccessChanges : public ::testing::TestWithParam<std::string> {
   Tables before_;
 };
 
+class AccessProperties : public AccessChanges {};
+
 }  // namespace
 
 TEST_P(AccessChanges, LeaveAllElseAsItWas) {
@@ -247,6 +250,21 @@ TEST_P(AccessChanges, TablesGoAndTheRestStays) {
   for (const std::u16string& name : tables_) EXPECT_FALSE(now.contains(name));
 }
 
+// Widths of columns and the like, which this engine does not know.
+TEST_P(AccessProperties, SurviveAnotherTypeOfTheColumn) {
+  const auto read = [&] {
+    const auto rows = database_->OpenRecordset(u"SELECT LvProp FROM MSysObjects WHERE Name = 'TableUnique1_temp'");
+    return PropertyBlob::Decode(std::get<std::vector<std::byte>>(rows->Fields()->Item(0)->Value()));
+  };
+  const PropertyBlob before = read();
+  for (const std::u16string_view type : {u"MEMO", u"TEXT(77)"}) {
+    database_->Execute(u"ALTER TABLE TableUnique1_temp ALTER COLUMN data " + std::u16string(type), 0);
+    EXPECT_TRUE(read() == before);
+  }
+  CheckAndReopen();
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, AccessProperties, ::testing::Values("properties.mdb"));
 INSTANTIATE_TEST_SUITE_P(Files, AccessChanges,
                          ::testing::Values("common2.mdb", "comp-index.mdb", "deleted-column.mdb",
                                            "deleted-rows.mdb", "empty.mdb", "encoded.mdb", "fixed-text.mdb",
