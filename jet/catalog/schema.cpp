@@ -86,7 +86,7 @@ PageNumber Schema::CreateTable(std::u16string_view name, const std::vector<Field
   if (fields.empty()) Raise(kErrNoFieldDefined, name);
   RequireFreeName(catalog_, name);
   CheckName(name);
-  if (fields.size() > kMaxColumns) Raise(kErrTooManyFields, name);
+  if (fields.size() > kMaxColumns) Raise(kErrTooManyFields);
   const std::vector<ColumnSpec> columns = CheckFields(name, fields);
   const std::vector<IndexSpec> specs = CheckIndexes(name, indexes, fields);
   PropertyBlob properties;

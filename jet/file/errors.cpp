@@ -78,7 +78,7 @@ constexpr NumberText kTexts[] = {
     {kErrWhereSyntax, u"Błąd składni w klauzuli WHERE."},
     {kErrFieldTooSmall, u"Pole „%1” jest zbyt małe, aby pomieścić dodawane dane."},
     {kErrFieldNotUpdatable, u"Nie można zaktualizować pola „%1”."},
-    {kErrTooManyFields, u"Zdefiniowano zbyt wiele pól w tabeli „%1”."},
+    {kErrTooManyFields, u"Zdefiniowano zbyt wiele pól."},
     {kErrFieldDefinedTwice, u"Pole „%1” zdefiniowano więcej niż raz."},
     {kErrOutputTableNotFound, u"Nie można odnaleźć tabeli wynikowej „%1”."},
     {kErrRelatedRecords,
@@ -186,6 +186,14 @@ constexpr NumberText kTexts[] = {
     {kErrTooManyIndexes, u"Zbyt wiele indeksów w tabeli „%1”."},
 };
 
+// A description is read in a message box; a statement may have a million characters.
+constexpr std::size_t kMostQuoted = 300;
+
+void AppendQuoted(std::u16string& text, std::u16string_view quoted) {
+  text += quoted.substr(0, kMostQuoted);
+  if (quoted.size() > kMostQuoted) text += u'…';
+}
+
 struct Translation {
   std::int32_t fileNumber;
   std::int32_t daoNumber;
@@ -207,7 +215,7 @@ std::u16string ErrorText(std::int32_t number, std::u16string_view a, std::u16str
   std::u16string text;
   for (std::size_t i = 0; i < found->text.size(); ++i) {
     if (found->text[i] == u'%' && i + 1 < found->text.size()) {
-      text += found->text[++i] == u'1' ? a : b;
+      AppendQuoted(text, found->text[++i] == u'1' ? a : b);
     } else {
       text += found->text[i];
     }

@@ -69,7 +69,7 @@ class SelectCompiler {
   }
 
   void AddOutput(ExpressionPtr expression, std::u16string_view name) {
-    if (plan_->outputs_.size() == kMaxColumns) Raise(kErrTooManyFields, u"SELECT");
+    if (plan_->outputs_.size() == kMaxColumns) Raise(kErrTooManyFields);
     plan_->outputs_.push_back(std::move(expression));
     ScopeColumn column;
     column.name = name;

@@ -89,7 +89,7 @@ void TableDesign::FreeMap(RowPointer map) {
 }
 
 std::size_t TableDesign::AddColumn(const ColumnSpec& spec) {
-  if (definition.maxColumns >= kMaxColumns) Raise(platform::kErrTooManyFields, spec.name);
+  if (definition.maxColumns >= kMaxColumns) Raise(platform::kErrTooManyFields);
   Column column;
   column.name = spec.name;
   column.type = spec.type;
