@@ -72,6 +72,8 @@ std::unique_ptr<DatabaseFile> OpenDatabaseFile(platform::Files& files, platform:
                                                std::u16string_view path, bool readOnly,
                                                std::u16string_view password,
                                                const std::function<void()>& pulse) {
+  const std::optional<platform::FileState> state = files.State(path);
+  readOnly = readOnly || (state && state->isReadOnly);
   auto file = OpenUnused(files, path, readOnly);
   const FileHeader header = ReadHeader(*file, path);
   if (!header.password.empty() && header.password != password) Raise(platform::kErrInvalidPassword);

@@ -50,7 +50,8 @@ class DatabaseFile {
 std::unique_ptr<platform::File> OpenUnused(platform::Files& files, std::u16string_view path, bool readOnly);
 
 // Errors in this order: 3024 and 3044 for the path, 3051 and 3045 for access, 3343 for the format, 3031 for
-// the password (ignored when the file has none), 3049 for a damaged catalogue.
+// the password (ignored when the file has none), 3049 for a damaged catalogue. A file that the system
+// calls read-only is opened as with `readOnly`.
 std::unique_ptr<DatabaseFile> OpenDatabaseFile(platform::Files& files, platform::Clock& clock,
                                                std::u16string_view path, bool readOnly,
                                                std::u16string_view password,

@@ -1,6 +1,7 @@
 // Opening what others use or what this engine must not change.
 #include <gtest/gtest.h>
 
+#include <span>
 #include <string>
 
 #include "jet/catalog/database_file.h"
@@ -12,6 +13,7 @@
 #include "platform/text.h"
 #include "tests/support/error_of.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/memory_files.h"
 #include "tests/support/temp_folder.h"
 
 namespace zimbrat::jet {
@@ -38,6 +40,21 @@ class Opening : public ::testing::Test {
       return std::to_string(error.Number()) + " " + platform::Utf8FromUtf16(error.Description());
     }
     return {};
+  }
+};
+
+// As a disk has them that nobody may write to.
+class ProtectedFiles : public tests::MemoryFiles {
+ public:
+  std::unique_ptr<platform::File> Open(std::u16string_view path, platform::OpenMode mode,
+                                       platform::Sharing sharing) override {
+    if (mode != platform::OpenMode::Read) throw platform::RunTimeError(platform::kErrPathAccess, u"", u"");
+    return MemoryFiles::Open(path, mode, sharing);
+  }
+  std::optional<platform::FileState> State(std::u16string_view path) override {
+    auto state = MemoryFiles::State(path);
+    if (state) state->isReadOnly = true;
+    return state;
   }
 };
 
@@ -78,6 +95,19 @@ TEST_F(Opening, ALockFileMayHoldAnything) {
   }
   EXPECT_EQ(FindDatabaseUser(*system_.files, folder_.PathOf(u"Inna.mdb")), std::nullopt);
   EXPECT_EQ(FindDatabaseUser(*system_.files, folder_.PathOf(u"Baza.ldb")), std::nullopt);
+}
+
+TEST_F(Opening, ProtectedFilesAreReadAndNotChanged) {
+  workspace_->CreateDatabase(path_, dao::dbLangGeneral, 0)->Close();
+  const std::string content = folder_.Read(u"Baza.mdb");
+  ProtectedFiles files;
+  const auto bytes = std::as_bytes(std::span(content));
+  files.BytesOf(u"b.mdb").assign(bytes.begin(), bytes.end());
+  const auto workspace = MakeEngine(files, clock_, {})->CreateWorkspace(u"", u"Admin", u"");
+  const auto database = workspace->OpenDatabase(u"b.mdb", true, false, u"");
+  EXPECT_FALSE(database->Updatable());
+  EXPECT_EQ(database->TableDefs()->Count(), 4);
+  EXPECT_EQ(ErrorOf([&] { database->Execute(u"CREATE TABLE T (a LONG)", 0); }), platform::kErrReadOnly);
 }
 
 TEST_F(Opening, OtherSortOrdersAreReadAndNotChanged) {

@@ -56,6 +56,21 @@ class SqlRows : public testing::Test {
       workspace_->CreateDatabase(folder_.PathOf(u"wiersze.mdb"), dao::dbLangGeneral, 0);
 };
 
+class SqlRowsInMemory : public SqlRows {
+ protected:
+  static constexpr const char16_t* kPath = u"pamiec.mdb";
+
+  void SetUp() override { database_ = inMemory_->CreateDatabase(kPath, dao::dbLangGeneral, 0); }
+  void TearDown() override {
+    database_->Close();
+    EXPECT_TRUE(CheckFile(files_, kPath).empty());
+  }
+
+  tests::MemoryFiles files_;
+  std::shared_ptr<dao::Workspace> inMemory_ =
+      MakeEngine(files_, clock_, {})->CreateWorkspace(u"", u"Admin", u"");
+};
+
 }  // namespace
 
 TEST_F(SqlRows, AStatementThatFailsAtARowChangesNothing) {
@@ -76,34 +91,24 @@ TEST_F(SqlRows, AStatementThatFailsAtARowChangesNothing) {
 }
 
 // The cache takes more than the disk: what does not fit must be known before the statement is done.
-TEST_F(SqlRows, AFullDiskUndoesTheStatementAndLeavesASoundFile) {
-  tests::MemoryFiles files;
-  const auto engine = MakeEngine(files, clock_, {});
-  const auto workspace = engine->CreateWorkspace(u"", u"Admin", u"");
-  database_ = workspace->CreateDatabase(u"dysk.mdb", dao::dbLangGeneral, 0);
+TEST_F(SqlRowsInMemory, AFullDiskUndoesTheStatementAndLeavesASoundFile) {
   Fill(64);
-  files.room = files.BytesOf(u"dysk.mdb").size() + 20 * 4096;
+  files_.room = files_.BytesOf(kPath).size() + 20 * 4096;
   const auto grow = [&] { Run(u"INSERT INTO N SELECT a.i, a.j, a.t FROM N AS a, N AS b"); };
   EXPECT_EQ(ErrorOf(grow), platform::kErrNoDiskSpace);
-  workspace->BeginTrans();
+  inMemory_->BeginTrans();
   Run(u"UPDATE N SET j = 0");
-  workspace->BeginTrans();
+  inMemory_->BeginTrans();
   grow();
-  workspace->CommitTrans();
-  EXPECT_EQ(ErrorOf([&] { workspace->CommitTrans(); }), platform::kErrNoDiskSpace);
-  workspace->Rollback();
+  inMemory_->CommitTrans();
+  EXPECT_EQ(ErrorOf([&] { inMemory_->CommitTrans(); }), platform::kErrNoDiskSpace);
+  inMemory_->Rollback();
   EXPECT_EQ(Number(u"SELECT Count(*) FROM N WHERE j = 64 - i"), 64);
-  database_->Close();
-  EXPECT_TRUE(CheckFile(files, u"dysk.mdb").empty());
 }
 
 // Values that fill no page exactly still share pages.
-TEST_F(SqlRows, LongValuesOfEverySizeShareTheirPages) {
-  tests::MemoryFiles files;
-  const auto engine = MakeEngine(files, clock_, {});
-  const auto workspace = engine->CreateWorkspace(u"", u"Admin", u"");
-  database_ = workspace->CreateDatabase(u"noty.mdb", dao::dbLangGeneral, 0);
-  const FileBytes& bytes = files.BytesOf(u"noty.mdb");
+TEST_F(SqlRowsInMemory, LongValuesOfEverySizeShareTheirPages) {
+  const FileBytes& bytes = files_.BytesOf(kPath);
   Fill(256);
   for (const int length : {120, 300, 640}) {
     Run(u"CREATE TABLE M (m MEMO)");
