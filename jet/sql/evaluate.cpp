@@ -1,5 +1,6 @@
 #include <optional>
 
+#include "jet/file/errors.h"
 #include "jet/sql/functions.h"
 #include "jet/table/convert.h"
 
@@ -87,8 +88,10 @@ dao::Value Evaluate(const Expression& e, const EvaluationContext& context) {
 }
 
 bool IsTrue(const dao::Value& value) {
+  if (dao::IsNull(value)) return false;
   const std::optional<double> number = FindDouble(value);
-  return number && *number != 0;
+  if (!number) Raise(platform::kErrCriteriaMismatch);
+  return *number != 0;
 }
 
 }  // namespace zimbrat::jet

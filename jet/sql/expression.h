@@ -74,7 +74,7 @@ struct EvaluationContext {
 };
 // Errors 3464 (types), 3085 (function), 6, 11, 13, 94.
 dao::Value Evaluate(const Expression& expression, const EvaluationContext& context);
-// Whether a condition holds: Null and 0 do not.
+// Whether a condition holds: Null and 0 do not. Error 3464 for a text that is no number, and for bytes.
 bool IsTrue(const dao::Value& value);
 
 }  // namespace zimbrat::jet
