@@ -16,6 +16,9 @@ using namespace zimbrat::platform;
 constexpr std::u16string_view kAfterTable[] = {u"WHERE", u"ORDER", u"GROUP", u"HAVING", u"UNION", u"INNER",
                                                u"LEFT",  u"RIGHT", u"JOIN",  u"ON",     u"SET",   u"IN"};
 
+// Of a query in FROM without an alias: no name can spell it, so two of them stand in each other's way.
+constexpr std::u16string_view kNoAlias = u"[]";
+
 class FromParser {
  public:
   FromParser(TokenStream& tokens, std::int32_t error, int& depth)
@@ -82,7 +85,7 @@ class FromParser {
       depth_ = std::max(depth_, item->query->depth + 1);
       tokens_.RequireSign(u")", error_);
       item->alias = ParseAlias();
-      if (item->alias.empty()) Raise(error_);
+      if (item->alias.empty()) item->alias = kNoAlias;
       return item;
     }
     item = ParseItem();
