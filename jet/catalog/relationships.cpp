@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include "jet/catalog/row_store.h"
 #include "jet/catalog/field_spec.h"
@@ -105,6 +106,29 @@ void CheckTypes(Table& table, Table& foreign, const Relationship& relationship) 
   }
 }
 
+// Two entries that name each other; the trees that they lead to are the caller's business.
+std::pair<LogicalIndex, LogicalIndex> MakeEnds(const Relationship& r, PageNumber page, PageNumber foreignPage,
+                                               const TableDesign& parent, const TableDesign& child) {
+  LogicalIndex one;
+  one.number = parent.FreeIndexNumber();
+  one.name = HiddenName(parent.definition, one.number);
+  one.end = kEndReferenced;
+  one.kind = kIndexRelation;
+  one.otherTable = foreignPage;
+  one.cascadeUpdate = (r.attributes & kRelationUpdateCascade) != 0 ? 1 : 0;
+  one.cascadeDelete = (r.attributes & kRelationDeleteCascade) != 0 ? 1 : 0;
+  LogicalIndex many = one;
+  many.name = r.name;
+  many.end = kEndReferring;
+  many.otherTable = page;
+  many.otherNumber = one.number;
+  // In a table that refers to itself the numbers follow one another.
+  many.number = page == foreignPage ? one.number + 1 : child.FreeIndexNumber();
+  while (child.definition.FindIndexByNumber(many.number)) ++many.number;
+  one.otherNumber = many.number;
+  return {std::move(one), std::move(many)};
+}
+
 }  // namespace
 
 std::vector<Relationship> Relationships::List() {
@@ -178,30 +202,12 @@ void Relationships::AddEntries(const Relationship& r) {
   TableDesign parentDesign(storage_, page);
   TableDesign otherDesign(storage_, foreignPage);
   TableDesign& childDesign = page == foreignPage ? parentDesign : otherDesign;
-  LogicalIndex parentEntry;
-  parentEntry.number = parentDesign.FreeIndexNumber();
-  parentEntry.name = HiddenName(parentDesign.definition, parentEntry.number);
+  auto [parentEntry, childEntry] = MakeEnds(r, page, foreignPage, parentDesign, childDesign);
   parentEntry.realIndex = *parentReal;
-  parentEntry.end = kEndReferenced;
-  parentEntry.kind = kIndexRelation;
-  parentEntry.otherTable = foreignPage;
-  parentEntry.cascadeUpdate = (r.attributes & kRelationUpdateCascade) != 0 ? 1 : 0;
-  parentEntry.cascadeDelete = (r.attributes & kRelationDeleteCascade) != 0 ? 1 : 0;
-
-  LogicalIndex childEntry = parentEntry;
-  childEntry.name = r.name;
-  childEntry.end = kEndReferring;
-  childEntry.otherTable = page;
-  childEntry.otherNumber = parentEntry.number;
   const std::vector<IndexColumn> columns = ChildColumns(parentDesign.definition.realIndexes[*parentReal], ids,
                                                         ColumnIds(*foreign, r, true));
   const auto shared = FindIndexOver(childDesign.definition, columns);
   childEntry.realIndex = shared ? *shared : childDesign.AddRealIndex(columns, kIndexAlways);
-  // In a table that refers to itself the numbers follow one another.
-  const bool self = page == foreignPage;
-  childEntry.number = self ? parentEntry.number + 1 : childDesign.FreeIndexNumber();
-  while (childDesign.definition.FindIndexByNumber(childEntry.number)) ++childEntry.number;
-  parentEntry.otherNumber = childEntry.number;
   parentDesign.definition.InsertIndexSorted(parentEntry);
   childDesign.definition.InsertIndexSorted(childEntry);
   for (const TableDesign* design : {&parentDesign, &childDesign}) {
@@ -210,7 +216,7 @@ void Relationships::AddEntries(const Relationship& r) {
     }
   }
   parentDesign.Write();
-  if (!self) childDesign.Write();
+  if (page != foreignPage) childDesign.Write();
   catalog_.DefinitionChanged(page);
   catalog_.DefinitionChanged(foreignPage);
   if (!shared) foreign->FillIndex(childEntry.realIndex);

@@ -191,14 +191,7 @@ TEST_P(DamagedFiles, EndWellOrWithAClearError) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, DamagedFiles,
-                         ::testing::Values("common2.mdb", "comp-index.mdb", "deleted-column.mdb",
-                                           "deleted-rows.mdb", "empty.mdb", "encoded.mdb", "fixed-text.mdb",
-                                           "index.mdb", "overflow.mdb", "password.mdb", "properties.mdb"),
-                         [](const auto& param) {
-                           std::string name = param.param.substr(0, param.param.find('.'));
-                           std::replace(name.begin(), name.end(), '-', '_');
-                           return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(Files, DamagedFiles, ::testing::ValuesIn(tests::SoundAccessNames()),
+                         [](const auto& file) { return tests::TestNameOf(file.param); });
 
 }  // namespace zimbrat::jet

@@ -41,6 +41,17 @@ std::vector<std::filesystem::path> SoundAccessFiles() {
   return files;
 }
 
+std::vector<std::string> SoundAccessNames() {
+  return {"common2.mdb", "comp-index.mdb", "deleted-column.mdb", "deleted-rows.mdb", "empty.mdb", "encoded.mdb",
+          "fixed-text.mdb", "index.mdb", "overflow.mdb", "password.mdb", "properties.mdb"};
+}
+
+std::string TestNameOf(std::string_view file) {
+  std::string name(file.substr(0, file.find('.')));
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
+}
+
 std::vector<std::byte> BytesOfFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(in), {}};

@@ -14,6 +14,10 @@ bool HasAccessFiles();
 std::filesystem::path AccessFile(std::string_view name);
 // The sound Jet 4 databases of the folder, sorted: what is there to be refused says so in its name.
 std::vector<std::filesystem::path> SoundAccessFiles();
+// The names of those that every such folder has, for tests that are a case a file.
+std::vector<std::string> SoundAccessNames();
+// A file's name as the name of a test.
+std::string TestNameOf(std::string_view file);
 std::vector<std::byte> BytesOfFile(const std::filesystem::path& path);
 
 }  // namespace zimbrat::tests
