@@ -129,6 +129,12 @@ bool EntryPage::IsEqual(std::size_t i, ConstBytes entry) const {
   return Compare(own, entry) == 0;
 }
 
+bool EntryPage::HasKey(std::size_t i, ConstBytes key) const {
+  EntryBuffer own;
+  CopyEntry(i, own);
+  return Compare(KeyOfEntry(own), key) == 0;
+}
+
 std::size_t EntryPage::LowerBound(ConstBytes target) const {
   if (count_ == 0) return 0;
   const int order = Compare(target.first(std::min(target.size(), prefix_)), Prefix());

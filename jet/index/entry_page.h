@@ -75,6 +75,8 @@ class EntryPage {
   // Replaces `out`.
   void CopyEntry(std::size_t i, EntryBuffer& out) const;
   bool IsEqual(std::size_t i, ConstBytes entry) const;
+  // Of a leaf: whether the entry is of this key, whatever its row.
+  bool HasKey(std::size_t i, ConstBytes key) const;
   // The first entry >= target, which may also be the beginning of one; Count() when there is none.
   std::size_t LowerBound(ConstBytes target) const;
 

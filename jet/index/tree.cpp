@@ -89,7 +89,7 @@ bool IndexTree::ContainsKey(ConstBytes key) const {
   return false;
 }
 
-void IndexTree::Insert(ConstBytes key, RowPointer row) {
+bool IndexTree::Insert(ConstBytes key, RowPointer row) {
   if (key.size() > kMaxKeyLength) Raise(platform::kErrRecordTooLarge);
   const EntryBuffer entry(key, row);
   Path path;
@@ -99,9 +99,10 @@ void IndexTree::Insert(ConstBytes key, RowPointer row) {
   if (!isLast && leaf.IsEqual(place, entry)) {
     RaiseDamagedPage(leaf.Number(), u"indeks zawiera już wpis tego wiersza");
   }
+  const bool isNew = (place == 0 || !leaf.HasKey(place - 1, key)) && (isLast || !leaf.HasKey(place, key));
   Answer answer;
   if (leaf.TryInsert(place, entry)) {
-    if (!isLast || path.depth == 0) return;
+    if (!isLast || path.depth == 0) return isNew;
     answer.count = 1;
     answer.places[0].Set(entry, leaf.Number());
   } else {
@@ -117,6 +118,7 @@ void IndexTree::Insert(ConstBytes key, RowPointer row) {
     Store(path, path.depth, leaf.Number(), list, answer);
   }
   TellParents(path, answer);
+  return isNew;
 }
 
 bool IndexTree::Erase(ConstBytes key, RowPointer row) {

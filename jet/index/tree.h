@@ -63,8 +63,9 @@ class IndexTree {
 
   static void WriteEmptyLeaf(Pager& pager, PageNumber root, PageNumber owner);
 
-  // Error 3047 for keys above kMaxKeyLength; an entry that is there already is damage (3049).
-  void Insert(ConstBytes key, RowPointer row);
+  // Error 3047 for keys above kMaxKeyLength; an entry that is there already is damage (3049). Whether the key is
+  // a new one, as far as the leaf tells: an equal one may stand alone on the leaf beside.
+  bool Insert(ConstBytes key, RowPointer row);
   // False when there is no such entry.
   bool Erase(ConstBytes key, RowPointer row);
   // Whether any row has exactly this key.

@@ -263,10 +263,7 @@ void Table::PutDifferentKeys(std::size_t realIndex) {
 }
 
 void Table::AddKey(std::size_t realIndex, ConstBytes key, RowPointer home) {
-  IndexTree tree = Tree(realIndex);
-  const bool isNew = definition_.realIndexes[realIndex].IsUnique() || !tree.ContainsKey(key);
-  tree.Insert(key, home);
-  if (!isNew) return;
+  if (!Tree(realIndex).Insert(key, home)) return;
   ++definition_.realIndexes[realIndex].differentKeys;
   PutDifferentKeys(realIndex);
 }
