@@ -185,12 +185,7 @@ std::uint32_t Schema::AddIndex(PageNumber table, const NewIndex& index) {
     if (spec.primary && other.kind == kIndexPrimary) Raise(kErrPrimaryKeyExists, tableName);
   }
   if (design.definition.FindIndex(spec.name)) Raise(kErrIndexExists, spec.name);
-  LogicalIndex entry;
-  entry.name = spec.name;
-  entry.number = design.FreeIndexNumber();
-  entry.realIndex = design.AddRealIndex(spec.columns, spec.flags);
-  entry.kind = spec.primary ? kIndexPrimary : kIndexPlain;
-  design.definition.InsertIndexSorted(entry);
+  const LogicalIndex entry = design.AddIndex(spec);
   design.Write();
   Changed(table);
   catalog_.Open(table)->FillIndex(entry.realIndex);

@@ -145,6 +145,16 @@ std::uint32_t TableDesign::AddRealIndex(const std::vector<IndexColumn>& columns,
   return static_cast<std::uint32_t>(definition.realIndexes.size() - 1);
 }
 
+LogicalIndex TableDesign::AddIndex(const IndexSpec& spec) {
+  LogicalIndex entry;
+  entry.name = spec.name;
+  entry.number = FreeIndexNumber();
+  entry.realIndex = AddRealIndex(spec.columns, spec.flags);
+  entry.kind = spec.primary ? kIndexPrimary : kIndexPlain;
+  definition.InsertIndexSorted(entry);
+  return entry;
+}
+
 std::uint32_t TableDesign::FreeIndexNumber() const {
   std::uint32_t number = static_cast<std::uint32_t>(definition.logicalIndexes.size());
   while (definition.FindIndexByNumber(number)) ++number;
@@ -187,14 +197,7 @@ PageNumber CreateTable(const Storage& storage, const std::vector<ColumnSpec>& co
   const PageNumber page = CreateEmptyTable(storage, tableType);
   TableDesign design(storage, page);
   for (const ColumnSpec& spec : columns) design.AddColumn(spec);
-  for (const IndexSpec& spec : indexes) {
-    LogicalIndex logical;
-    logical.name = spec.name;
-    logical.number = design.FreeIndexNumber();
-    logical.realIndex = design.AddRealIndex(spec.columns, spec.flags);
-    logical.kind = spec.primary ? kIndexPrimary : kIndexPlain;
-    design.definition.InsertIndexSorted(logical);
-  }
+  for (const IndexSpec& spec : indexes) design.AddIndex(spec);
   design.Write();
   return page;
 }

@@ -52,6 +52,8 @@ class TableDesign {
   void AddLongValueMaps(std::uint16_t columnId);
   // A new, empty tree. Returns its position.
   std::uint32_t AddRealIndex(const std::vector<IndexColumn>& columns, std::uint8_t flags);
+  // A new, empty index under its name. Returns its entry.
+  LogicalIndex AddIndex(const IndexSpec& spec);
   // A number that no logical index of the table has.
   std::uint32_t FreeIndexNumber() const;
   // Also the tree, when no other entry uses it.

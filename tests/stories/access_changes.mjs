@@ -9,7 +9,8 @@ import { spawnSync } from "node:child_process";
 import fs from "node:fs";
 import os from "node:os";
 import path from "node:path";
-import { pathToFileURL } from "node:url";
+
+import { requireJudges } from "./judges.mjs";
 
 const words = process.argv.slice(2);
 const jetsql = words.slice(0, words.indexOf("--"));
@@ -18,12 +19,7 @@ const jetcheck = rest.slice(0, rest.indexOf("--"));
 const [usualFixtures, readers] = rest.slice(rest.indexOf("--") + 1);
 const fixtures = process.env.ZIMBRAT_FIXTURES ?? usualFixtures;
 
-const readerFile = path.join(readers, "node_modules/mdb-reader/lib/node/index.js");
-if (!fs.existsSync(readerFile) || spawnSync("mdb-ver", ["--help"]).error || !fs.existsSync(fixtures)) {
-  console.log("mdb-reader, mdbtools or the fixtures are missing");
-  process.exit(77);
-}
-const { default: MDBReader } = await import(pathToFileURL(readerFile));
+const MDBReader = await requireJudges(readers, fixtures);
 
 let differences = 0;
 function same(what, found, expected) {

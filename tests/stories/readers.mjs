@@ -10,18 +10,14 @@ import { spawnSync } from "node:child_process";
 import fs from "node:fs";
 import os from "node:os";
 import path from "node:path";
-import { pathToFileURL } from "node:url";
+
+import { requireJudges } from "./judges.mjs";
 
 const split = process.argv.indexOf("--");
 const zimbratc = process.argv.slice(2, split);
 const [structures, readers] = process.argv.slice(split + 1);
 
-const readerFile = path.join(readers, "node_modules/mdb-reader/lib/node/index.js");
-if (!fs.existsSync(readerFile) || spawnSync("mdb-ver", ["--help"]).error) {
-  console.log("mdb-reader or mdbtools is not installed");
-  process.exit(77);
-}
-const { default: MDBReader } = await import(pathToFileURL(readerFile));
+const MDBReader = await requireJudges(readers);
 
 let differences = 0;
 function same(what, found, expected) {

@@ -3,25 +3,22 @@
 //
 //   node repair.mjs JETCHECK-COMMAND... -- DATABASES READERS
 //
-// DATABASES is the folder of the databases unless ZIMBRAT_FIXTURES names one, READERS the folder under which npm put mdb-reader. Exit status 0
-// everything agrees, 1 differences (each on a line), 77 a reader or the databases are missing.
+// DATABASES is the folder of the databases unless ZIMBRAT_FIXTURES names one, READERS the folder under which npm
+// put mdb-reader. Exit status 0 everything agrees, 1 differences (each on a line), 77 a reader or the databases
+// are missing.
 import { spawnSync } from "node:child_process";
 import fs from "node:fs";
 import os from "node:os";
 import path from "node:path";
-import { pathToFileURL } from "node:url";
+
+import { requireJudges } from "./judges.mjs";
 
 const split = process.argv.indexOf("--");
 const jetcheck = process.argv.slice(2, split);
 const [given, readers] = process.argv.slice(split + 1);
 const databases = process.env.ZIMBRAT_FIXTURES ?? given;
 
-const readerFile = path.join(readers, "node_modules/mdb-reader/lib/node/index.js");
-if (!fs.existsSync(readerFile) || spawnSync("mdb-ver", ["--help"]).error || !fs.existsSync(databases)) {
-  console.log("mdb-reader, mdbtools or the databases are not there");
-  process.exit(77);
-}
-const { default: MDBReader } = await import(pathToFileURL(readerFile));
+const MDBReader = await requireJudges(readers, databases);
 
 let differences = 0;
 function same(what, found, expected) {
