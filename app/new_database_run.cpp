@@ -10,6 +10,7 @@ namespace zimbrat::app {
 RunResult RunNewDatabase(suite::ProgramState& state, const NewDatabaseOrder& order,
                          platform::ProgressBar& progress) {
   state.task = suite::Task::Nowa;
+  progress.Reset();
   for (const auto& fault : {FindNameFault(order.name), FindPlaceFault(order.folder, order.name)}) {
     if (fault) return {false, *fault + std::u16string(suite::kCrLf), {}};
   }
@@ -18,6 +19,7 @@ RunResult RunNewDatabase(suite::ProgramState& state, const NewDatabaseOrder& ord
     progress.Reset();
     return {false, generator::OpisBleduGenerowania(state), {}};
   }
+  progress.Finish();
   suite::Choices choices;
   choices.name = order.name;
   choices.folder = order.folder;

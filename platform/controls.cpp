@@ -73,31 +73,39 @@ void OrvUpDown::Step(int by) {
 }
 
 void ProgressBar::Reset() {
-  index_ = 0;
-  count_ = 1;
-  SetMaximum(0);
+  drawn_ = 0;
+  SetSegment(0, 1);
 }
 
 void ProgressBar::SetSegment(int index, int count) {
-  index_ = index;
   count_ = std::max(count, 1);
+  index_ = std::clamp(index, 0, count_);
   SetMaximum(0);
 }
 
 void ProgressBar::SetMaximum(int steps) {
   maximum_ = std::max(steps, 0);
   value_ = 0;
-  Tell(Change::Progress);
+  Draw();
 }
 
 void ProgressBar::Advance() {
   value_ = std::min(value_ + 1, maximum_);
+  Draw();
+}
+
+void ProgressBar::Finish() {
+  drawn_ = 1;
   Tell(Change::Progress);
 }
 
-double ProgressBar::Fraction() const {
-  const double done = maximum_ == 0 ? 0.0 : static_cast<double>(value_) / maximum_;
-  return std::min((index_ + done) / count_, 1.0);
+void ProgressBar::Draw() {
+  // What is left is for verifying the file and putting it in place.
+  constexpr double kShareOfSteps = 0.9;
+  const double ofFile = maximum_ == 0 ? 0.0 : static_cast<double>(value_) / maximum_;
+  const double ofAll = std::min((index_ + ofFile) / count_, 1.0);
+  drawn_ = std::max(drawn_, kShareOfSteps * ofAll);
+  Tell(Change::Progress);
 }
 
 void OrvList::Clear() {

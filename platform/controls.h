@@ -129,24 +129,35 @@ class OrvUpDown : public TextBox {
   int greatest_ = 0;
 };
 
-// The bar of a run over several files: each file is a segment of equal width with a maximum of its
-// own, so that the bar goes one way whatever the files say of themselves.
+// The bar of a run over several files. Value and maximum are those of the file at work. What is drawn
+// goes one way until Reset: each file has a share of equal width, whatever its header announces, and
+// the last part belongs to what follows the last step, so that the bar is full at Finish alone.
 class ProgressBar : public Control {
  public:
+  // Empty again, for the next run.
   void Reset();
-  // The segment that follows, `index` from 0 of `count`; its own steps start again.
+  // The file that follows, `index` from 0 of `count`; its own steps start again.
   void SetSegment(int index, int count);
+  // The steps that the file announces; counting starts again.
   void SetMaximum(int steps);
   // One step further, at most to the maximum.
   void Advance();
-  // 0 to 1.
-  double Fraction() const;
+  // The run has succeeded.
+  void Finish();
+
+  int Value() const { return value_; }
+  int Maximum() const { return maximum_; }
+  // 0 to 1: how much of the width is drawn.
+  double Fraction() const { return drawn_; }
 
  private:
+  void Draw();
+
   int index_ = 0;
   int count_ = 1;
   int maximum_ = 0;
   int value_ = 0;
+  double drawn_ = 0;
 };
 
 class OrvList : public Control {

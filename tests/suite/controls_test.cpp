@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "platform/controls.h"
 #include "tests/product/bench.h"
 
@@ -64,21 +66,54 @@ TEST(UpDown, StepsFromTheNumberWithinItsRange) {
   }
 }
 
-TEST(Progress, GoesOneWayAcrossSegmentsWhateverTheHeadersSay) {
-  platform::ProgressBar bar;
-  double last = 0;
-  bar.SetListener([&](platform::Change) {
-    EXPECT_GE(bar.Fraction(), last);
-    EXPECT_LE(bar.Fraction(), 1.0);
-    last = bar.Fraction();
-  });
-  const int declared[] = {3, 0, -5, 2};
-  for (int segment = 0; segment < 4; ++segment) {
-    bar.SetSegment(segment, 4);
-    bar.SetMaximum(declared[segment]);
-    for (int step = 0; step < 4; ++step) bar.Advance();
+// What the bar shows of runs whose headers tell any story, step by step.
+class Progress : public testing::Test {
+ protected:
+  Progress() {
+    bar_.SetListener([this](platform::Change) {
+      EXPECT_GE(bar_.Fraction(), last_);
+      EXPECT_LT(bar_.Fraction(), 1.0);
+      EXPECT_LE(bar_.Value(), bar_.Maximum());
+      last_ = bar_.Fraction();
+    });
   }
-  EXPECT_EQ(bar.Fraction(), 1.0);
+
+  platform::ProgressBar bar_;
+  double last_ = 0;
+};
+
+TEST_F(Progress, FollowsTheFileAndDrawsTheWholeList) {
+  const std::tuple<int, int, int> rows[] = {
+      // announced, taken, value shown
+      {3, 3, 3}, {0, 4, 0}, {-5, 4, 0}, {2, 4, 2}, {4, 1, 1}};
+  int segment = 0;
+  for (const auto& [announced, taken, value] : rows) {
+    const double before = bar_.Fraction();
+    bar_.SetSegment(segment++, 5);
+    bar_.SetMaximum(announced);
+    for (int step = 0; step < taken; ++step) bar_.Advance();
+    EXPECT_EQ(bar_.Value(), value);
+    EXPECT_EQ(bar_.Maximum(), std::max(announced, 0));
+    EXPECT_TRUE(announced <= 0 || bar_.Fraction() > before) << "file " << segment;
+  }
+  bar_.SetListener(nullptr);
+  bar_.Finish();
+  EXPECT_EQ(bar_.Fraction(), 1.0);
+  bar_.Reset();
+  EXPECT_EQ(bar_.Fraction(), 0.0);
+}
+
+TEST_F(Progress, GoesOneWayWhateverIsAskedOfIt) {
+  std::mt19937 dice(20);
+  const auto pick = [&](int least, int count) {
+    return least + static_cast<int>(dice() % static_cast<unsigned>(count));
+  };
+  for (int step = 0; step < 2000 && !HasFailure(); ++step) {
+    if (pick(0, 20) == 0) bar_.SetSegment(pick(-2, 9), pick(-1, 7));
+    if (pick(0, 5) == 0) bar_.SetMaximum(pick(-2, 12));
+    bar_.Advance();
+  }
+  EXPECT_GT(bar_.Fraction(), 0.5);
 }
 
 TEST(Options, OnlyOneOfAGroupIsChosen) {
