@@ -12,8 +12,9 @@ namespace zimbrat::console {
 
 class ConsoleHost : public platform::Host {
  public:
+  using Verify = std::function<void(std::u16string_view path, std::u16string_view original)>;
   // `verify` throws when a finished copy must not be put in place.
-  ConsoleHost(platform::Console& console, std::function<void(std::u16string_view)> verify)
+  ConsoleHost(platform::Console& console, Verify verify)
       : console_(console), verify_(std::move(verify)) {}
 
   // The answer to questions; without it they are answered with no and told as messages.
@@ -23,14 +24,16 @@ class ConsoleHost : public platform::Host {
 
   int ShowMessage(std::u16string_view prompt, int buttons, std::u16string_view title) override;
   void Pulse() override {}
-  void VerifyCopy(std::u16string_view path) override { verify_(path); }
+  void VerifyCopy(std::u16string_view path, std::u16string_view original) override {
+    verify_(path, original);
+  }
   std::optional<std::u16string> AskPassword(std::u16string_view database) override;
   void ReportError(const platform::RunTimeError& error, std::u16string_view routine) override;
   void SetBusy(bool) override {}
 
  private:
   platform::Console& console_;
-  std::function<void(std::u16string_view)> verify_;
+  Verify verify_;
   std::u16string messages_;
   bool answersYes_ = false;
 };

@@ -23,8 +23,8 @@ CommandFunction FunctionOf(std::u16string_view command) {
 }
 
 Outcome Carry(platform::System& system, const Arguments& arguments) {
-  ConsoleHost host(*system.console, [&](std::u16string_view path) {
-    engines::VerifyDatabase(*system.files, path, {});
+  ConsoleHost host(*system.console, [&](std::u16string_view path, std::u16string_view original) {
+    engines::VerifyDatabase(*system.files, path, original, {});
   });
   suite::ProgramState state(
       {*system.files, *system.registry, *system.profile, *system.clock, *system.environment, host,

@@ -15,8 +15,9 @@ namespace zimbrat::engines {
 std::shared_ptr<dao::Engine> MakeEngine(platform::Files& files, platform::Clock& clock,
                                         std::function<void()> pulse);
 
-// Throws a RunTimeError that names the first fault when the file is not sound.
-void VerifyDatabase(platform::Files& files, std::u16string_view path,
+// Throws a RunTimeError that names the first fault of the file which `original` has not; of all its
+// faults when `original` is empty. The original is read only when the file has faults.
+void VerifyDatabase(platform::Files& files, std::u16string_view path, std::u16string_view original,
                     std::function<void()> pulse);
 
 }  // namespace zimbrat::engines

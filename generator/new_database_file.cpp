@@ -49,7 +49,7 @@ void NewDatabaseFile::RemoveLeftovers(std::u16string_view folder) {
 }
 
 void NewDatabaseFile::PutInPlace() {
-  host_.VerifyCopy(workingPath_);
+  host_.VerifyCopy(workingPath_, {});
   files_.Open(workingPath_, OpenMode::ReadWrite, Sharing::None)->Flush();
   const bool replaces = oldFile_ != nullptr;
   oldFile_.reset();

@@ -28,8 +28,10 @@ class Host {
   virtual int ShowMessage(std::u16string_view prompt, int buttons, std::u16string_view title) = 0;
   // Given during long work, at least every 100 ms of it: the view paints and drops input.
   virtual void Pulse() = 0;
-  // Verifies a finished copy before it is put in place; throws a RunTimeError when it must not be.
-  virtual void VerifyCopy(std::u16string_view path) = 0;
+  // Verifies a finished copy before it is put in place; throws a RunTimeError when it must not be. What
+  // was wrong already with the database it was made of does not count: `original`, empty for a new one,
+  // read only, and only while others may read it too.
+  virtual void VerifyCopy(std::u16string_view path, std::u16string_view original) = 0;
   // The password that a person types for that database; nothing when it was cancelled or nobody answers.
   virtual std::optional<std::u16string> AskPassword(std::u16string_view database) = 0;
   // An unexpected failure of `routine` (its own name), for the error report.

@@ -111,7 +111,7 @@ TEST_F(Driver, AsksBeforeItOverwrites) {
 TEST_F(Driver, KeepsTheOldFileWhenTheNewOneIsNotSound) {
   bench_.folder.Write(u"Firma.mdb", "stara");
   bench_.host.answer = platform::kAnswerYes;
-  bench_.host.verify = [](std::u16string_view) {
+  bench_.host.verify = [](std::u16string_view, std::u16string_view) {
     throw platform::RunTimeError(platform::kErrCannotOpenDatabase, u"test", u"uszkodzona");
   };
   EXPECT_FALSE(Run(Program("AB")));

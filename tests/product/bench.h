@@ -25,7 +25,7 @@ class FakeHost : public platform::Host {
   int answer = platform::kAnswerNone;
   std::optional<std::u16string> password;
   // Throws for copies that are not sound; without it all are.
-  std::function<void(std::u16string_view path)> verify;
+  std::function<void(std::u16string_view path, std::u16string_view original)> verify;
   int busyDepth = 0;
 
   int ShowMessage(std::u16string_view prompt, int, std::u16string_view) override {
@@ -33,8 +33,8 @@ class FakeHost : public platform::Host {
     return answer;
   }
   void Pulse() override {}
-  void VerifyCopy(std::u16string_view path) override {
-    if (verify) verify(path);
+  void VerifyCopy(std::u16string_view path, std::u16string_view original) override {
+    if (verify) verify(path, original);
   }
   std::optional<std::u16string> AskPassword(std::u16string_view) override { return password; }
   void ReportError(const platform::RunTimeError&, std::u16string_view routine) override {

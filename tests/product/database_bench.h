@@ -48,7 +48,9 @@ class DatabaseBench : public Bench {
  public:
   explicit DatabaseBench(platform::Files* others = nullptr) : Bench(others) {
     state.on.makeEngine = [this] { return engines::MakeEngine(files, clock, {}); };
-    host.verify = [this](std::u16string_view path) { engines::VerifyDatabase(files, path, {}); };
+    host.verify = [this](std::u16string_view path, std::u16string_view original) {
+      engines::VerifyDatabase(files, path, original, {});
+    };
   }
 
   // An empty database, open.
