@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "platform/secret.h"
+
 namespace zimbrat::platform {
 namespace {
 
@@ -62,8 +64,7 @@ char32_t NextUtf8(std::string_view utf8, std::size_t& position) {
 template <class Text>
 void WipeText(Text& text) {
   text.resize(text.capacity());  // what was shortened before may still hold the secret
-  volatile auto* unit = text.data();
-  for (std::size_t i = 0; i < text.size(); ++i) unit[i] = 0;
+  WipeMemory(text.data(), text.size() * sizeof(text[0]));
   text.clear();
 }
 
