@@ -12,9 +12,22 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/secret.h"
+
 namespace zimbrat::platform {
 
-enum class Change { Text, Items, Current, Checked, Enabled, Visible, Caption, Progress, Focus };
+enum class Change {
+  Text,
+  Items,
+  Current,
+  Checked,
+  Enabled,
+  Visible,
+  Caption,
+  Progress,
+  Focus,
+  Selection
+};
 
 class Control {
  public:
@@ -50,6 +63,12 @@ class Captioned : public Control {
 
  private:
   std::u16string caption_;
+};
+
+// A window of its own, hidden at first. Who shows it modally waits until it is hidden again.
+class Form : public Captioned {
+ public:
+  Form() { SetVisible(false); }
 };
 
 class Label : public Captioned {};
@@ -88,18 +107,22 @@ class CheckBox : public Captioned {
   int value_ = 0;
 };
 
+// The text may be a password: what it occupied is wiped.
 class TextBox : public Control {
  public:
-  const std::u16string& Text() const { return text_; }
+  // Valid until the text changes.
+  std::u16string_view Text() const { return text_; }
   // Cut to MaxLength where one is set.
   void SetText(std::u16string_view text);
   std::size_t MaxLength() const { return maxLength_; }
   void SetMaxLength(std::size_t length) { maxLength_ = length; }
   bool Masked() const { return masked_; }
   void SetMasked(bool masked);
+  // Asks the view to select the whole text.
+  void SelectAll() { Tell(Change::Selection); }
 
  private:
-  std::u16string text_;
+  Secret text_;
   std::size_t maxLength_ = 0;
   bool masked_ = false;
 };
