@@ -29,6 +29,13 @@ bool HasRules(Catalog& catalog, Table& table) {
   return object && !catalog.Properties(object->id).FindText({}, u"ValidationRule").empty();
 }
 
+// Long values are compared as what they say, the others as they are stored.
+bool HoldsAlready(Table& table, std::size_t column, const FieldBytes& field, const dao::Value& value) {
+  if (table.Definition().columns[column].IsLongValue()) return table.ValueOf(column, field) == value;
+  const FieldBytes wanted = table.FieldOf(column, value);
+  return field.present == wanted.present && field.bytes == wanted.bytes;
+}
+
 }  // namespace
 
 std::optional<std::vector<std::byte>> TranslateKey(Table& source, const RealIndex& from, Table& target,
@@ -180,11 +187,18 @@ void RowStore::UpdateRow(Table& table, RowPointer home, const std::vector<Column
   const RowFields former = table.Read(home);
   CheckFields(table, ValuesToCheck(table, former, changes));
   RowFields fields = former;
-  for (const auto& [column, value] : changes) fields[column] = table.FieldOf(column, value);
+  std::vector<std::size_t> changed;
+  for (const auto& [column, value] : changes) {
+    if (HoldsAlready(table, column, former[column], value)) continue;
+    fields[column] = table.FieldOf(column, value);
+    changed.push_back(column);
+  }
+  // Work that is done again leaves the file as it is.
+  if (changed.empty()) return;
   const PreparedRow row = table.Prepare(fields, &former);
   CheckParents(table, fields, &former);
   table.Update(home, former, row);
-  for (const auto& [column, value] : changes) {
+  for (const std::size_t column : changed) {
     const Column& c = table.Definition().columns[column];
     const LongValueMaps* maps = table.Definition().FindLongValueMaps(c.id);
     if (c.IsLongValue() && maps && former[column].present) {
