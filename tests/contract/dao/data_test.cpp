@@ -169,6 +169,48 @@ TEST_F(DaoData, CascadesFollowParents) {
   EXPECT_EQ(CountRows(u"Drzewo"), 0u);
 }
 
+// Rows that refer to themselves and to each other, with nothing but refusals.
+TEST_F(DaoData, DeletingSkipsWhatOthersReferTo) {
+  Create();
+  MakeTable(u"Osoba", {{u"Id", dao::dbLong}, {u"Szef", dao::dbLong}}, {{u"PK", {u"Id"}, true}});
+  MakeTable(u"Umowa", {{u"Id", dao::dbLong}, {u"Osoba", dao::dbLong}}, {{u"PK", {u"Id"}, true}});
+  MakeRelation(u"Szefowie", u"Osoba", u"Osoba", 0, {{u"Id", u"Szef"}});
+  MakeRelation(u"Umowy", u"Osoba", u"Umowa", 0, {{u"Id", u"Osoba"}});
+  // 1 refers to itself; 2 and 3 to each other; 4 <- 5 <- 6; 7 has a contract, 8 nothing.
+  const char16_t* statements[] = {
+      u"INSERT INTO Osoba VALUES (1, 1)",    u"INSERT INTO Osoba VALUES (2, Null)",
+      u"INSERT INTO Osoba VALUES (3, 2)",    u"UPDATE Osoba SET Szef = 3 WHERE Id = 2",
+      u"INSERT INTO Osoba VALUES (4, Null)", u"INSERT INTO Osoba VALUES (5, 4)",
+      u"INSERT INTO Osoba VALUES (6, 5)",    u"INSERT INTO Osoba VALUES (7, Null)",
+      u"INSERT INTO Osoba VALUES (8, Null)", u"INSERT INTO Umowa VALUES (1, 7)"};
+  for (const char16_t* statement : statements) Run(statement);
+  EXPECT_EQ(ErrorOfRun(u"DELETE FROM Osoba"), kErrRelatedRecords);
+  EXPECT_EQ(CountRows(u"Osoba"), 8u) << "all or nothing";
+  const auto leaves = [&](std::u16string_view statement, std::int32_t affected, std::vector<std::int32_t> ids) {
+    database->Execute(statement);
+    EXPECT_EQ(database->RecordsAffected(), affected) << Utf8FromUtf16(statement);
+    std::vector<dao::Value> expected;
+    for (const std::int32_t id : ids) expected.push_back(Long(id));
+    EXPECT_EQ(Column(u"SELECT Id FROM Osoba ORDER BY Id", u"Id"), expected) << Utf8FromUtf16(statement);
+  };
+  leaves(u"DELETE FROM Osoba", 3, {2, 3, 4, 5, 7});  // 6 is gone after 5 was asked for
+  leaves(u"DELETE FROM Osoba", 1, {2, 3, 4, 7});
+  leaves(u"DELETE FROM Osoba", 1, {2, 3, 7});
+  leaves(u"DELETE FROM Osoba", 0, {2, 3, 7});
+  EXPECT_EQ(ErrorOfRun(u"DELETE FROM Osoba WHERE Id = 2"), kErrRelatedRecords);
+  Run(u"UPDATE Osoba SET Szef = Null");
+  Run(u"DELETE FROM Umowa");
+  leaves(u"DELETE FROM Osoba", 3, {});
+  Run(u"INSERT INTO Osoba VALUES (1, 1)");
+  Run(u"DELETE FROM Osoba");
+  auto rows = database->OpenRecordset(u"Osoba");
+  rows->AddNew();
+  for (const char16_t* field : {u"Id", u"Szef"}) rows->Fields()->Item(field)->SetValue(Long(9));
+  rows->Update();
+  rows->MoveFirst();
+  EXPECT_EQ(ErrorOf([&] { rows->Delete(); }), 0);
+}
+
 TEST_F(DaoData, RecordsetsWalkAndEdit) {
   Create();
   MakeTable(u"T", {{u"Id", dao::dbLong, 4, 17}, {u"A", dao::dbText, 200}}, {{u"PK", {u"Id"}, true}});
