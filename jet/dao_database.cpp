@@ -26,23 +26,24 @@ struct Surroundings {
 };
 using SurroundingsPtr = std::shared_ptr<Surroundings>;
 
-// The value behind `key=` in a text of parts separated by ";"; nothing when it is not there.
-std::optional<std::u16string> FindPart(std::u16string_view text, std::u16string_view key) {
+// The value behind `key=` in a text of parts separated by ";"; nothing when it is not there. A part of
+// the text itself: of a password no copy is made.
+std::optional<std::u16string_view> FindPart(std::u16string_view text, std::u16string_view key) {
   while (!text.empty()) {
     const std::size_t end = std::min(text.find(u';'), text.size());
     const std::u16string_view part = text.substr(0, end);
     const std::size_t sign = part.find(u'=');
     if (sign != part.npos && EqualIgnoringCase(TrimBlanks(part.substr(0, sign)), key)) {
-      return std::u16string(part.substr(sign + 1));
+      return part.substr(sign + 1);
     }
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return std::nullopt;
 }
 
-// General sort order is all that this engine can index.
-std::u16string CheckLocale(std::u16string_view locale) {
-  const std::u16string password = FindPart(locale, u"pwd").value_or(u"");
+// General sort order is all that this engine can index. Gives the password in it.
+std::u16string_view CheckLocale(std::u16string_view locale) {
+  const std::u16string_view password = FindPart(locale, u"pwd").value_or(u"");
   if (!FindPart(locale, u"LANGID")) {
     if (!password.empty() || FindPart(locale, u"pwd")) return password;  // alone: the default locale
     Raise(kErrInvalidLocale);
@@ -149,7 +150,7 @@ class JetWorkspace : public dao::Workspace {
                                               std::u16string_view connect) override {
     return Do([&]() -> std::shared_ptr<dao::Database> {
       const std::u16string full = CheckPath(surroundings_->files, path);
-      const std::u16string password = FindPart(connect, u"pwd").value_or(u"");
+      const std::u16string_view password = FindPart(connect, u"pwd").value_or(u"");
       auto file = OpenDatabaseFile(surroundings_->files, surroundings_->clock, full, readOnly, password,
                                    surroundings_->pulse);
       return Remember(std::make_shared<Connection>(std::move(file), full, exclusive));
@@ -160,7 +161,7 @@ class JetWorkspace : public dao::Workspace {
                                                 std::int32_t options) override {
     return Do([&]() -> std::shared_ptr<dao::Database> {
       if ((options & ~(dao::dbEncrypt | dao::dbVersion40)) != 0) Raise(kErrInvalidArgument);
-      const std::u16string password = CheckLocale(locale);
+      const std::u16string_view password = CheckLocale(locale);
       std::u16string full = CheckPath(surroundings_->files, path);
       if (NameOfPath(full).find(u'.') == std::u16string_view::npos) full += u".mdb";
       if (surroundings_->files.State(full)) Raise(kErrDatabaseExists, full);

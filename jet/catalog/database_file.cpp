@@ -13,11 +13,13 @@ namespace {
 
 constexpr std::uint64_t kMinPages = 6;
 
-FileHeader ReadHeader(platform::File& file, std::u16string_view path) {
+FileHeader OpenHeader(platform::File& file, std::u16string_view path, std::u16string_view given) {
   std::array<std::byte, kPageSize> page;
   if (file.ReadAt(0, page) < kPageSize) Raise(platform::kErrUnrecognizedFormat, path);
   const FileHeader header = DecodeHeader(page, path);
   if (file.Size() < kMinPages * kPageSize) RaiseDamaged(u"plik jest ucięty");
+  const platform::Secret password = DecodePassword(page);
+  if (!password.IsEmpty() && password.View() != given) Raise(platform::kErrInvalidPassword);
   return header;
 }
 
@@ -62,10 +64,9 @@ void DatabaseFile::RequireWritable() const {
 
 void DatabaseFile::ChangePassword(std::u16string_view former, std::u16string_view password) {
   RequireWritable();
-  if (former != header_.password) Raise(platform::kErrInvalidPassword);
   PageRef page = pager_.GetHeader();
+  if (former != DecodePassword(page.Read()).View()) Raise(platform::kErrInvalidPassword);
   WritePassword(page.Change(), password);
-  header_.password = password;
 }
 
 std::unique_ptr<DatabaseFile> OpenDatabaseFile(platform::Files& files, platform::Clock& clock,
@@ -75,8 +76,7 @@ std::unique_ptr<DatabaseFile> OpenDatabaseFile(platform::Files& files, platform:
   const std::optional<platform::FileState> state = files.State(path);
   readOnly = readOnly || (state && state->isReadOnly);
   auto file = OpenUnused(files, path, readOnly);
-  const FileHeader header = ReadHeader(*file, path);
-  if (!header.password.empty() && header.password != password) Raise(platform::kErrInvalidPassword);
+  const FileHeader header = OpenHeader(*file, path, password);
   auto database = std::make_unique<DatabaseFile>(files, clock, std::move(file), std::u16string(path),
                                                  header, readOnly);
   database->Pages().pulse = pulse;

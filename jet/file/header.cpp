@@ -33,14 +33,22 @@ void TogglePasswordMask(Bytes page) {
   }
 }
 
-std::u16string TextAt(ConstBytes page) {
-  std::u16string text;
-  for (std::size_t i = 0; i < kSizePassword; i += 2) {
-    text += static_cast<char16_t>(Get16(page, kOffsetPassword + i));
+// Page 0 unmasked, for as long as it is needed: the password stands in it.
+class PlainHeader {
+ public:
+  explicit PlainHeader(ConstBytes page) {
+    std::copy(page.begin(), page.end(), page_.begin());
+    ToggleHeaderMask(page_);
+    TogglePasswordMask(page_);
   }
-  text.erase(text.find_last_not_of(u'\0') + 1);
-  return text;
-}
+  ~PlainHeader() { platform::WipeMemory(page_.data(), page_.size()); }
+  PlainHeader(const PlainHeader&) = delete;
+  PlainHeader& operator=(const PlainHeader&) = delete;
+  ConstBytes Page() const { return page_; }
+
+ private:
+  std::array<std::byte, kPageSize> page_;
+};
 
 void CheckKind(ConstBytes page, std::u16string_view path) {
   if (HasSignature(page, kAceSignature)) {
@@ -64,17 +72,26 @@ void ToggleHeaderMask(Bytes page) { Rc4(kHeaderKey, page.subspan(kOffsetMasked, 
 
 FileHeader DecodeHeader(ConstBytes page, std::u16string_view path) {
   CheckKind(page, path);
-  std::array<std::byte, kPageSize> plain;
-  std::copy(page.begin(), page.end(), plain.begin());
-  ToggleHeaderMask(plain);
-  TogglePasswordMask(plain);
+  const PlainHeader opened(page);
+  const ConstBytes plain = opened.Page();
   FileHeader header;
   header.codePage = Get16(plain, kOffsetCodePage);
   header.encodingKey = Get32(plain, kOffsetEncodingKey);
   header.language = Get16(plain, kOffsetLanguage);
   header.collationVersion = Get8(plain, kOffsetCollationVersion);
-  header.password = TextAt(plain);
   return header;
+}
+
+platform::Secret DecodePassword(ConstBytes page) {
+  const PlainHeader plain(page);
+  platform::Secret password;
+  std::size_t end = kSizePassword;
+  while (end > 0 && Get16(plain.Page(), kOffsetPassword + end - 2) == 0) end -= 2;
+  for (std::size_t i = 0; i < end; i += 2) {
+    const auto unit = static_cast<char16_t>(Get16(plain.Page(), kOffsetPassword + i));
+    password.Append({&unit, 1});
+  }
+  return password;
 }
 
 namespace {

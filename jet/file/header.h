@@ -19,6 +19,7 @@
 
 #include "jet/file/bytes.h"
 #include "jet/file/format.h"
+#include "platform/secret.h"
 
 namespace zimbrat::jet {
 
@@ -39,7 +40,6 @@ struct FileHeader {
   std::uint32_t encodingKey = 0;
   std::uint16_t language = 0;
   std::uint8_t collationVersion = 0;
-  std::u16string password;  // empty: none
 
   // Of other sort orders no table is known: their text indexes can be read over, not written.
   bool HasGeneralOrder() const { return language == 0x0409 && collationVersion == 0; }
@@ -47,6 +47,9 @@ struct FileHeader {
 
 // Error 3343 for what is no Jet 4 file; `path` goes into the text.
 FileHeader DecodeHeader(ConstBytes page, std::u16string_view path);
+
+// Of a page that is Jet 4's; empty: none.
+platform::Secret DecodePassword(ConstBytes page);
 
 void BuildHeader(Bytes page, const HeaderOrigin& origin, std::uint32_t encodingKey);
 

@@ -108,9 +108,9 @@ TEST_F(NewDatabase, EncodedPagesDecodeToThePlainOnes) {
 }
 
 TEST_F(NewDatabase, PasswordsStandInTheHeaderUnderTheDayMask) {
-  EXPECT_EQ(DecodeHeader(Page(Make(false), 0), u"").password, u"");
+  EXPECT_EQ(DecodePassword(Page(Make(false), 0)).View(), u"");
   system_.files->Delete(folder_.PathOf(u"a.mdb"));
-  EXPECT_EQ(DecodeHeader(Page(Make(false, u"Hasło żółte"), 0), u"").password, u"Hasło żółte");
+  EXPECT_EQ(DecodePassword(Page(Make(false, u"Hasło żółte"), 0)).View(), u"Hasło żółte");
 }
 
 TEST(Properties, TheBlobIsAsTheFormatHasIt) {

@@ -31,7 +31,7 @@ TEST(Repair, LeavesSoundFilesAsTheyAre) {
   for (const std::filesystem::path& path : SoundAccessFiles()) {
     SCOPED_TRACE(path);
     RepairBench bench(path);
-    const std::u16string password = HeaderOf(bench).password;
+    const platform::Secret password = jet::DecodePassword(bench.Page(0));
     const bool isEncoded = HeaderOf(bench).encodingKey != 0;
     const Contents before = bench.Read(password);
     const std::vector<std::byte> header = BareHeader(bench);
