@@ -11,10 +11,10 @@ namespace {
 constexpr OptionSpec kCommonOptions[] = {
     {u"--json", u""}, {u"--cicho", u""}, {u"--pomoc", u""}, {u"--wersja", u""}};
 
-std::u16string CommonName(std::u16string_view name) {
+std::u16string_view CommonName(std::u16string_view name) {
   if (name == u"--help" || name == u"-h") return u"--pomoc";
   if (name == u"--version") return u"--wersja";
-  return std::u16string(name);
+  return name;
 }
 
 bool IsCommon(std::u16string_view name) {
@@ -51,7 +51,8 @@ class Reader {
     for (std::size_t i = 0; i < words_.size(); ++i) {
       const bool isValue = i > 0 && words_[i - 1].starts_with(u"--") && !words_[i].starts_with(u"--") &&
                            !IsCommon(CommonName(words_[i - 1]));
-      if (!isValue) NoteCommon(CommonName(words_[i].substr(0, words_[i].find(u'='))));
+      const std::u16string_view word = words_[i];
+      if (!isValue) NoteCommon(CommonName(word.substr(0, word.find(u'='))));
     }
     while (position_ < words_.size() && !result_.fault) ReadWord(words_[position_++]);
     if (!result_.fault) CheckRequired();
@@ -71,7 +72,10 @@ class Reader {
     if (word.starts_with(u"-")) {
       ReadOption(word);
     } else if (result_.command != nullptr) {
-      result_.fault = u"Zbędne słowo: " + word +
+      // The rest of a password with blanks is not to be shown.
+      const bool isSecret = lastOption_ == kPasswordOption;
+      result_.fault = u"Zbędne słowo" +
+                      (isSecret ? u" po wartości opcji " + std::u16string(lastOption_) : u": " + word) +
                       u". Wartości podaje się po nazwie opcji, a tekst ze spacjami w cudzysłowie.";
     } else {
       ReadCommand(word);
@@ -100,7 +104,7 @@ class Reader {
       result_.fault = u"Opcja " + name + u" występuje więcej niż raz.";
     } else if (option->value.empty()) {
       if (equals == std::u16string::npos) {
-        result_.options.emplace(option->name, u"");
+        result_.options.emplace(option->name, platform::Secret());
       } else {
         result_.fault = u"Opcja " + name + u" nie przyjmuje wartości.";
       }
@@ -110,8 +114,9 @@ class Reader {
   }
 
   void TakeValue(const OptionSpec& option, const std::u16string& word, std::size_t equals) {
+    lastOption_ = option.name;
     if (equals != std::u16string::npos) {
-      result_.options.emplace(option.name, word.substr(equals + 1));
+      result_.options.emplace(option.name, std::u16string_view(word).substr(equals + 1));
     } else if (position_ < words_.size() && !words_[position_].starts_with(u"--")) {
       result_.options.emplace(option.name, words_[position_++]);
     } else {
@@ -133,6 +138,7 @@ class Reader {
 
   const std::vector<std::u16string>& words_;
   std::size_t position_ = 0;
+  std::u16string_view lastOption_;  // that took a value
   Arguments result_;
 };
 
@@ -162,7 +168,7 @@ const std::vector<CommandSpec>& Commands() {
         {u"--do-listy", u""}}},
       {u"stan",
        u"pokazuje programy bazy i stan ich struktur",
-       {{u"--baza", u"P", true}, {u"--folder-struktur", u"F"}, {u"--haslo", u"H"}}},
+       {{u"--baza", u"P", true}, {u"--folder-struktur", u"F"}, {kPasswordOption, u"H"}}},
       {u"programy",
        u"pokazuje programy pakietu z wersjami struktur",
        {{u"--folder-struktur", u"F"}}},
@@ -178,13 +184,24 @@ const CommandSpec* FindCommand(std::u16string_view name) {
   return found == commands.end() ? nullptr : &*found;
 }
 
-std::u16string Arguments::Value(std::u16string_view option) const {
+std::u16string_view Arguments::View(std::u16string_view option) const {
   const auto found = options.find(option);
-  return found == options.end() ? std::u16string() : found->second;
+  return found == options.end() ? std::u16string_view() : found->second.View();
 }
 
 Arguments ParseArguments(const std::vector<std::u16string>& words) {
   return Reader(words).Read();
+}
+
+void ForgetPasswords(platform::Console& console, std::vector<std::u16string>& words) {
+  bool isValue = false;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const bool isPassword = isValue || words[i].starts_with(std::u16string(kPasswordOption) + u"=");
+    isValue = words[i] == kPasswordOption;
+    if (!isPassword) continue;
+    console.HideArgument(i);
+    platform::Wipe(words[i]);
+  }
 }
 
 std::optional<MonthAndYear> FindMonthAndYear(std::u16string_view text) {

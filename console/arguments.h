@@ -7,6 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/console.h"
+#include "platform/secret.h"
+
 namespace zimbrat::console {
 
 struct OptionSpec {
@@ -27,7 +30,8 @@ const CommandSpec* FindCommand(std::u16string_view name);
 
 struct Arguments {
   const CommandSpec* command = nullptr;  // null when none was given
-  std::map<std::u16string_view, std::u16string> options;
+  // Any of them may be a password.
+  std::map<std::u16string_view, platform::Secret> options;
   bool wantsHelp = false;
   bool wantsVersion = false;
   bool isJson = false;
@@ -37,11 +41,16 @@ struct Arguments {
 
   bool Has(std::u16string_view option) const { return options.contains(option); }
   // Empty when the option is absent.
-  std::u16string Value(std::u16string_view option) const;
+  std::u16string Value(std::u16string_view option) const { return std::u16string(View(option)); }
+  std::u16string_view View(std::u16string_view option) const;
 };
 
 // "--name value" and "--name=value". A value that begins with "--" needs the second form.
 Arguments ParseArguments(const std::vector<std::u16string>& words);
+
+inline constexpr std::u16string_view kPasswordOption = u"--haslo";
+// Overwrites the passwords among the words, here and where the system shows them.
+void ForgetPasswords(platform::Console& console, std::vector<std::u16string>& words);
 
 struct MonthAndYear {
   int month = 0;

@@ -34,10 +34,14 @@ void TakePrograms(const CommandContext& context, const platform::OrvListCheck& l
   outcome.text = u"Brak plików struktur *.stb w folderze: " + suite::StructureFolder(context.state);
 }
 
-std::u16string PasswordOf(const CommandContext& context) {
-  return context.arguments.Has(u"--haslo")
-             ? context.arguments.Value(u"--haslo")
-             : context.state.on.environment.Variable(u"ZIMBRAT_HASLO");
+platform::Secret PasswordOf(const CommandContext& context) {
+  if (context.arguments.Has(kPasswordOption)) {
+    return platform::Secret(context.arguments.View(kPasswordOption));
+  }
+  std::u16string value = context.state.on.environment.Variable(u"ZIMBRAT_HASLO");
+  platform::Secret password(value);
+  platform::Wipe(value);
+  return password;
 }
 
 }  // namespace
@@ -69,10 +73,8 @@ Outcome RunStan(const CommandContext& context) {
   suite::ProgramState& state = context.state;
   const std::u16string path = state.on.files.RealPath(context.arguments.Value(u"--baza"));
   state.databasePassword = PasswordOf(context);
-  std::u16string password = state.databasePassword;
-  const bool isSuites = suite::OpenAndIdentify(state, path, password);
-  platform::Wipe(password);
-  if (!isSuites) return Failed(context.host.Messages());
+  platform::Secret password(state.databasePassword.View());
+  if (!suite::OpenAndIdentify(state, path, password)) return Failed(context.host.Messages());
   platform::OrvListCheck list(u';');
   const bool compared = suite::CompareWithDatabase(state, path, list, false);
   Outcome outcome;

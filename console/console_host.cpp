@@ -15,7 +15,7 @@ int ConsoleHost::ShowMessage(std::u16string_view prompt, int buttons, std::u16st
   return isQuestion ? platform::kAnswerNo : platform::kAnswerOk;
 }
 
-std::optional<std::u16string> ConsoleHost::AskPassword(std::u16string_view database) {
+std::optional<platform::Secret> ConsoleHost::AskPassword(std::u16string_view database) {
   return console_.AskPassword(u"Hasło bazy " + std::u16string(database) + u": ");
 }
 

@@ -27,7 +27,7 @@ class ConsoleHost : public platform::Host {
   void VerifyCopy(std::u16string_view path, std::u16string_view original) override {
     verify_(path, original);
   }
-  std::optional<std::u16string> AskPassword(std::u16string_view database) override;
+  std::optional<platform::Secret> AskPassword(std::u16string_view database) override;
   void ReportError(const platform::RunTimeError& error, std::u16string_view routine) override;
   void SetBusy(bool) override {}
 

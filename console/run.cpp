@@ -6,7 +6,9 @@
 #include "suite/manners.h"
 #include "platform/text.h"
 
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace zimbrat::console {
 namespace {
@@ -57,7 +59,9 @@ Outcome Decide(platform::System& system, const Arguments& arguments) {
 }  // namespace
 
 int Run(platform::System& system) {
-  const Arguments arguments = ParseArguments(system.console->Arguments());
+  std::vector<std::u16string> words = system.console->Arguments();
+  const Arguments arguments = ParseArguments(words);
+  ForgetPasswords(*system.console, words);
   const Outcome outcome = Decide(system, arguments);
   PrintOutcome(*system.console, outcome,
                arguments.command ? arguments.command->name : std::u16string_view(),

@@ -79,7 +79,7 @@ bool GenerujNowaBaze(ProgramState& state, std::u16string_view folder, std::u16st
                      std::u16string_view structureFiles, const Periods& periods,
                      platform::ProgressBar& progress) {
   state.context.Clear();
-  platform::Wipe(state.databasePassword);
+  state.databasePassword.Clear();
   NewDatabaseFile file(state.on.files, state.on.host);
   if (!UtworzPlikBazy(state, folder, name, file)) return false;
   if (!ApplyFilesToNewDatabase(state, SplitFileList(structureFiles, u','), file.WorkingPath(),

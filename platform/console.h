@@ -2,10 +2,13 @@
 // systems and into redirected output, wide characters into a Windows console window.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/secret.h"
 
 namespace zimbrat::platform {
 
@@ -14,6 +17,8 @@ class Console {
   virtual ~Console() = default;
   // The words of the command line without the program's name.
   virtual std::vector<std::u16string> Arguments() = 0;
+  // Overwrites that word, counted as in Arguments, where the system shows it to others and lets us.
+  virtual void HideArgument(std::size_t) {}
   // As given, no line end added. A closed pipe or full disk makes later output nothing; HasFailed tells.
   virtual void WriteOutput(std::u16string_view text) = 0;
   virtual void WriteError(std::u16string_view text) = 0;
@@ -22,7 +27,7 @@ class Console {
   virtual bool IsErrorTerminal() = 0;
   // Shows the prompt on standard error and reads a line without echo. Nothing when standard input is no
   // terminal or ends.
-  virtual std::optional<std::u16string> AskPassword(std::u16string_view prompt) = 0;
+  virtual std::optional<Secret> AskPassword(std::u16string_view prompt) = 0;
 };
 
 }  // namespace zimbrat::platform

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/secret.h"
+
 namespace zimbrat::platform {
 
 class RunTimeError;
@@ -33,7 +35,7 @@ class Host {
   // read only, and only while others may read it too.
   virtual void VerifyCopy(std::u16string_view path, std::u16string_view original) = 0;
   // The password that a person types for that database; nothing when it was cancelled or nobody answers.
-  virtual std::optional<std::u16string> AskPassword(std::u16string_view database) = 0;
+  virtual std::optional<Secret> AskPassword(std::u16string_view database) = 0;
   // An unexpected failure of `routine` (its own name), for the error report.
   virtual void ReportError(const RunTimeError& error, std::u16string_view routine) = 0;
   // The hourglass, where there is a pointer.

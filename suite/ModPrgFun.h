@@ -72,7 +72,7 @@ void ListDatabases(ProgramState& state, platform::OrvList& list, std::u16string_
 
 // Opens the database and makes sure that it is one of the suite's; tells the user why not. A
 // rejected password is asked for once and kept.
-bool OpenAndIdentify(ProgramState& state, std::u16string_view path, std::u16string& password);
+bool OpenAndIdentify(ProgramState& state, std::u16string_view path, platform::Secret& password);
 
 // What the user chose, for the texts.
 struct Choices {

@@ -81,17 +81,14 @@ bool Identify(ProgramState& state, DatabaseSession& session, std::u16string_view
 
 }  // namespace
 
-bool OpenAndIdentify(ProgramState& state, std::u16string_view path, std::u16string& password) {
+bool OpenAndIdentify(ProgramState& state, std::u16string_view path, platform::Secret& password) {
   Session session;
   auto error = TryOpen(state, path, password, session);
   if (error && error->Number() == platform::kErrInvalidPassword) {
     auto typed = state.on.host.AskPassword(path);
-    state.databasePassword = typed.value_or(u"");
-    password = state.databasePassword;
-    if (typed) {
-      platform::Wipe(*typed);
-      error = TryOpen(state, path, password, session);
-    }
+    state.databasePassword = typed ? std::move(*typed) : platform::Secret();
+    password = state.databasePassword.View();
+    if (typed) error = TryOpen(state, path, password, session);
   }
   if (error) {
     TellOpenError(state, path, *error);

@@ -1,7 +1,6 @@
 #include "suite/program_state.h"
 
 #include "platform/error_numbers.h"
-#include "platform/text.h"
 
 namespace zimbrat::suite {
 
@@ -14,10 +13,6 @@ void KontekstBledu::RecordError(const platform::RunTimeError& error) {
   Number = error.Number();
   Source = error.Source();
   Description = error.Description();
-}
-
-ProgramState::~ProgramState() {
-  platform::Wipe(databasePassword);
 }
 
 dao::Engine& ProgramState::Engine() {
@@ -38,8 +33,11 @@ void DatabaseSession::Close() {
   workspace_.reset();
 }
 
-std::u16string ConnectText(std::u16string_view password) {
-  return u";pwd=" + std::u16string(password) + u";";
+platform::Secret ConnectText(std::u16string_view password) {
+  platform::Secret connect(u";pwd=");
+  connect.Append(password);
+  connect.Append(u";");
+  return connect;
 }
 
 }  // namespace zimbrat::suite

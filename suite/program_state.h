@@ -9,6 +9,7 @@
 #include "platform/profile.h"
 #include "platform/registry.h"
 #include "platform/run_time_error.h"
+#include "platform/secret.h"
 
 #include <cstdint>
 #include <functional>
@@ -54,7 +55,6 @@ struct Surroundings {
 class ProgramState {
  public:
   explicit ProgramState(Surroundings surroundings) : on(std::move(surroundings)) {}
-  ~ProgramState();
   ProgramState(const ProgramState&) = delete;
   ProgramState& operator=(const ProgramState&) = delete;
 
@@ -64,8 +64,8 @@ class ProgramState {
   Surroundings on;
   Task task = Task::Nowa;  // the option chosen on the start page
   KontekstBledu context;
-  std::u16string databasePassword;  // wiped at the end
-  std::u16string ArgAuto;           // not empty: an automatic run
+  platform::Secret databasePassword;
+  std::u16string ArgAuto;  // not empty: an automatic run
   std::u16string ArgBaza;
   std::u16string StatusKey;        // set in an automatic run only
   std::u16string structureFolder;  // empty: the program's own
@@ -92,7 +92,7 @@ class DatabaseSession {
 };
 
 // ";pwd=" + password + ";".
-std::u16string ConnectText(std::u16string_view password);
+platform::Secret ConnectText(std::u16string_view password);
 
 // The hourglass while in scope.
 class Hourglass {

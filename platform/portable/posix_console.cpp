@@ -2,7 +2,9 @@
 
 #include <termios.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstring>
 #include <string>
 
 #include "descriptor.h"
@@ -51,15 +53,16 @@ class SilentInput {
 };
 
 // Nothing when the input ends, or at the interrupt key, before the line does.
-std::optional<std::u16string> ReadLine() {
+std::optional<Secret> ReadLine() {
   constexpr std::size_t kLongest = 4096;
   constexpr char kInterruptKey = 3;
   std::string line;
+  line.reserve(kLongest);  // never moved, so that one wipe reaches all of it
   char byte = 0;
   while (Uninterrupted([&] { return ::read(STDIN_FILENO, &byte, 1); }) == 1 &&
          byte != kInterruptKey) {
     if (byte == '\n') {
-      const std::u16string text = Utf16FromUtf8(line);
+      Secret text = SecretFromUtf8(line);
       Wipe(line);
       return text;
     }
@@ -71,11 +74,18 @@ std::optional<std::u16string> ReadLine() {
 
 }  // namespace
 
-PosixConsole::PosixConsole(int argc, char** argv) {
-  for (int i = 1; i < argc; ++i) arguments_.push_back(Utf16FromUtf8(argv[i]));
+std::vector<std::u16string> PosixConsole::Arguments() {
+  std::vector<std::u16string> words;
+  words.reserve(static_cast<std::size_t>(std::max(argc_, 0)));  // no copies stay behind
+  for (int i = 1; i < argc_; ++i) words.push_back(Utf16FromUtf8(argv_[i]));
+  return words;
 }
 
-std::vector<std::u16string> PosixConsole::Arguments() { return arguments_; }
+void PosixConsole::HideArgument(std::size_t index) {
+  if (index + 1 >= static_cast<std::size_t>(std::max(argc_, 0))) return;
+  char* word = argv_[index + 1];
+  WipeMemory(word, std::strlen(word));
+}
 
 void PosixConsole::WriteOutput(std::u16string_view text) {
   if (!hasFailed_ && !WriteAll(STDOUT_FILENO, text)) hasFailed_ = true;
@@ -87,11 +97,11 @@ bool PosixConsole::HasFailed() { return hasFailed_; }
 
 bool PosixConsole::IsErrorTerminal() { return ::isatty(STDERR_FILENO) != 0; }
 
-std::optional<std::u16string> PosixConsole::AskPassword(std::u16string_view prompt) {
+std::optional<Secret> PosixConsole::AskPassword(std::u16string_view prompt) {
   const SilentInput silence;
   if (!silence.Worked()) return std::nullopt;
   WriteError(prompt);
-  std::optional<std::u16string> password = ReadLine();
+  std::optional<Secret> password = ReadLine();
   WriteError(u"\n");
   return password;
 }

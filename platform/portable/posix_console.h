@@ -7,17 +7,19 @@ namespace zimbrat::platform {
 
 class PosixConsole : public Console {
  public:
-  PosixConsole(int argc, char** argv);
+  PosixConsole(int argc, char** argv) : argc_(argc), argv_(argv) {}
 
   std::vector<std::u16string> Arguments() override;
+  void HideArgument(std::size_t index) override;
   void WriteOutput(std::u16string_view text) override;
   void WriteError(std::u16string_view text) override;
   bool HasFailed() override;
   bool IsErrorTerminal() override;
-  std::optional<std::u16string> AskPassword(std::u16string_view prompt) override;
+  std::optional<Secret> AskPassword(std::u16string_view prompt) override;
 
  private:
-  std::vector<std::u16string> arguments_;
+  int argc_;
+  char** argv_;
   bool hasFailed_ = false;
 };
 

@@ -72,16 +72,16 @@ class SilentInput {
   bool worked_ = false;
 };
 
-std::optional<std::u16string> ReadLine(HANDLE console) {
+std::optional<Secret> ReadLine(HANDLE console) {
   constexpr char16_t kInterruptKey = 3;
   std::u16string line(4096, u'\0');
   DWORD count = 0;
-  std::optional<std::u16string> answer;
+  std::optional<Secret> answer;
   if (::ReadConsoleW(console, LendRoom(line), static_cast<DWORD>(line.size()), &count, nullptr)) {
     const std::u16string_view typed = std::u16string_view(line).substr(0, count);
     const std::size_t end = typed.find_first_of(u"\r\n");
     if (end != std::u16string_view::npos && typed.find(kInterruptKey) == std::u16string_view::npos) {
-      answer = typed.substr(0, end);
+      answer.emplace(typed.substr(0, end));
     }
   }
   Wipe(line);
@@ -95,8 +95,12 @@ std::vector<std::u16string> Win32Console::Arguments() {
   int count = 0;
   const LocalHandle words(::CommandLineToArgvW(::GetCommandLineW(), &count));
   if (!words.IsOpen()) return arguments;
-  const auto* list = static_cast<wchar_t* const*>(words.Get());
-  for (int i = 1; i < count; ++i) arguments.push_back(FromWide(list[i]));
+  auto* list = static_cast<wchar_t**>(words.Get());
+  arguments.reserve(static_cast<std::size_t>(count));  // no copies stay behind
+  for (int i = 1; i < count; ++i) {
+    arguments.push_back(FromWide(list[i]));
+    WipeMemory(list[i], arguments.back().size() * sizeof(wchar_t));
+  }
   return arguments;
 }
 
@@ -110,11 +114,11 @@ bool Win32Console::HasFailed() { return hasFailed_; }
 
 bool Win32Console::IsErrorTerminal() { return IsConsole(::GetStdHandle(STD_ERROR_HANDLE)); }
 
-std::optional<std::u16string> Win32Console::AskPassword(std::u16string_view prompt) {
+std::optional<Secret> Win32Console::AskPassword(std::u16string_view prompt) {
   const SilentInput silence;
   if (!silence.Worked()) return std::nullopt;
   WriteError(prompt);
-  std::optional<std::u16string> password = ReadLine(silence.Input());
+  std::optional<Secret> password = ReadLine(silence.Input());
   WriteError(u"\n");
   return password;
 }

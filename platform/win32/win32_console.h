@@ -12,7 +12,7 @@ class Win32Console : public Console {
   void WriteError(std::u16string_view text) override;
   bool HasFailed() override;
   bool IsErrorTerminal() override;
-  std::optional<std::u16string> AskPassword(std::u16string_view prompt) override;
+  std::optional<Secret> AskPassword(std::u16string_view prompt) override;
 
  private:
   bool hasFailed_ = false;

@@ -2,28 +2,11 @@
 #include <gtest/gtest.h>
 
 #include "console/run.h"
+#include "fake_console.h"
 #include "tests/product/bench.h"
 
 namespace zimbrat::tests {
 namespace {
-
-class FakeConsole : public platform::Console {
- public:
-  std::vector<std::u16string> words;
-  std::u16string output, error;
-  bool isTerminal = false;
-  int passwordsAsked = 0;
-
-  std::vector<std::u16string> Arguments() override { return words; }
-  void WriteOutput(std::u16string_view text) override { output += text; }
-  void WriteError(std::u16string_view text) override { error += text; }
-  bool HasFailed() override { return false; }
-  bool IsErrorTerminal() override { return isTerminal; }
-  std::optional<std::u16string> AskPassword(std::u16string_view) override {
-    ++passwordsAsked;
-    return std::nullopt;
-  }
-};
 
 class Zimbratc : public testing::Test {
  protected:

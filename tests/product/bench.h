@@ -36,7 +36,10 @@ class FakeHost : public platform::Host {
   void VerifyCopy(std::u16string_view path, std::u16string_view original) override {
     if (verify) verify(path, original);
   }
-  std::optional<std::u16string> AskPassword(std::u16string_view) override { return password; }
+  std::optional<platform::Secret> AskPassword(std::u16string_view) override {
+    if (!password) return std::nullopt;
+    return platform::Secret(*password);
+  }
   void ReportError(const platform::RunTimeError&, std::u16string_view routine) override {
     reports.emplace_back(routine);
   }

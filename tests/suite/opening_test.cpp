@@ -16,7 +16,7 @@ class Opening : public testing::Test {
     bench_.Close();
   }
   bool Open() {
-    std::u16string password = bench_.state.databasePassword;
+    platform::Secret password(bench_.state.databasePassword.View());
     return suite::OpenAndIdentify(bench_.state, bench_.PathOf(u"baza.mdb"), password);
   }
   std::string Message() const {
@@ -81,7 +81,7 @@ TEST_F(Opening, AsksOnceForThePasswordAndKeepsIt) {
 TEST_F(Opening, DoesNotOpenTheBareFilterOrNothing) {
   for (const char16_t* path : {u"*.mdb", u""}) {
     bench_.host.messages.clear();
-    std::u16string password;
+    platform::Secret password;
     EXPECT_FALSE(suite::OpenAndIdentify(bench_.state, path, password));
     EXPECT_EQ(Message().rfind("Baza nie może zostać otwarta. Błąd Nr ", 0), 0u) << Message();
   }

@@ -8,6 +8,7 @@
 #include "jet/engine.h"
 #include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
+#include "platform/secret.h"
 #include "platform/system.h"
 #include "platform/text.h"
 
@@ -32,7 +33,7 @@ constexpr const char16_t* kHelp =
 
 struct Wishes {
   std::u16string path;
-  std::u16string password;
+  platform::Secret password;
   std::vector<std::u16string> statements;
   bool readOnly = false;
   bool help = false;
@@ -41,12 +42,16 @@ struct Wishes {
 // Nothing for wrong usage.
 std::optional<Wishes> ReadWishes(platform::System& system) {
   Wishes wishes;
-  wishes.password = system.environment->Variable(u"ZIMBRAT_HASLO");
+  std::u16string variable = system.environment->Variable(u"ZIMBRAT_HASLO");
+  wishes.password = variable;
+  platform::Wipe(variable);
   std::vector<std::u16string> words = system.console->Arguments();
   std::size_t at = 0;
   for (; at < words.size() && words[at].starts_with(u"--"); ++at) {
     if (words[at] == u"--haslo" && at + 1 < words.size()) {
       wishes.password = words[++at];
+      system.console->HideArgument(at);
+      platform::Wipe(words[at]);
     } else if (words[at] == u"--read-only") {
       wishes.readOnly = true;
     } else if (words[at] == u"--help" || words[at] == u"--pomoc") {
@@ -85,8 +90,11 @@ void WriteRows(platform::Console& console, const std::shared_ptr<dao::Recordset>
 void RunStatements(platform::System& system, const Wishes& wishes) {
   const auto engine = jet::MakeEngine(*system.files, *system.clock, {});
   const auto workspace = engine->CreateWorkspace(u"", u"Admin", u"");
-  const auto database = workspace->OpenDatabase(wishes.path, true, wishes.readOnly,
-                                                u";pwd=" + wishes.password + u";");
+  platform::Secret connect(u";pwd=");
+  connect.Append(wishes.password);
+  connect.Append(u";");
+  const auto database =
+      workspace->OpenDatabase(wishes.path, true, wishes.readOnly, connect);
   for (const std::u16string& statement : wishes.statements) {
     if (const auto rows = FindRows(*database, statement)) {
       WriteRows(*system.console, rows);
