@@ -18,6 +18,8 @@ class Clock {
   virtual std::u16string ShortTime() = 0;
   // Milliseconds from any fixed point, never backwards.
   virtual std::uint64_t Milliseconds() = 0;
+  // Waits that long.
+  virtual void Sleep(std::uint32_t milliseconds) = 0;
 };
 
 }  // namespace zimbrat::platform

@@ -14,6 +14,9 @@ class Environment {
   // The folder of the running program, without a separator at its end.
   virtual std::u16string ProgramFolder() = 0;
   virtual std::u16string CurrentFolder() = 0;
+  // Where working copies go: TEMP; elsewhere than on Windows TEMP, TMPDIR, then the system's own. Empty
+  // when there is none.
+  virtual std::u16string TemporaryFolder() = 0;
 };
 
 }  // namespace zimbrat::platform

@@ -20,6 +20,7 @@ enum class OpenMode {
   Read,       // the file must exist
   ReadWrite,  // the file must exist
   CreateNew,  // the file must not exist (58)
+  CreatePrivate,  // as CreateNew, and nobody but its owner may open it
 };
 
 enum class Sharing {
@@ -57,6 +58,14 @@ struct FileState {
   std::int64_t modified = 0;  // nanoseconds, system's epoch
   bool isFolder = false;
   bool isReadOnly = false;
+  bool isPrivate = false;    // nobody but its owner may open it; false where lists of rights say who may
+  std::uint64_t volume = 0;  // device or serial number
+  std::uint64_t number = 0;  // of the file on its volume: stays when it is renamed
+
+  // Whether it is the same file on the disk, under whatever name.
+  bool IsSameFile(const FileState& other) const {
+    return volume == other.volume && number == other.number;
+  }
 };
 
 class Files {
@@ -71,7 +80,10 @@ class Files {
   virtual void Delete(std::u16string_view path) = 0;
   // Atomic: `to`, if it exists, is replaced in one step, durably. The content of `from` must have been
   // flushed. A target that others have open is error 70 on Windows; elsewhere it is replaced under them.
-  virtual void Replace(std::u16string_view from, std::u16string_view to) = 0;
+  // `held`, if given, is the target held by the caller: it is released directly before the rename where the
+  // system wants that (Windows), and after it elsewhere.
+  virtual void ReplaceHeld(std::u16string_view from, std::u16string_view to,
+                           std::unique_ptr<File> held) = 0;
   // Permissions, attributes and creation time of `from` onto `to`.
   virtual void CopyAttributes(std::u16string_view from, std::u16string_view to) = 0;
   virtual void CreateFolder(std::u16string_view path) = 0;
@@ -88,6 +100,7 @@ class Files {
   // Null when another process (or another hold of this one) has the name.
   virtual std::unique_ptr<Hold> TryHold(std::u16string_view path) = 0;
 
+  void Replace(std::u16string_view from, std::u16string_view to) { ReplaceHeld(from, to, nullptr); }
   bool IsFile(std::u16string_view path);
   bool IsFolder(std::u16string_view path);
   // Whole contents; at most `limit` bytes, else error 57.

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <ctime>
 #include <random>
+#include <thread>
 #include <utility>
 
 #include "platform/dates.h"
@@ -71,6 +72,10 @@ std::uint64_t PortableClock::Milliseconds() {
   const auto elapsed = std::chrono::steady_clock::now().time_since_epoch();
   return static_cast<std::uint64_t>(
       std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count());
+}
+
+void PortableClock::Sleep(std::uint32_t milliseconds) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 }  // namespace zimbrat::platform

@@ -22,6 +22,7 @@ class PortableClock : public Clock {
   std::u16string ShortDate() override;
   std::u16string ShortTime() override;
   std::uint64_t Milliseconds() override;
+  void Sleep(std::uint32_t milliseconds) override;
 
  private:
   RegionalFormats formats_;

@@ -1,5 +1,6 @@
 #include "posix_environment.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -23,6 +24,13 @@ std::u16string PosixEnvironment::ProgramFolder() {
 std::u16string PosixEnvironment::CurrentFolder() {
   std::error_code error;
   return Utf16FromUtf8(std::filesystem::current_path(error).native());
+}
+
+std::u16string PosixEnvironment::TemporaryFolder() {
+  for (const std::u16string_view name : {u"TEMP", u"TMPDIR"}) {
+    if (std::u16string folder = Variable(name); !folder.empty()) return folder;
+  }
+  return Utf16FromUtf8(P_tmpdir);
 }
 
 }  // namespace zimbrat::platform

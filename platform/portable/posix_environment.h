@@ -10,6 +10,7 @@ class PosixEnvironment : public Environment {
   std::u16string Variable(std::u16string_view name) override;
   std::u16string ProgramFolder() override;
   std::u16string CurrentFolder() override;
+  std::u16string TemporaryFolder() override;
 };
 
 }  // namespace zimbrat::platform

@@ -35,6 +35,7 @@ int FlagsOf(OpenMode mode) {
     case OpenMode::ReadWrite:
       return O_RDWR;
     case OpenMode::CreateNew:
+    case OpenMode::CreatePrivate:
       return O_RDWR | O_CREAT | O_EXCL;
   }
   return O_RDONLY;
@@ -52,6 +53,12 @@ void Lock(const Descriptor& descriptor, Sharing sharing, std::u16string_view pat
   if (Uninterrupted([&] { return ::flock(descriptor.Number(), operation); }) != 0) {
     throw ErrnoError(errno, u"otwarcie (plik w użyciu)", path);
   }
+}
+
+bool IsNamed(const Descriptor& descriptor, const std::string& name) {
+  struct stat opened, named;
+  return ::fstat(descriptor.Number(), &opened) == 0 && ::stat(name.c_str(), &named) == 0 &&
+         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
 // For file systems without unnamed files: the name lasts until the next line only.
@@ -96,12 +103,19 @@ std::optional<std::u16string> FindRealPath(const std::string& path) {
 
 std::unique_ptr<File> PosixFiles::Open(std::u16string_view path, OpenMode mode, Sharing sharing) {
   const std::string name = SystemPath(path);
-  Descriptor descriptor(
-      Uninterrupted([&] { return ::open(name.c_str(), FlagsOf(mode) | kCommonFlags, 0666); }));
-  if (!descriptor.IsOpen()) throw ErrnoError(errno, u"otwarcie", path);
-  RequireRegularFile(descriptor, path);
-  Lock(descriptor, sharing, path);
-  return std::make_unique<PosixFile>(std::move(descriptor), std::u16string(path));
+  const mode_t rights = mode == OpenMode::CreatePrivate ? 0600 : 0666;
+  // Between open and lock the file may have been replaced: a lock on what nobody finds any more holds nothing.
+  for (int round = 0; round < 1000; ++round) {
+    Descriptor descriptor(
+        Uninterrupted([&] { return ::open(name.c_str(), FlagsOf(mode) | kCommonFlags, rights); }));
+    if (!descriptor.IsOpen()) throw ErrnoError(errno, u"otwarcie", path);
+    RequireRegularFile(descriptor, path);
+    Lock(descriptor, sharing, path);
+    if (sharing == Sharing::All || IsNamed(descriptor, name)) {
+      return std::make_unique<PosixFile>(std::move(descriptor), std::u16string(path));
+    }
+  }
+  throw ErrnoError(EWOULDBLOCK, u"otwarcie", path);
 }
 
 std::unique_ptr<File> PosixFiles::OpenTemporary(std::u16string_view folder) {
@@ -125,6 +139,9 @@ std::optional<FileState> PosixFiles::State(std::u16string_view path) {
   state.size = static_cast<std::uint64_t>(found.st_size);
   state.modified = found.st_mtim.tv_sec * 1'000'000'000LL + found.st_mtim.tv_nsec;
   state.isFolder = S_ISDIR(found.st_mode);
+  state.volume = found.st_dev;
+  state.number = found.st_ino;
+  state.isPrivate = (found.st_mode & (S_IRWXG | S_IRWXO)) == 0;
   state.isReadOnly = ::faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) != 0;
   return state;
 }
@@ -133,7 +150,8 @@ void PosixFiles::Delete(std::u16string_view path) {
   if (::unlink(SystemPath(path).c_str()) != 0) throw ErrnoError(errno, u"usunięcie", path);
 }
 
-void PosixFiles::Replace(std::u16string_view from, std::u16string_view to) {
+void PosixFiles::ReplaceHeld(std::u16string_view from, std::u16string_view to,
+                             std::unique_ptr<File> held) {
   const std::string source = SystemPath(from), target = SystemPath(to);
   {
     const Descriptor file(::open(source.c_str(), O_RDONLY | kCommonFlags));
@@ -143,6 +161,7 @@ void PosixFiles::Replace(std::u16string_view from, std::u16string_view to) {
     }
   }
   if (::rename(source.c_str(), target.c_str()) != 0) throw ErrnoError(errno, u"zamiana pliku", to);
+  held.reset();
   FlushFolder(FolderOfPath(to));
 }
 

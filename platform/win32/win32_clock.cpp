@@ -40,4 +40,6 @@ std::u16string Win32Clock::ShortTime() {
 
 std::uint64_t Win32Clock::Milliseconds() { return ::GetTickCount64(); }
 
+void Win32Clock::Sleep(std::uint32_t milliseconds) { ::Sleep(milliseconds); }
+
 }  // namespace zimbrat::platform

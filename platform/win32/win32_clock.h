@@ -12,6 +12,7 @@ class Win32Clock : public Clock {
   std::u16string ShortDate() override;
   std::u16string ShortTime() override;
   std::uint64_t Milliseconds() override;
+  void Sleep(std::uint32_t milliseconds) override;
 };
 
 }  // namespace zimbrat::platform

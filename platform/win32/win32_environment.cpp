@@ -27,4 +27,6 @@ std::u16string Win32Environment::CurrentFolder() {
   });
 }
 
+std::u16string Win32Environment::TemporaryFolder() { return Variable(u"TEMP"); }
+
 }  // namespace zimbrat::platform

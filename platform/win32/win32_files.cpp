@@ -1,5 +1,9 @@
 #include "win32_files.h"
 
+#include <windows.h>
+
+#include <sddl.h>
+
 #include <algorithm>
 #include <random>
 
@@ -59,6 +63,23 @@ FileHandle OpenForQuestions(std::u16string_view path) {
                                   OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
+// A list of rights that lets in the owner, the system and nobody else. Where the system cannot make one the
+// folder's own rights stay.
+class OwnersRights {
+ public:
+  OwnersRights() {
+    if (::ConvertStringSecurityDescriptorToSecurityDescriptorW(
+            L"D:P(A;;FA;;;OW)(A;;FA;;;SY)", SDDL_REVISION_1, descriptor_.Receive(), nullptr)) {
+      attributes_.lpSecurityDescriptor = descriptor_.Get();
+    }
+  }
+  SECURITY_ATTRIBUTES* Attributes() { return &attributes_; }
+
+ private:
+  LocalHandle descriptor_;
+  SECURITY_ATTRIBUTES attributes_{sizeof(SECURITY_ATTRIBUTES), nullptr, FALSE};
+};
+
 std::int64_t UnixNanoseconds(FILETIME time) {
   constexpr std::int64_t kFrom1601To1970 = 116444736000000000;
   const auto ticks = static_cast<std::int64_t>(
@@ -90,9 +111,13 @@ std::optional<std::u16string> FindFinalPath(std::u16string_view path) {
 
 std::unique_ptr<File> Win32Files::Open(std::u16string_view path, OpenMode mode, Sharing sharing) {
   const DWORD access = GENERIC_READ | (mode == OpenMode::Read ? 0 : GENERIC_WRITE);
-  const DWORD disposition = mode == OpenMode::CreateNew ? CREATE_NEW : OPEN_EXISTING;
-  FileHandle file(::CreateFileW(Lend(SystemPath(path)), access, ShareModeOf(sharing), nullptr,
-                                disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const bool creates = mode == OpenMode::CreateNew || mode == OpenMode::CreatePrivate;
+  std::optional<OwnersRights> rights;
+  if (mode == OpenMode::CreatePrivate) rights.emplace();
+  FileHandle file(::CreateFileW(Lend(SystemPath(path)), access, ShareModeOf(sharing),
+                                rights ? rights->Attributes() : nullptr,
+                                creates ? CREATE_NEW : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
+                                nullptr));
   if (!file.IsOpen()) throw SystemError(::GetLastError(), u"otwarcie", path);
   // A name such as COM1 opens a device, on which a read might never return.
   if (::GetFileType(file.Get()) != FILE_TYPE_DISK) {
@@ -129,6 +154,8 @@ std::optional<FileState> Win32Files::State(std::u16string_view path) {
   FileState state;
   state.size = static_cast<std::uint64_t>(found.nFileSizeHigh) << 32 | found.nFileSizeLow;
   state.modified = UnixNanoseconds(found.ftLastWriteTime);
+  state.volume = found.dwVolumeSerialNumber;
+  state.number = static_cast<std::uint64_t>(found.nFileIndexHigh) << 32 | found.nFileIndexLow;
   state.isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   state.isReadOnly = (found.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
   return state;
@@ -138,7 +165,9 @@ void Win32Files::Delete(std::u16string_view path) {
   if (!::DeleteFileW(Lend(SystemPath(path)))) throw SystemError(::GetLastError(), u"usunięcie", path);
 }
 
-void Win32Files::Replace(std::u16string_view from, std::u16string_view to) {
+void Win32Files::ReplaceHeld(std::u16string_view from, std::u16string_view to,
+                             std::unique_ptr<File> held) {
+  held.reset();
   if (::MoveFileExW(Lend(SystemPath(from)), Lend(SystemPath(to)),
                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
     return;

@@ -11,7 +11,8 @@ class Win32Files : public Files {
   std::unique_ptr<File> OpenTemporary(std::u16string_view folder) override;
   std::optional<FileState> State(std::u16string_view path) override;
   void Delete(std::u16string_view path) override;
-  void Replace(std::u16string_view from, std::u16string_view to) override;
+  void ReplaceHeld(std::u16string_view from, std::u16string_view to,
+                   std::unique_ptr<File> held) override;
   void CopyAttributes(std::u16string_view from, std::u16string_view to) override;
   void CreateFolder(std::u16string_view path) override;
   std::vector<std::u16string> List(std::u16string_view folder, std::u16string_view pattern) override;

@@ -118,6 +118,7 @@ TEST_F(RegistryTextTest, PlaceFollowsTheEnvironment) {
     }
     std::u16string ProgramFolder() override { return {}; }
     std::u16string CurrentFolder() override { return {}; }
+    std::u16string TemporaryFolder() override { return {}; }
   } variables;
   variables.home = u"h";
   EXPECT_EQ(RegistryFilePath(variables),

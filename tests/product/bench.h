@@ -49,10 +49,12 @@ class FakeHost : public platform::Host {
 class FakeEnvironment : public platform::Environment {
  public:
   std::u16string programFolder;
+  std::u16string temporaryFolder;
 
   std::u16string Variable(std::u16string_view) override { return {}; }
   std::u16string ProgramFolder() override { return programFolder; }
   std::u16string CurrentFolder() override { return programFolder; }
+  std::u16string TemporaryFolder() override { return temporaryFolder; }
 };
 
 class Bench {

@@ -110,9 +110,10 @@ void FailingFiles::Delete(std::u16string_view path) {
   inner_.Delete(path);
 }
 
-void FailingFiles::Replace(std::u16string_view from, std::u16string_view to) {
+void FailingFiles::ReplaceHeld(std::u16string_view from, std::u16string_view to,
+                               std::unique_ptr<File> held) {
   Pass("Replace", true, to);
-  inner_.Replace(from, to);
+  inner_.ReplaceHeld(from, to, std::move(held));
   IfTracked([&] { unsynced_.Replaced(from, to); });
 }
 

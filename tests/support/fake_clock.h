@@ -21,6 +21,7 @@ class FakeClock : public platform::Clock {
   std::u16string ShortDate() override { return shortDate; }
   std::u16string ShortTime() override { return shortTime; }
   std::uint64_t Milliseconds() override { return milliseconds += step; }
+  void Sleep(std::uint32_t duration) override { milliseconds += duration; }
 };
 
 }  // namespace zimbrat::tests

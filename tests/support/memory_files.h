@@ -70,7 +70,8 @@ class MemoryFiles : public platform::Files {
     return platform::FileState{.size = found->second->size()};
   }
   void Delete(std::u16string_view path) override { files_.erase(std::u16string(path)); }
-  void Replace(std::u16string_view from, std::u16string_view to) override {
+  void ReplaceHeld(std::u16string_view from, std::u16string_view to,
+                   std::unique_ptr<platform::File>) override {
     files_[std::u16string(to)] = Contents(from);
     Delete(from);
   }
