@@ -1,5 +1,5 @@
 // The commands that only show: programs, recorded databases, the state of a database.
-#include "commands.h"
+#include "reading.h"
 
 #include "suite/ModPrgFun.h"
 #include "suite/ModSysReg.h"
@@ -21,37 +21,32 @@ std::optional<std::u16string> TakeStructureFolder(const CommandContext& context)
   return std::nullopt;
 }
 
-// One row and one line for each item of a program list.
+// Rows, and a line for each; or that there is nothing.
+void ShowPrograms(const CommandContext& context, const platform::OrvListCheck& list,
+                  Outcome& outcome) {
+  TakePrograms(context, list, outcome);
+  for (const auto& item : list.Items()) outcome.text.append(item.text).append(suite::kCrLf);
+  if (list.Count() > 0) return;
+  outcome.text = u"Brak plików struktur *.stb w folderze: " + suite::StructureFolder(context.state);
+}
+
+}  // namespace
+
 void TakePrograms(const CommandContext& context, const platform::OrvListCheck& list,
                   Outcome& outcome) {
   for (const auto& item : list.Items()) {
     const auto header = suite::ReadProgramHeader(context.state.on.profile, item.value);
     outcome.programs.push_back({header.program, header.symbol,
                                 header.verMajor + u"." + header.verMinor, item.value, item.text});
-    outcome.text.append(item.text).append(suite::kCrLf);
   }
-  if (list.Count() > 0) return;
-  outcome.text = u"Brak plików struktur *.stb w folderze: " + suite::StructureFolder(context.state);
 }
-
-platform::Secret PasswordOf(const CommandContext& context) {
-  if (context.arguments.Has(kPasswordOption)) {
-    return platform::Secret(context.arguments.View(kPasswordOption));
-  }
-  std::u16string value = context.state.on.environment.Variable(u"ZIMBRAT_HASLO");
-  platform::Secret password(value);
-  platform::Wipe(value);
-  return password;
-}
-
-}  // namespace
 
 Outcome RunProgramy(const CommandContext& context) {
   if (const auto fault = TakeStructureFolder(context)) return Failed(*fault);
   platform::OrvListCheck list(u',');
   suite::LoadProgramList(context.state, list);
   Outcome outcome;
-  TakePrograms(context, list, outcome);
+  ShowPrograms(context, list, outcome);
   return outcome;
 }
 
@@ -71,15 +66,14 @@ Outcome RunLista(const CommandContext& context) {
 Outcome RunStan(const CommandContext& context) {
   if (const auto fault = TakeStructureFolder(context)) return Failed(*fault);
   suite::ProgramState& state = context.state;
-  const std::u16string path = state.on.files.RealPath(context.arguments.Value(u"--baza"));
-  state.databasePassword = PasswordOf(context);
+  const std::u16string path = TakeDatabase(context, u"--baza");
   platform::Secret password(state.databasePassword.View());
   if (!suite::OpenAndIdentify(state, path, password)) return Failed(context.host.Messages());
   platform::OrvListCheck list(u';');
-  const bool compared = suite::CompareWithDatabase(state, path, list, false);
+  const bool compared = suite::CompareWithDatabase(state, path, suite::StructureFiles(state), list, false);
   Outcome outcome;
   outcome.database = path;
-  TakePrograms(context, list, outcome);
+  ShowPrograms(context, list, outcome);
   if (!compared && list.Count() == 0 && !suite::StructureFiles(state).empty()) {
     return Failed(u"Nie można porównać struktur z bazą: " + path);
   }

@@ -6,6 +6,7 @@
 #include "console/outcome.h"
 #include "suite/program_state.h"
 #include "platform/console.h"
+#include "platform/controls.h"
 
 namespace zimbrat::console {
 
@@ -17,9 +18,16 @@ struct CommandContext {
 };
 
 Outcome RunNowa(const CommandContext& context);
+Outcome RunDodaj(const CommandContext& context);
+Outcome RunWzorzec(const CommandContext& context);
+Outcome RunSprawdz(const CommandContext& context);
 Outcome RunStan(const CommandContext& context);
 Outcome RunProgramy(const CommandContext& context);
 Outcome RunLista(const CommandContext& context);
+
+// A row of the outcome for each item of a program list.
+void TakePrograms(const CommandContext& context, const platform::OrvListCheck& list,
+                  Outcome& outcome);
 
 // Texts of the help: of all commands, or of one.
 std::u16string GeneralHelp();

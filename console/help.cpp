@@ -40,6 +40,7 @@ constexpr OptionHelp kOptionHelp[] = {
     {u"--nadpisz", u"usuń istniejący plik o tej nazwie i utwórz nowy"},
     {u"--do-listy", u"dodaj bazę do podręcznej listy baz pakietu"},
     {u"--baza", u"plik bazy danych"},
+    {u"--wzorzec", u"plik bazy, z której nowa baza bierze struktury i słowniki"},
     {u"--folder-struktur", u"folder plików *.stb, domyślnie folder programu"},
     {u"--haslo", u"hasło bazy"},
 };

@@ -36,4 +36,12 @@ void ProgressLine::Draw() {
   console_.WriteError(Line(percent));
 }
 
+app::RunResult WithProgressLine(const CommandContext& context,
+                                const std::function<app::RunResult(platform::ProgressBar&)>& run) {
+  platform::ProgressBar bar;
+  const ProgressLine line(context.console, bar,
+                          !context.arguments.isQuiet && context.console.IsErrorTerminal());
+  return run(bar);
+}
+
 }  // namespace zimbrat::console

@@ -17,7 +17,9 @@ using CommandFunction = Outcome (*)(const CommandContext& context);
 
 CommandFunction FunctionOf(std::u16string_view command) {
   constexpr std::pair<std::u16string_view, CommandFunction> kFunctions[] = {
-      {u"nowa", RunNowa}, {u"stan", RunStan}, {u"programy", RunProgramy}, {u"lista", RunLista}};
+      {u"nowa", RunNowa},       {u"dodaj", RunDodaj}, {u"wzorzec", RunWzorzec},
+      {u"sprawdz", RunSprawdz}, {u"stan", RunStan},   {u"programy", RunProgramy},
+      {u"lista", RunLista}};
   for (const auto& [name, function] : kFunctions) {
     if (name == command) return function;
   }

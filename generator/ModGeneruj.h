@@ -7,6 +7,7 @@
 
 #include "generator/new_database_file.h"
 #include "generator/structure_file.h"
+#include "generator/working_copy.h"
 #include "suite/program_state.h"
 #include "platform/controls.h"
 #include "platform/dao.h"
@@ -38,6 +39,25 @@ bool GenerujNowaBaze(ProgramState& state, std::u16string_view folder, std::u16st
 // The empty database for the driver, after asking whether an existing one may go.
 bool UtworzPlikBazy(ProgramState& state, std::u16string_view folder, std::u16string_view name,
                     NewDatabaseFile& file);
+// The structures of a list separated by semicolons for an existing database. It is changed only
+// when every file succeeded, in one step; the work happens on a copy.
+bool RozbudujBaze(ProgramState& state, std::u16string_view databasePath,
+                  std::u16string_view structureFiles, platform::ProgressBar& progress);
+// A new database with the dictionaries of an existing one, after asking whether a file in its place
+// may go. The template itself cannot be that file (70).
+bool UtworzZWzorca(ProgramState& state, std::u16string_view templatePath,
+                   std::u16string_view folder, std::u16string_view name, const Periods& periods,
+                   platform::ProgressBar& progress);
+// The database's working copy.
+bool KopiaRobocza(ProgramState& state, std::u16string_view source, WorkingCopy& copy);
+// The finished copy in the target's place, and the copy removed. A copy that equals its source is
+// only removed.
+bool PrzywrocKopie(ProgramState& state, WorkingCopy& copy, NewDatabaseFile& target);
+// Takes password, documents and movements out of a template's copy: all rows of the tables whose
+// names begin with one of seven prefixes (docs/konsola.md), except those that a row of another
+// table refers to.
+bool WyczyscWzorzec(ProgramState& state, std::u16string_view copyPath,
+                    platform::ProgressBar& progress);
 // One structure file applied to one database; the header goes to the caller.
 bool GenerujStrukture(ProgramState& state, std::u16string_view structureFilePath,
                       std::u16string_view databasePath, StructureHeader& header,

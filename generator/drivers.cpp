@@ -1,6 +1,7 @@
 // The drivers: what the wizard runs when the user confirms the summary page.
 #include "generator/ModGeneruj.h"
 
+#include "drivers.h"
 #include "suite/manners.h"
 #include "platform/text.h"
 
@@ -10,20 +11,6 @@ namespace zimbrat::generator {
 namespace {
 
 constexpr std::u16string_view kMessageTitle = u"Zimbrat bazy";
-
-std::u16string DatabasePath(std::u16string_view folder, std::u16string_view name) {
-  const std::u16string separator(1, platform::kPathSeparator);
-  return platform::ReplaceAll(std::u16string(folder) + separator + std::u16string(name) + u".mdb",
-                              separator + separator, separator);
-}
-
-bool MayOverwrite(ProgramState& state, const std::u16string& path) {
-  return state.on.host.ShowMessage(u"Plik bazy: " + path +
-                                       u" istnieje. Wskazany plik może zawierać dane. Usunąć plik "
-                                       u"i utworzyć nowy plik bazy?",
-                                   platform::kMsgQuestionYesNoDefaultNo,
-                                   kMessageTitle) == platform::kAnswerYes;
-}
 
 void CreateEmptyDatabase(ProgramState& state, const std::u16string& path) {
   const auto workspace = state.Engine().CreateWorkspace(u"", u"Admin", u"");
@@ -55,6 +42,21 @@ bool ApplyFilesToNewDatabase(ProgramState& state, const std::vector<std::u16stri
 
 }  // namespace
 
+std::u16string DatabasePath(std::u16string_view folder, std::u16string_view name) {
+  const std::u16string separator(1, platform::kPathSeparator);
+  return platform::ReplaceAll(std::u16string(folder) + separator + std::u16string(name) + u".mdb",
+                              separator + separator, separator);
+}
+
+bool MayTakePlace(ProgramState& state, const std::u16string& path) {
+  return !state.on.files.State(path) ||
+         state.on.host.ShowMessage(u"Plik bazy: " + path +
+                                       u" istnieje. Wskazany plik może zawierać dane. Usunąć plik "
+                                       u"i utworzyć nowy plik bazy?",
+                                   platform::kMsgQuestionYesNoDefaultNo,
+                                   kMessageTitle) == platform::kAnswerYes;
+}
+
 std::vector<std::u16string> SplitFileList(std::u16string_view list, char16_t separator) {
   std::vector<std::u16string> files;
   std::u16string_view rest = platform::TrimBlanks(list);
@@ -68,7 +70,7 @@ bool UtworzPlikBazy(ProgramState& state, std::u16string_view folder, std::u16str
                     NewDatabaseFile& file) {
   return suite::Record(state.context, [&] {
     const std::u16string path = DatabasePath(folder, name);
-    if (state.on.files.State(path) && !MayOverwrite(state, path)) return false;
+    if (!MayTakePlace(state, path)) return false;
     file.Begin(path);
     CreateEmptyDatabase(state, file.WorkingPath());
     return true;
@@ -80,16 +82,16 @@ bool GenerujNowaBaze(ProgramState& state, std::u16string_view folder, std::u16st
                      platform::ProgressBar& progress) {
   state.context.Clear();
   state.databasePassword.Clear();
-  NewDatabaseFile file(state.on.files, state.on.host);
+  NewDatabaseFile file(state.on);
   if (!UtworzPlikBazy(state, folder, name, file)) return false;
   if (!ApplyFilesToNewDatabase(state, SplitFileList(structureFiles, u','), file.WorkingPath(),
                                periods, progress)) {
     // What was written stays at the database's place; the context keeps the failure of the work.
-    suite::Attempt([&] { file.PutInPlace(); });
+    suite::Attempt([&] { file.PutInPlace({}); });
     return false;
   }
   return suite::Record(state.context, [&] {
-    file.PutInPlace();
+    file.PutInPlace({});
     return true;
   });
 }

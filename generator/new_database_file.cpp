@@ -1,8 +1,11 @@
 #include "generator/new_database_file.h"
 
+#include "copying.h"
+#include "patience.h"
 #include "suite/manners.h"
 #include "platform/error_numbers.h"
-#include "platform/run_time_error.h"
+#include "platform/file_errors.h"
+#include "platform/text.h"
 
 namespace zimbrat::generator {
 
@@ -11,52 +14,82 @@ using platform::Sharing;
 
 NewDatabaseFile::~NewDatabaseFile() {
   if (!hold_) return;
-  suite::Attempt([&] {
-    if (files_.State(workingPath_)) files_.Delete(workingPath_);
-  });
+  suite::Attempt([&] { RemoveName(on_.files, workingPath_); });
 }
 
 void NewDatabaseFile::Begin(std::u16string_view targetPath) {
-  const bool exists = files_.State(targetPath).has_value();
+  const std::optional<platform::FileState> old = on_.files.State(targetPath);
   // Behind a link it is the file itself that is replaced.
-  targetPath_ = exists ? files_.RealPath(targetPath) : std::u16string(targetPath);
+  targetPath_ = old ? on_.files.RealPath(targetPath) : std::u16string(targetPath);
   workingPath_ = targetPath_ + std::u16string(kWorkingSuffix);
-  const std::u16string folder(platform::FolderOfPath(targetPath_));
-  RemoveLeftovers(folder);
-  auto hold = files_.TryHold(workingPath_);
+  RemoveLeftovers(platform::FolderOfPath(targetPath_));
+  auto hold = on_.files.TryHold(workingPath_);
   if (!hold) {
-    throw platform::RunTimeError(platform::kErrPermissionDenied, u"Zimbrat",
-                                 u"Bazę danych tworzy właśnie inny program: " + targetPath_);
+    throw platform::RunTimeError(platform::kErrPermissionDenied, platform::kOwnErrorSource,
+                                 u"Na tej bazie pracuje właśnie inny zimbrat: " + targetPath_);
   }
-  if (files_.State(workingPath_)) files_.Delete(workingPath_);
-  if (exists) oldFile_ = files_.Open(targetPath_, OpenMode::ReadWrite, Sharing::None);
+  RemoveName(on_.files, workingPath_);
+  if (old && old->isReadOnly) {
+    throw platform::FileError(platform::kErrPathAccess, u"plik tylko do odczytu", targetPath_);
+  }
+  if (old) oldFile_.emplace(on_.files, targetPath_);
   hold_ = std::move(hold);
 }
 
-// Working names that no running process holds: the file, and what the system kept beside it for the hold,
-// which goes with a hold that ends properly.
+// Working names that no running process holds: the file, and what the system kept beside it for the
+// hold, which goes with a hold that ends properly.
 void NewDatabaseFile::RemoveLeftovers(std::u16string_view folder) {
   const std::u16string ending = u".mdb" + std::u16string(kWorkingSuffix);
-  for (const std::u16string& name : files_.List(folder, u"*" + ending + u"*")) {
+  for (const std::u16string& name : on_.files.List(folder, u"*" + ending + u"*")) {
     const std::size_t at = name.rfind(ending);
     if (at == std::u16string::npos) continue;  // written in another case: not ours
     suite::Attempt([&] {
       const std::u16string path = platform::JoinPath(folder, name.substr(0, at + ending.size()));
-      const auto hold = files_.TryHold(path);
-      if (hold && files_.State(path)) files_.Delete(path);
+      const auto hold = on_.files.TryHold(path);
+      if (hold) RemoveName(on_.files, path);
     });
   }
 }
 
-void NewDatabaseFile::PutInPlace() {
-  host_.VerifyCopy(workingPath_, {});
-  files_.Open(workingPath_, OpenMode::ReadWrite, Sharing::None)->Flush();
-  const bool replaces = oldFile_ != nullptr;
-  oldFile_.reset();
+void NewDatabaseFile::TakeFrom(platform::File& content, bool isPrivate) {
+  const OpenMode mode = isPrivate || oldFile_ ? OpenMode::CreatePrivate : OpenMode::CreateNew;
+  const auto file = on_.files.Open(workingPath_, mode, Sharing::None);
+  CopyContents(content, *file, on_.host);
+}
+
+void NewDatabaseFile::PutInPlace(std::u16string_view original) {
+  on_.host.VerifyCopy(workingPath_, original);
+  Patiently(on_, [&] { on_.files.Open(workingPath_, OpenMode::ReadWrite, Sharing::None)->Flush(); });
   // Who might read the old file may read the new one, and nobody else.
-  if (replaces) files_.CopyAttributes(targetPath_, workingPath_);
-  files_.Replace(workingPath_, targetPath_);
+  if (oldFile_) Patiently(on_, [&] { on_.files.CopyAttributes(targetPath_, workingPath_); });
+  bool isAsFound = true;
+  Patiently(on_, [&] {
+    if (oldFile_ && on_.files.State(targetPath_)) oldFile_->Renew();
+    isAsFound = IsTargetAsFound();
+    if (!isAsFound) return;
+    on_.files.ReplaceHeld(workingPath_, targetPath_, oldFile_ ? oldFile_->HandOver() : nullptr);
+  });
+  if (!isAsFound) PutBeside();
   hold_.reset();
+}
+
+bool NewDatabaseFile::IsTargetAsFound() const {
+  return oldFile_ ? oldFile_->IsUnchanged() : !on_.files.State(targetPath_);
+}
+
+void NewDatabaseFile::PutBeside() {
+  std::u16string stem = targetPath_;
+  if (platform::UpperCase(stem).ends_with(u".MDB")) stem.resize(stem.size() - 4);
+  std::u16string beside = stem + u" (zimbrat).mdb";
+  for (int i = 2; on_.files.State(beside); ++i) {
+    beside = stem + u" (zimbrat " + platform::DecimalText(i) + u").mdb";
+  }
+  on_.files.Replace(workingPath_, beside);
+  hold_.reset();
+  throw platform::RunTimeError(
+      platform::kErrFileExists, platform::kOwnErrorSource,
+      u"Plik bazy zmienił się w czasie pracy zimbrata i nie został zastąpiony: " + targetPath_ +
+          u". Wynik pracy zapisano w pliku: " + beside);
 }
 
 }  // namespace zimbrat::generator

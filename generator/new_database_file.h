@@ -1,18 +1,20 @@
-// A new database on its way to its place. It is written under a name of its own beside the target,
-// so that whatever ends the program leaves the old file or none:
+// A database on its way to its place. It is written under a name of its own beside the target, so
+// that whatever ends the program leaves the old file or the new one:
 //
 //   Begin        takes the working name for this process, removes what ended runs left in the
-//   folder,
-//                and keeps others from opening an old file of the target's name
-//   (the work)   creates and fills the file under WorkingPath
+//                folder, and holds an old file of the target's name against writers
+//   (the work)   the engine creates and fills the file under WorkingPath, or TakeFrom brings a
+//                finished one
 //   PutInPlace   verifies and flushes it, then one atomic rename to TargetPath
 //   destructor   without PutInPlace: removes the working file; an old file stays
 #pragma once
 
+#include "generator/held_file.h"
+#include "suite/program_state.h"
 #include "platform/files.h"
-#include "platform/host.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,27 +25,35 @@ inline constexpr std::u16string_view kWorkingSuffix = u".zimbrat-nowa";
 
 class NewDatabaseFile {
  public:
-  NewDatabaseFile(platform::Files& files, platform::Host& host) : files_(files), host_(host) {}
+  explicit NewDatabaseFile(const suite::Surroundings& on) : on_(on) {}
   ~NewDatabaseFile();
   NewDatabaseFile(const NewDatabaseFile&) = delete;
   NewDatabaseFile& operator=(const NewDatabaseFile&) = delete;
 
-  // Error 70 when another run is writing the same database or somebody holds the old file.
+  // Error 70 when another run works on the same database or somebody writes to the old file, 75
+  // when that is read-only.
   void Begin(std::u16string_view targetPath);
-  void PutInPlace();
+  // A copy of `content` under the working name, open to nobody but its owner until it gets the
+  // rights of an old file, and for good when `isPrivate`.
+  void TakeFrom(platform::File& content, bool isPrivate);
+  // A fault that the file at `original` has too does not count against the new one; empty for a
+  // database made from nothing. Waits for who holds the old file for a moment. When by now another
+  // file stands at the target (58), it stays there, and the new one is put beside it.
+  void PutInPlace(std::u16string_view original);
 
   const std::u16string& WorkingPath() const { return workingPath_; }
   const std::u16string& TargetPath() const { return targetPath_; }
 
  private:
   void RemoveLeftovers(std::u16string_view folder);
+  bool IsTargetAsFound() const;
+  [[noreturn]] void PutBeside();
 
-  platform::Files& files_;
-  platform::Host& host_;
+  const suite::Surroundings& on_;
   std::u16string targetPath_;
   std::u16string workingPath_;
   std::unique_ptr<platform::Hold> hold_;
-  std::unique_ptr<platform::File> oldFile_;
+  std::optional<HeldFile> oldFile_;
 };
 
 }  // namespace zimbrat::generator

@@ -55,9 +55,11 @@ std::vector<std::u16string> StructureFiles(ProgramState& state);
 // One item a program: "Kadry v.2.3", its value the file's path.
 void LoadProgramList(ProgramState& state, platform::OrvListCheck& list);
 
-// Fills the list with the programs and the state of their structures in the database. True when at
-// least one structure file was looked up; an error ends it with what was reached so far.
+// Fills the list with the programs of those structure files and the state of their structures in
+// the database. True when at least one file was looked up; an error ends it with what was reached
+// so far.
 bool CompareWithDatabase(ProgramState& state, std::u16string_view databasePath,
+                         const std::vector<std::u16string>& structureFiles,
                          platform::OrvListCheck& list, bool leaveOutAbsent);
 
 // The checked items that are not up to date: paths and names, each followed by ";". False when

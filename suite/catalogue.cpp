@@ -84,6 +84,7 @@ void LoadProgramList(ProgramState& state, platform::OrvListCheck& list) {
 }
 
 bool CompareWithDatabase(ProgramState& state, std::u16string_view databasePath,
+                         const std::vector<std::u16string>& structureFiles,
                          platform::OrvListCheck& list, bool leaveOutAbsent) {
   bool lookedUp = false;
   Attempt([&] {
@@ -96,7 +97,7 @@ bool CompareWithDatabase(ProgramState& state, std::u16string_view databasePath,
       return;
     }
     DatabaseSession session(state, databasePath, ConnectText(state.databasePassword));
-    for (const std::u16string& path : StructureFiles(state)) {
+    for (const std::u16string& path : structureFiles) {
       const ProgramHeader header = ReadProgramHeader(state.on.profile, path);
       if (header.verMajor.empty() || header.program.empty()) continue;
       CompareFile(session.Database(), path, header, list, leaveOutAbsent, lookedUp);

@@ -69,6 +69,7 @@ class ProgramState {
   std::u16string ArgBaza;
   std::u16string StatusKey;        // set in an automatic run only
   std::u16string structureFolder;  // empty: the program's own
+  std::u16string workFolder;       // nothing assigns it: the system's is used
   std::u16string defaultFolder;
   std::u16string backupFolder;  // nothing assigns it: recorded databases get an empty text
   std::u16string errorFolder;   // empty: the program's own

@@ -50,7 +50,7 @@ TEST(NewDatabaseRun, RefusesAnImpossibleNameBeforeAnythingIsTouched) {
   Bench bench;
   platform::ProgressBar bar;
   const auto result =
-      app::RunNewDatabase(bench.state, {u"NUL", bench.folder.Path(), u"x.stb", {}}, bar);
+      app::RunNewDatabase(bench.state, {u"NUL", bench.folder.Path(), u"x.stb", u"", {}}, bar);
   EXPECT_FALSE(result.done);
   EXPECT_EQ(Utf8(result.text),
             "Nazwa „NUL” jest zastrzeżona dla urządzenia. Wpisz inną nazwę.\r\n");

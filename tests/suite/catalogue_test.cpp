@@ -72,7 +72,7 @@ TEST(Comparison, RefusesAnEmptyPathWithAMessage) {
   Bench bench;
   platform::OrvListCheck list(u';');
   list.Add(u"stary", u"wpis");
-  EXPECT_FALSE(suite::CompareWithDatabase(bench.state, u"", list, false));
+  EXPECT_FALSE(suite::CompareWithDatabase(bench.state, u"", {}, list, false));
   EXPECT_EQ(list.Count(), 0);
   ASSERT_EQ(bench.host.messages.size(), 1u);
   EXPECT_EQ(Utf8(bench.host.messages[0]),

@@ -93,7 +93,8 @@ class ComparedDatabase : public Opening {
     platform::OrvListCheck list(u';');
     bench_.state.structureFolder = bench_.PathOf(u"stb");
     lookedUp_ =
-        suite::CompareWithDatabase(bench_.state, bench_.PathOf(u"baza.mdb"), list, leaveOutAbsent);
+        suite::CompareWithDatabase(bench_.state, bench_.PathOf(u"baza.mdb"),
+                                   suite::StructureFiles(bench_.state), list, leaveOutAbsent);
     std::vector<std::string> items;
     for (const auto& item : list.Items()) {
       items.push_back((item.isChecked ? "+" : "") + Utf8(item.text));

@@ -1,0 +1,40 @@
+// The tasks on an existing database, step by step as the wizard's pages go, without controls but
+// the list of programs. Each step tells the user what is wrong and returns false.
+//
+//   PrepareDatabase   leaving the page of the database: repaired (check task), opened, identified,
+//                     compared
+//   TakeSelection     leaving the page of the programs
+//   RunExtension      the run itself; RunFromTemplate for a template
+#pragma once
+
+#include "app/run_result.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zimbrat::app {
+
+// The engine's repair of the file. The error context tells why it failed.
+bool NaprawBaze(suite::ProgramState& state, std::u16string_view path);
+
+// Fills the list for the tasks that have one: the programs of those structure files and the state
+// of their structures in the database.
+bool PrepareDatabase(suite::ProgramState& state, suite::Task task, std::u16string_view path,
+                     const std::vector<std::u16string>& structureFiles,
+                     platform::OrvListCheck& programs);
+
+struct Selection {
+  std::u16string files;  // paths, separated by semicolons
+  std::u16string names;  // each followed by a semicolon
+};
+
+// What the task takes of the checked programs. Up-to-date ones are not added, but checked.
+bool TakeSelection(suite::ProgramState& state, suite::Task task, platform::OrvListCheck& programs,
+                   Selection& selection);
+
+// Adds the structures to the database (task Dodaj), or checks and upgrades it (Sprawdz).
+RunResult RunExtension(suite::ProgramState& state, suite::Task task, std::u16string_view path,
+                       const Selection& selection, platform::ProgressBar& progress);
+
+}  // namespace zimbrat::app

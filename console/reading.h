@@ -1,0 +1,30 @@
+// What several commands read from their options. Each function returns the outcome that refuses
+// them, or nothing.
+#pragma once
+
+#include "commands.h"
+
+#include "generator/ModGeneruj.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zimbrat::console {
+
+// --od and --do; January and December of the current year without them.
+std::optional<Outcome> ReadPeriods(const CommandContext& context, generator::Periods& periods);
+
+// --nazwa without extension and --folder as a full path.
+std::optional<Outcome> ReadNameAndFolder(const CommandContext& context, std::u16string& name,
+                                         std::u16string& folder);
+
+// --struktury as full paths, each once, without the separator that cuts the driver's list.
+std::optional<Outcome> ReadStructures(const CommandContext& context, char16_t separator,
+                                      std::vector<std::u16string>& paths);
+
+// The full path of an existing database, and --haslo or ZIMBRAT_HASLO for it.
+std::u16string TakeDatabase(const CommandContext& context, std::u16string_view option);
+
+}  // namespace zimbrat::console
