@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "console/arguments.h"
 #include "console/nearest.h"
+#include "fake_console.h"
 #include "tests/product/bench.h"
 
 namespace zimbrat::tests {
@@ -33,6 +36,9 @@ TEST(Arguments, NameTheNearestRightWord) {
       {{u"lista", u"--folder=x"}, "Nieznana opcja: --folder. Czy chodziło o --pomoc?"},
       {{u"lista", u"x"},
        "Zbędne słowo: x. Wartości podaje się po nazwie opcji, a tekst ze spacjami w cudzysłowie."},
+      {{u"stan", u"--haslo", u"moje", u"tajne"},
+       "Zbędne słowo po wartości opcji --haslo. Wartości podaje się po nazwie opcji, a tekst ze "
+       "spacjami w cudzysłowie."},
       {{u"nowa", u"--folder", u"--nazwa", u"x"}, "Brak wartości opcji --folder. Podaj: --folder F"},
       {{u"nowa", u"--folder"}, "Brak wartości opcji --folder. Podaj: --folder F"},
       {{u"nowa", u"--nadpisz=tak"}, "Opcja --nadpisz nie przyjmuje wartości."},
@@ -52,6 +58,24 @@ TEST(Arguments, KnowHelpAndVersionEverywhere) {
   EXPECT_FALSE(console::ParseArguments({u"nowa", u"--nazwa", u"-h"}).wantsHelp) << "a name";
   for (const char16_t* word : {u"--wersja", u"--version"}) {
     EXPECT_TRUE(console::ParseArguments({word}).wantsVersion);
+  }
+}
+
+TEST(Arguments, ForgetPasswordsAndNothingElse) {
+  const std::tuple<Words, std::vector<std::size_t>> rows[] = {
+      {{u"stan", u"--baza", u"a", u"--haslo", u"b", u"--json"}, {4}},
+      {{u"stan", u"--haslo=b", u"--baza=c"}, {1}},
+      {{u"--haslo", u"--haslo", u"b"}, {1, 2}},
+      {{u"stan", u"--haslow=b", u"--haslo"}, {}}};
+  for (const auto& [given, hidden] : rows) {
+    FakeConsole console;
+    Words words = given;
+    console::ForgetPasswords(console, words);
+    EXPECT_EQ(console.hiddenWords, hidden);
+    for (std::size_t i = 0; i < words.size(); ++i) {
+      const bool isHidden = std::count(hidden.begin(), hidden.end(), i) == 1;
+      EXPECT_EQ(Utf8(words[i]), isHidden ? "" : Utf8(given[i]));
+    }
   }
 }
 

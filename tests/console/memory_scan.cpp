@@ -1,59 +1,75 @@
 #include "memory_scan.h"
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <new>
 #include <vector>
 
-#include "platform/text.h"
+#include "platform/secret.h"
 
 namespace zimbrat::tests {
 namespace {
 
 constexpr char kByteMask = 0x55;
 
-// The bytes to look for, masked.
-using Needle = std::string;
+// The bytes to look for, masked. Holds no memory of its own: it is searched for where memory is given back.
+struct Needle {
+  std::array<char, 64> bytes{};
+  std::size_t size = 0;
 
-Needle Utf16Needle(MaskedText masked) {
+  constexpr void Add(unsigned byte) {
+    bytes[size++] = static_cast<char>((byte & 0xFF) ^ static_cast<unsigned char>(kByteMask));
+  }
+};
+
+constexpr Needle Utf16Needle(MaskedText masked) {
   Needle needle;
   for (const char16_t unit : masked) {
-    const unsigned plain = unit ^ kTextMask;
-    needle += static_cast<char>((plain & 0xFF) ^ kByteMask);
-    needle += static_cast<char>((plain >> 8) ^ kByteMask);
+    const auto plain = static_cast<unsigned>(unit ^ kTextMask);
+    needle.Add(plain);
+    needle.Add(plain >> 8);
   }
   return needle;
 }
 
-Needle Utf8Needle(MaskedText masked) {
+// Of letters below U+0800.
+constexpr Needle Utf8Needle(MaskedText masked) {
   Needle needle;
   for (const char16_t unit : masked) {
-    const char16_t plain = unit ^ kTextMask;
-    for (const char byte : platform::Utf8FromUtf16({&plain, 1})) {
-      needle += static_cast<char>(byte ^ kByteMask);
-    }
+    const auto plain = static_cast<unsigned>(unit ^ kTextMask);
+    if (plain >= 0x80) needle.Add(0xC0 | plain >> 6);
+    needle.Add(plain < 0x80 ? plain : 0x80 | (plain & 0x3F));
   }
   return needle;
 }
 
-std::vector<std::size_t> PlacesOf(std::string_view bytes, const Needle& needle) {
-  std::vector<std::size_t> places;
-  const auto first = static_cast<char>(needle[0] ^ kByteMask);
-  for (std::size_t at = 0; at + needle.size() <= bytes.size(); ++at) {
-    const void* hit = std::memchr(bytes.data() + at, first, bytes.size() - needle.size() + 1 - at);
+// At or behind `from`; npos when it is nowhere.
+std::size_t Find(std::string_view bytes, const Needle& needle, std::size_t from = 0) {
+  const auto first = static_cast<char>(needle.bytes[0] ^ kByteMask);
+  for (std::size_t at = from; at + needle.size <= bytes.size(); ++at) {
+    const void* hit = std::memchr(bytes.data() + at, first, bytes.size() - needle.size + 1 - at);
     if (hit == nullptr) break;
     at = static_cast<std::size_t>(static_cast<const char*>(hit) - bytes.data());
-    const auto isSame = [](char plain, char masked) { return (plain ^ kByteMask) == masked; };
-    if (std::equal(needle.begin(), needle.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at),
-                   [&](char masked, char plain) { return isSame(plain, masked); })) {
-      places.push_back(at);
-    }
+    std::size_t same = 1;
+    while (same < needle.size && (bytes[at + same] ^ kByteMask) == needle.bytes[same]) ++same;
+    if (same == needle.size) return at;
   }
-  return places;
+  return std::string_view::npos;
+}
+
+template <class Take>
+void ForEachPlace(std::string_view bytes, const Needle& needle, Take take) {
+  for (std::size_t at = Find(bytes, needle); at != bytes.npos; at = Find(bytes, needle, at + 1)) {
+    take(at);
+  }
 }
 
 struct Region {
@@ -83,7 +99,10 @@ std::vector<Region> WritableRegions() {
 class MemoryReader {
  public:
   MemoryReader() : memory_(::open("/proc/self/mem", O_RDONLY | O_CLOEXEC)), portion_(1 << 20) {}
-  ~MemoryReader() { ::close(memory_); }
+  ~MemoryReader() {
+    ::close(memory_);
+    platform::WipeMemory(portion_.data(), portion_.size());
+  }
   MemoryReader(const MemoryReader&) = delete;
   MemoryReader& operator=(const MemoryReader&) = delete;
 
@@ -92,13 +111,11 @@ class MemoryReader {
     for (std::uintptr_t at = region.start; at < region.end;) {
       const std::size_t wanted = std::min<std::size_t>(portion_.size(), region.end - at);
       const ssize_t got = ::pread(memory_, portion_.data(), wanted, static_cast<off_t>(at));
-      if (got < static_cast<ssize_t>(needle.size())) break;
+      if (got < static_cast<ssize_t>(needle.size)) break;
       const std::string_view bytes(portion_.data(), static_cast<std::size_t>(got));
-      for (const std::size_t place : PlacesOf(bytes, needle)) {
-        if (!IsOwn(at + place)) ++count;
-      }
+      ForEachPlace(bytes, needle, [&](std::size_t place) { count += IsOwn(at + place) ? 0 : 1; });
       if (static_cast<std::size_t>(got) == region.end - at) break;
-      at += static_cast<std::size_t>(got) - needle.size() + 1;
+      at += static_cast<std::size_t>(got) - needle.size + 1;
     }
     return count;
   }
@@ -113,6 +130,18 @@ class MemoryReader {
   std::vector<char> portion_;
 };
 
+void GiveBack(void* block) noexcept {
+  constexpr Needle kNeedles[] = {Utf16Needle(kLong), Utf8Needle(kLong), Utf16Needle(kShort),
+                                 Utf8Needle(kShort)};
+  const std::string_view bytes(static_cast<const char*>(block), ::malloc_usable_size(block));
+  for (const Needle& needle : kNeedles) {
+    if (Find(bytes, needle) == bytes.npos) continue;
+    std::fputs("memory was given back with a password in it\n", stderr);
+    std::abort();
+  }
+  std::free(block);
+}
+
 }  // namespace
 
 void AppendUnmasked(MaskedText masked, std::u16string& text) {
@@ -121,8 +150,11 @@ void AppendUnmasked(MaskedText masked, std::u16string& text) {
 }
 
 int CountIn(std::string_view bytes, MaskedText masked) {
-  return static_cast<int>(PlacesOf(bytes, Utf16Needle(masked)).size() +
-                          PlacesOf(bytes, Utf8Needle(masked)).size());
+  int count = 0;
+  for (const Needle& needle : {Utf16Needle(masked), Utf8Needle(masked)}) {
+    ForEachPlace(bytes, needle, [&](std::size_t) { ++count; });
+  }
+  return count;
 }
 
 int CountInMemory(MaskedText masked) {
@@ -135,3 +167,10 @@ int CountInMemory(MaskedText masked) {
 }
 
 }  // namespace zimbrat::tests
+
+void* operator new(std::size_t size) {
+  if (void* block = std::malloc(std::max<std::size_t>(size, 1))) return block;
+  throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept { zimbrat::tests::GiveBack(block); }
+void operator delete(void* block, std::size_t) noexcept { zimbrat::tests::GiveBack(block); }

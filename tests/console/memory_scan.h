@@ -1,5 +1,7 @@
-// Looks for a password in all memory that this process can write. What is looked for is kept masked, so
-// that the search finds the program's copies and not its own.
+// Looks for passwords in all memory that this process can write. In a program that links this, `delete` ends
+// the process when the block given back holds one of the two below: its next owner may overwrite it before
+// anybody else can look. What is looked for is kept masked, so that the search finds the program's copies
+// and not its own.
 #pragma once
 
 #include <array>
@@ -22,6 +24,9 @@ consteval std::array<char16_t, Size - 1> Masked(const char16_t (&text)[Size]) {
   return masked;
 }
 using MaskedText = std::span<const char16_t>;
+
+inline constexpr auto kLong = Masked(u"Zq7#kłódka!Vx93~Ążbw");
+inline constexpr auto kShort = Masked(u"Qż#7v!");
 
 // Adds it to a text without further copies when the text has room.
 void AppendUnmasked(MaskedText masked, std::u16string& text);

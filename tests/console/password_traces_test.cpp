@@ -14,9 +14,6 @@
 namespace zimbrat::tests {
 namespace {
 
-constexpr auto kLong = Masked(u"Zq7#kłódka!Vx93~Ążbw");
-constexpr auto kShort = Masked(u"Qż#7v!");
-
 platform::Secret Unmasked(MaskedText masked) {
   platform::Secret plain;
   for (const char16_t unit : masked) {
@@ -171,6 +168,7 @@ TEST_F(PasswordTraces, AreSeenWhereThereAreAny) {
     platform::Wipe(utf8);
   }
   EXPECT_EQ(CountInMemory(kLong), 0);
+  EXPECT_DEATH(std::u16string(Unmasked(kLong).View()), "given back with a password in it");
 }
 
 TEST_F(PasswordTraces, AreNotLeftWhicheverWayThePasswordCame) {
@@ -189,6 +187,17 @@ TEST_F(PasswordTraces, AreNotLeftWhicheverWayThePasswordCame) {
       EXPECT_EQ(hidden_, way <= Way::SameWord ? lastWord : std::vector<std::size_t>());
     }
   }
+}
+
+TEST(PasswordOnTheCommandLine, IsOverwrittenWhereTheSystemShowsIt) {
+  char program[] = "zimbratc", command[] = "stan", option[] = "--haslo", value[] = "tajne";
+  char* words[] = {program, command, option, value, nullptr};
+  platform::PosixConsole console(4, words);
+  ASSERT_EQ(console.Arguments().size(), 3u);
+  console.HideArgument(2);
+  console.HideArgument(3);  // there is none
+  EXPECT_EQ(std::string(value, sizeof value), std::string(sizeof value, '\0'));
+  EXPECT_STREQ(option, "--haslo");
 }
 
 TEST_F(PasswordTraces, AreNotLeftByARefusedPasswordEither) {
