@@ -44,6 +44,17 @@ TEST_F(PosixFilesTest, RealPathFollowsLinks) {
   EXPECT_EQ(files.State(folder.PathOf(u"link.mdb"))->size, 1u);
 }
 
+TEST_F(PosixFilesTest, PrivateFilesAreTheirOwnersAndMadeThroughNoLink) {
+  files.Open(folder.PathOf(u"a"), OpenMode::CreatePrivate, Sharing::None);
+  EXPECT_TRUE(files.State(folder.PathOf(u"a"))->isPrivate);
+  std::filesystem::create_symlink("victim", Name(u"link"));
+  EXPECT_EQ(ErrorOf([&] {
+              files.Open(folder.PathOf(u"link"), OpenMode::CreatePrivate, Sharing::None);
+            }),
+            kErrFileExists);
+  EXPECT_FALSE(folder.Exists(u"victim"));
+}
+
 TEST_F(PosixFilesTest, FindLockTellsOfOthersLocksAlone) {
   folder.Write(u"a.ldb", "x");
   const auto file = files.Open(folder.PathOf(u"a.ldb"), OpenMode::Read, Sharing::All);

@@ -66,6 +66,8 @@ class DatabaseBench : public Bench {
     database_ = workspace_->OpenDatabase(PathOf(name), true, false);
     return *database_;
   }
+  // The one that is open.
+  dao::Database& Current() { return *database_; }
   void Close() {
     if (database_) database_->Close();
     if (workspace_) workspace_->Close();

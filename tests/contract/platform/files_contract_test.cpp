@@ -127,6 +127,31 @@ TEST_F(FilesContract, ReplacePutsTheNewFileInPlaceOfTheOld) {
   files.FlushFolder(folder.Path());
 }
 
+TEST_F(FilesContract, ReplaceTakesATargetThatTheCallerHolds) {
+  folder.Write(u"new", "new");
+  folder.Write(u"old", "old");
+  files.ReplaceHeld(P(u"new"), P(u"old"), Open(u"old", OpenMode::Read, Sharing::Readers));
+  EXPECT_EQ(folder.Read(u"old"), "new");
+  EXPECT_EQ(ErrorOf([&] { Open(u"old", OpenMode::ReadWrite, Sharing::None); }), 0);
+}
+
+TEST_F(FilesContract, StateTellsFilesApart) {
+  folder.Write(u"a", "x");
+  folder.Write(u"b", "x");
+  const FileState a = *files.State(P(u"a"));
+  EXPECT_FALSE(a.IsSameFile(*files.State(P(u"b"))));
+  files.Replace(P(u"a"), P(u"c"));
+  EXPECT_TRUE(a.IsSameFile(*files.State(P(u"c"))));
+  EXPECT_EQ(a.volume, files.State(folder.Path())->volume);
+}
+
+TEST_F(FilesContract, PrivateFileIsMadeOnceAndOpenToItsOwner) {
+  Open(u"a", OpenMode::CreatePrivate, Sharing::None)->WriteAt(0, Bytes("abc"));
+  EXPECT_EQ(ErrorOf([&] { Open(u"a", OpenMode::CreatePrivate); }), kErrFileExists);
+  EXPECT_EQ(ErrorOf([&] { Open(u"a", OpenMode::ReadWrite, Sharing::None); }), 0);
+  EXPECT_EQ(folder.Read(u"a"), "abc");
+}
+
 TEST_F(FilesContract, CopyAttributesNeedsBothFilesAndKeepsContents) {
   folder.Write(u"a", "a");
   folder.Write(u"b", "b");

@@ -1,0 +1,108 @@
+// The tasks on an existing database, page by page.
+#include "app/existing_database_run.h"
+#include "tests/product/database_bench.h"
+
+namespace zimbrat::tests {
+namespace {
+
+using suite::Task;
+
+class ExistingDatabase : public testing::Test {
+ protected:
+  ExistingDatabase() {
+    platform::ProgressBar bar;
+    EXPECT_TRUE(generator::GenerujNowaBaze(
+        bench_.state, bench_.folder.Path(), u"Firma",
+        Program("AB") + u"," + Program("CD") + u"," + Program("EF"), {1, 2025, 1, 2025}, bar));
+  }
+  std::u16string Program(const std::string& symbol) {
+    return bench_.WriteStructure(platform::Utf16FromUtf8(symbol + ".stb"), SmallProgram(symbol));
+  }
+  bool Prepare(Task task) {
+    return app::PrepareDatabase(bench_.state, task, bench_.PathOf(u"Firma.mdb"),
+                                suite::StructureFiles(bench_.state), programs_);
+  }
+  std::string LastMessage() const {
+    return bench_.host.messages.empty() ? "" : Utf8(bench_.host.messages.back());
+  }
+
+  DatabaseBench bench_;
+  platform::OrvListCheck programs_{u';'};
+  app::Selection selection_;
+};
+
+TEST_F(ExistingDatabase, CheckTakesEveryProgramThatTheDatabaseHolds) {
+  Program("GH");  // not in the database
+  ASSERT_TRUE(Prepare(Task::Sprawdz)) << LastMessage();
+  ASSERT_TRUE(app::TakeSelection(bench_.state, Task::Sprawdz, programs_, selection_));
+  EXPECT_EQ(Utf8(selection_.files),
+            Utf8(bench_.PathOf(u"AB.stb") + u";" + bench_.PathOf(u"CD.stb") + u";" +
+                 bench_.PathOf(u"EF.stb")));
+  platform::ProgressBar bar;
+  const app::RunResult result = app::RunExtension(
+      bench_.state, Task::Sprawdz, bench_.PathOf(u"Firma.mdb"), selection_, bar);
+  EXPECT_TRUE(result.done) << Utf8(result.text);
+  EXPECT_NE(Utf8(result.text).find("posiadają poprawną strukturę"), std::string::npos);
+  EXPECT_EQ(bar.Fraction(), 1.0);
+}
+
+TEST_F(ExistingDatabase, AddTakesWhatIsNotUpToDate) {
+  ASSERT_TRUE(Prepare(Task::Dodaj));
+  for (int i = 0; i < programs_.Count(); ++i) EXPECT_TRUE(programs_.IsChecked(i));
+  EXPECT_FALSE(app::TakeSelection(bench_.state, Task::Dodaj, programs_, selection_));
+  EXPECT_EQ(LastMessage().rfind("Zaznacz programy i spróbuj ponownie.", 0), 0u) << LastMessage();
+  Program("GH");
+  ASSERT_TRUE(Prepare(Task::Dodaj));
+  EXPECT_FALSE(programs_.IsChecked(3)) << "an absent program is the user's to choose";
+  programs_.SetChecked(3, true);
+  ASSERT_TRUE(app::TakeSelection(bench_.state, Task::Dodaj, programs_, selection_));
+  EXPECT_EQ(Utf8(selection_.files), Utf8(bench_.PathOf(u"GH.stb") + u";"));
+  EXPECT_EQ(Utf8(selection_.names), "Próba GH;");
+}
+
+TEST_F(ExistingDatabase, CheckSaysThatNothingIsThereToCheck) {
+  bench_.state.structureFolder = bench_.PathOf(u"puste");
+  ASSERT_TRUE(app::PrepareDatabase(bench_.state, Task::Sprawdz, bench_.PathOf(u"Firma.mdb"), {},
+                                   programs_));
+  EXPECT_FALSE(app::TakeSelection(bench_.state, Task::Sprawdz, programs_, selection_));
+  EXPECT_EQ(LastMessage().rfind("Zaznacz programy, dla których rozbudowana", 0), 0u);
+}
+
+TEST_F(ExistingDatabase, StaysWhereTheDatabaseCannotBeUsed) {
+  bench_.folder.Write(u"tekst.mdb", "to nie jest baza");
+  const std::tuple<Task, std::u16string, const char*> rows[] = {
+      {Task::Sprawdz, u"", "Wskaż bazę danych i spróbuj ponownie."},
+      {Task::Sprawdz, bench_.PathOf(u"tekst.mdb"), "Sprawdzenie, naprawa bazy nie powiodły się."},
+      {Task::Sprawdz, bench_.PathOf(u"brak.mdb"), "Sprawdzenie, naprawa bazy nie powiodły się."},
+      {Task::Dodaj, bench_.PathOf(u"tekst.mdb"), "Baza nie może zostać otwarta. Błąd Nr 3343 - "},
+      {Task::Dodaj, u"", "Baza nie może zostać otwarta. Błąd Nr "},
+      {Task::Wzorzec, bench_.PathOf(u"brak.mdb"), "Baza nie może zostać otwarta. Błąd Nr 3024 - "},
+  };
+  for (const auto& [task, path, message] : rows) {
+    bench_.host.messages.clear();
+    EXPECT_FALSE(app::PrepareDatabase(bench_.state, task, path, {}, programs_)) << message;
+    ASSERT_EQ(bench_.host.messages.size(), 1u) << message;
+    EXPECT_EQ(LastMessage().rfind(message, 0), 0u) << LastMessage();
+  }
+  EXPECT_EQ(bench_.folder.Read(u"tekst.mdb"), "to nie jest baza");
+}
+
+TEST_F(ExistingDatabase, RunWithoutADatabaseSaysSo) {
+  platform::ProgressBar bar;
+  EXPECT_FALSE(app::RunExtension(bench_.state, Task::Dodaj, u"", {}, bar).done);
+  EXPECT_EQ(LastMessage(), "Wskaż bazę danych i spróbuj ponownie.");
+}
+
+TEST_F(ExistingDatabase, FailureIsTheSummaryOfItsTask) {
+  platform::ProgressBar bar;
+  const auto result =
+      app::RunExtension(bench_.state, Task::Sprawdz, bench_.PathOf(u"Firma.mdb"),
+                        {bench_.PathOf(u"brak.stb"), u""}, bar);
+  EXPECT_FALSE(result.done);
+  EXPECT_EQ(Utf8(result.text).rfind("Wystąpił bląd podczas sprawdzania bazy danych. Baza nie może "
+                                    "zostać naprawiona.\r\nSzczegóły:\r\n", 0), 0u);
+  EXPECT_EQ(bar.Fraction(), 0.0);
+}
+
+}  // namespace
+}  // namespace zimbrat::tests
