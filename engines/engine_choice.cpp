@@ -6,6 +6,7 @@
 #include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -34,7 +35,8 @@ void VerifyDatabase(platform::Files& files, std::u16string_view path, std::u16st
   std::vector<jet::Fault> former;
   if (!original.empty()) former = jet::CheckFile(files, original, options);
   // The last one says that there are more, of which nothing is known.
-  if (former.size() > options.maxFaults) former.pop_back();
+  const auto errors = std::ranges::count_if(former, &jet::Fault::isError);
+  if (static_cast<std::size_t>(errors) > options.maxFaults) former.pop_back();
   const std::optional<jet::Fault> fault = jet::FindNewFault(faults, former);
   if (!fault) return;
   throw platform::RunTimeError(

@@ -244,10 +244,17 @@ class JetEngine : public dao::Engine {
     });
   }
 
-  void RepairDatabase(std::u16string_view path) override {
-    Member(kSourceEngine, [&] {
-      RepairDatabaseFile(surroundings_->files, surroundings_->clock, CheckPath(surroundings_->files, path),
-                         surroundings_->pulse);
+  dao::RepairOutcome RepairDatabase(std::u16string_view path) override {
+    return Member(kSourceEngine, [&] {
+      const RepairReport report =
+          RepairDatabaseFile(surroundings_->files, surroundings_->clock,
+                             CheckPath(surroundings_->files, path), RepairOf::Damaged, surroundings_->pulse);
+      dao::RepairOutcome outcome{HasErrors(report.found), {}, report.keptFile};
+      for (const RepairedTable& table : report.tables) {
+        if (!table.IsHarmed()) continue;
+        for (std::u16string& line : LinesOf(table)) outcome.losses.push_back(std::move(line));
+      }
+      return outcome;
     });
   }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "connection.h"
+#include "kept_file.h"
 #include "rebuild.h"
 #include "jet/catalog/new_database.h"
 #include "jet/file/errors.h"
@@ -36,8 +37,10 @@ class WorkingFile {
   WorkingFile& operator=(const WorkingFile&) = delete;
 
   const std::u16string& Path() const { return path_; }
-  void PutInPlaceOf(const std::u16string& target) {
+  // Between the end of the hold on the old file and the rename there is no other call.
+  void PutInPlaceOf(const std::u16string& target, std::unique_ptr<platform::File> source) {
     files_.CopyAttributes(target, path_);
+    source.reset();
     files_.Replace(path_, target);
     isInPlace_ = true;
   }
@@ -51,12 +54,13 @@ class WorkingFile {
 
 class Repair {
  public:
-  Repair(platform::Files& files, platform::Clock& clock, std::u16string path,
+  Repair(platform::Files& files, platform::Clock& clock, std::u16string path, RepairOf which,
          const std::function<void()>& pulse)
       : files_(files),
         clock_(clock),
         pulse_(pulse),
         path_(std::move(path)),
+        which_(which),
         standard_(StandardSystemDefinitions()) {}
 
   RepairReport Run();
@@ -65,11 +69,13 @@ class Repair {
   RebuildResult Write(platform::File& source, const std::u16string& workingPath);
   std::unique_ptr<DatabaseFile> Create(ConstBytes header, const std::u16string& workingPath);
   void Verify(const std::u16string& workingPath, const RebuildResult& expected);
+  std::vector<Fault> Check(platform::File& file, const std::u16string& path);
 
   platform::Files& files_;
   platform::Clock& clock_;
   const std::function<void()>& pulse_;
   std::u16string path_;
+  RepairOf which_;
   check::StandardDefinitions standard_;
 };
 
@@ -108,9 +114,7 @@ RebuildResult Repair::Write(platform::File& source, const std::u16string& workin
 // meant to be there is.
 void Repair::Verify(const std::u16string& workingPath, const RebuildResult& expected) {
   const auto file = files_.Open(workingPath, OpenMode::ReadWrite, Sharing::None);
-  CheckOptions options;
-  options.pulse = pulse_;
-  const std::vector<Fault> faults = CheckFile(*file, workingPath, options);
+  const std::vector<Fault> faults = Check(*file, workingPath);
   const auto error = std::ranges::find_if(faults, &Fault::isError);
   if (error != faults.end()) {
     Raise(platform::kErrCannotRepair,
@@ -125,32 +129,36 @@ void Repair::Verify(const std::u16string& workingPath, const RebuildResult& expe
   file->Flush();
 }
 
+std::vector<Fault> Repair::Check(platform::File& file, const std::u16string& path) {
+  CheckOptions options;
+  options.pulse = pulse_;
+  return CheckFile(file, path, options);
+}
+
 RepairReport Repair::Run() {
   std::unique_ptr<platform::File> source = OpenUnused(files_, path_, false);
   WorkingFile working(files_, path_);
-  CheckOptions options;
-  options.pulse = pulse_;
+  KeptFile kept(files_, path_, working.Path());
   RepairReport report;
-  report.found = CheckFile(*source, path_, options);
+  report.found = Check(*source, path_);
+  if (which_ == RepairOf::Damaged && !HasErrors(report.found)) return report;
   RebuildResult result = Write(*source, working.Path());
   Verify(working.Path(), result);
-  source.reset();
-  working.PutInPlaceOf(path_);
   report.tables = std::move(result.tables);
+  if (report.IsAnythingLost()) kept.Make(*source, pulse_);
+  report.keptFile = kept.Path();
+  working.PutInPlaceOf(path_, std::move(source));
   return report;
 }
 
 }  // namespace
 
-bool RepairReport::IsAnythingLost() const {
-  return std::ranges::any_of(tables, &RepairedTable::IsHarmed);
-}
-
 RepairReport RepairDatabaseFile(platform::Files& files, platform::Clock& clock,
-                                std::u16string_view path, const std::function<void()>& pulse) {
+                                std::u16string_view path, RepairOf which,
+                                const std::function<void()>& pulse) {
   return Member(kSourceEngine, [&] {
     // Behind a link it is the file itself that is replaced.
-    return Repair(files, clock, files.RealPath(path), pulse).Run();
+    return Repair(files, clock, files.RealPath(path), which, pulse).Run();
   });
 }
 

@@ -3,8 +3,9 @@
 //
 //   <name>                      held, so that nobody else opens it; read only
 //   <name>.zimbrat-naprawa      the new file, until it is verified and put in place by one rename
+//   <name>.uszkodzona           the old one, when the new one lacks something of it (kept_file.h)
 //
-// A sound file comes out with the same contents, without the pages that nothing used.
+// A sound file that is rebuilt comes out with the same contents, without the pages that nothing used.
 #pragma once
 
 #include <cstdint>
@@ -33,9 +34,17 @@ struct RepairedTable {
 struct RepairReport {
   std::vector<Fault> found;  // by the check before the repair
   std::vector<RepairedTable> tables;
+  std::u16string keptFile;  // where the damaged file lies as it was; empty when nothing was lost
 
   bool IsAnythingLost() const;
 };
+
+// In Polish, for people: what became of the rows, then each of the notes.
+std::vector<std::u16string> LinesOf(const RepairedTable& table);
+
+// Which files are rebuilt: those in which the check finds an error, or all. Any other stays as it is, byte
+// for byte.
+enum class RepairOf { Damaged, All };
 
 // Behind the file's name while the work lasts.
 inline constexpr std::u16string_view kRepairSuffix = u".zimbrat-naprawa";
@@ -48,6 +57,7 @@ inline constexpr std::u16string_view kRepairSuffix = u".zimbrat-naprawa";
 // index has a sort order other than General. Those of the disk: 3026, 3043. After each of them the
 // file is as it was.
 RepairReport RepairDatabaseFile(platform::Files& files, platform::Clock& clock,
-                                std::u16string_view path, const std::function<void()>& pulse = {});
+                                std::u16string_view path, RepairOf which = RepairOf::All,
+                                const std::function<void()>& pulse = {});
 
 }  // namespace zimbrat::jet

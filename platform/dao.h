@@ -243,6 +243,13 @@ class Workspace {
   virtual void Close() = 0;
 };
 
+// What a repair did, for the person who asked for it.
+struct RepairOutcome {
+  bool wasDamaged = false;              // and is sound now; an undamaged file is left as it was
+  std::vector<std::u16string> losses;   // in Polish, a line each
+  std::u16string keptFile;              // the damaged file as it was; empty when nothing was lost
+};
+
 class Engine {
  public:
   virtual ~Engine() = default;
@@ -251,7 +258,8 @@ class Engine {
   // Name "", user "Admin", password "": anything else is 3029.
   virtual std::shared_ptr<Workspace> CreateWorkspace(std::u16string_view name, std::u16string_view user,
                                                      std::u16string_view password) = 0;
-  virtual void RepairDatabase(std::u16string_view path) = 0;
+  // Empty from an engine that does not say.
+  virtual RepairOutcome RepairDatabase(std::u16string_view path) = 0;
 };
 
 }  // namespace zimbrat::dao

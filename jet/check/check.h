@@ -34,7 +34,7 @@ struct KeyCount {
 using KeyCounts = std::map<std::pair<std::int16_t, bool>, KeyCount>;
 
 struct CheckOptions {
-  std::size_t maxFaults = 1000;  // then the check ends with a fault that says so
+  std::size_t maxFaults = 1000;  // errors; then the check ends with one that says so
   std::function<void()> pulse;   // called from time to time
   KeyCounts* keyCounts = nullptr;
   // Warn of pages in use, long values and maps that nothing refers to. Real files have some.

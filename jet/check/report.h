@@ -1,4 +1,4 @@
-// The faults that a check has found so far, up to a limit.
+// The faults that a check has found so far: errors up to a limit, and as many warnings.
 #pragma once
 
 #include <concepts>
@@ -35,17 +35,21 @@ class Report {
   void Warning(std::u16string place, std::u16string text) {
     Add({std::move(place), std::move(text), false});
   }
-  // No more is taken: whoever walks through a file stops.
-  bool IsFull() const { return faults_.size() >= limit_; }
-  std::size_t Size() const { return faults_.size(); }
+  // No more errors are taken: whoever walks through a file stops. Warnings end no check.
+  bool IsFull() const { return errors_ >= limit_; }
   std::vector<Fault> Take();
 
  private:
   void Add(Fault fault) {
-    if (!IsFull()) faults_.push_back(std::move(fault));
+    std::size_t& count = fault.isError ? errors_ : warnings_;
+    if (count >= limit_) return;
+    ++count;
+    faults_.push_back(std::move(fault));
   }
 
   std::size_t limit_;
+  std::size_t errors_ = 0;
+  std::size_t warnings_ = 0;
   std::vector<Fault> faults_;
 };
 

@@ -14,6 +14,7 @@
 #include "jet/check/check.h"
 #include "jet/engine.h"
 #include "jet/file/format.h"
+#include "jet/repair.h"
 #include "platform/run_time_error.h"
 #include "platform/text.h"
 #include "tests/support/access_files.h"
@@ -156,7 +157,7 @@ class DamagedFiles : public ::testing::TestWithParam<std::string> {
 
   void CheckAndRepair() {
     Try([&] { CheckFile(files_, kPath); });
-    if (!Try([&] { engine_->RepairDatabase(kPath); })) return;
+    if (!Try([&] { RepairDatabaseFile(files_, clock_, kPath); })) return;
     for (const Fault& fault : CheckFile(files_, kPath)) {
       ADD_FAILURE() << platform::Utf8FromUtf16(fault.place) << ": " << platform::Utf8FromUtf16(fault.text);
     }

@@ -12,6 +12,7 @@
 
 #include "jet/check/check.h"
 #include "jet/engine.h"
+#include "jet/repair.h"
 #include "platform/error_numbers.h"
 #include "platform/system.h"
 #include "platform/text.h"
@@ -40,7 +41,7 @@ class StructureModel {
     for (int i = 0; i < kStepsOfABatch && !::testing::Test::HasFailure(); ++i) Step();
     Compare();
     database_->Close();
-    if (chance_.OneIn(6)) engine_->RepairDatabase(path_);
+    if (chance_.OneIn(6)) jet::RepairDatabaseFile(*system_.files, clock_, path_);
     for (const jet::Fault& fault : jet::CheckFile(*system_.files, path_)) {
       ADD_FAILURE() << platform::Utf8FromUtf16(fault.place) << ": " << platform::Utf8FromUtf16(fault.text);
     }

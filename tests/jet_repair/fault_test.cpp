@@ -1,5 +1,6 @@
 // Each call to the disk fails once during a repair: the old file stays as it was or the new one is
-// there whole, and nothing else lies around after the next run.
+// there whole, and beside it, when something was lost, the old one. Nothing else lies around after the
+// next run.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -25,41 +26,58 @@ class RepairFaults : public testing::Test {
  protected:
   void SetUp() override {
     if (!HasAccessFiles()) GTEST_SKIP();
+    Damage(kMapOfFreePages);
+  }
+  // The file with that page wiped, and what the repair makes of it.
+  void Damage(std::ptrdiff_t page) {
     std::ifstream in(AccessFile("overflow.mdb"), std::ios::binary);
     damaged_.assign(std::istreambuf_iterator<char>(in), {});
-    std::fill_n(damaged_.begin() + 4096, 4096, '\0');
+    std::fill_n(damaged_.begin() + page * 4096, 4096, '\0');
     folder_.Write(u"a.mdb", damaged_);
     jet::RepairDatabaseFile(*system_.files, clock_, path_);
     repaired_ = folder_.Read(u"a.mdb");
     ASSERT_NE(repaired_, damaged_);
+    names_ = folder_.Names();
   }
 
   // False when the repair has fewer calls.
   bool FailCall(std::uint64_t n, Fault how, std::int32_t error, bool forGood) {
     folder_.Write(u"a.mdb", damaged_);
+    if (HasKept()) system_.files->Delete(kept_);
     FailingFiles files(*system_.files);
     files.plan = {.call = n, .how = how, .error = error, .forGood = forGood};
     const std::int32_t number = ErrorOf([&] { jet::RepairDatabaseFile(files, clock_, path_); });
+    const std::string where = std::string(files.FailedCall()) + " " + std::to_string(n);
     const std::string now = folder_.Read(u"a.mdb");
-    EXPECT_EQ(now == repaired_, now != damaged_) << files.FailedCall() << " " << n;
-    EXPECT_TRUE(number != 0 || now == repaired_) << files.FailedCall() << " " << n;
+    EXPECT_EQ(now == repaired_, now != damaged_) << where;
+    EXPECT_TRUE(number != 0 || now == repaired_) << where;
+    if (!forGood) {
+      EXPECT_EQ(folder_.Names(), now == repaired_ ? names_ : Names{u"a.mdb"}) << where;
+    }
+    folder_.Write(u"a.mdb", damaged_);
     EXPECT_EQ(ErrorOf([&] { jet::RepairDatabaseFile(*system_.files, clock_, path_); }), 0);
     EXPECT_EQ(folder_.Read(u"a.mdb"), repaired_);
-    EXPECT_EQ(folder_.Names(), std::vector<std::u16string>{u"a.mdb"})
-        << files.FailedCall() << " " << n;
+    EXPECT_EQ(folder_.Names(), names_) << where;
+    if (HasKept()) {
+      EXPECT_EQ(folder_.Read(u"a.mdb.uszkodzona"), damaged_) << where;
+    }
     return files.HasFailed();
   }
+  void FailEveryCall();
+  bool HasKept() { return system_.files->IsFile(kept_); }
+
+  using Names = std::vector<std::u16string>;
+  static constexpr std::ptrdiff_t kMapOfFreePages = 1, kMovedRows = 31;
 
   TempFolder folder_;
   FakeClock clock_;
   System system_ = MakeSystem(0, nullptr);
-  std::u16string path_ = folder_.PathOf(u"a.mdb");
+  std::u16string path_ = folder_.PathOf(u"a.mdb"), kept_ = folder_.PathOf(u"a.mdb.uszkodzona");
   std::string damaged_, repaired_;
+  Names names_;  // in the folder after the repair
 };
 
-}  // namespace
-
-TEST_F(RepairFaults, LeaveTheOldFileOrTheNewOne) {
+void RepairFaults::FailEveryCall() {
   struct Kind {
     Fault how;
     std::int32_t error;
@@ -72,6 +90,19 @@ TEST_F(RepairFaults, LeaveTheOldFileOrTheNewOne) {
     while (FailCall(n, kind.how, kind.error, kind.forGood) && !HasFailure()) ++n;
     EXPECT_GT(n, 100u);
   }
+}
+
+}  // namespace
+
+TEST_F(RepairFaults, LeaveTheOldFileOrTheNewOne) {
+  EXPECT_FALSE(HasKept()) << "nothing is lost with the map of free pages";
+  FailEveryCall();
+}
+
+TEST_F(RepairFaults, LeaveNoHalfOfWhatIsKept) {
+  Damage(kMovedRows);
+  ASSERT_TRUE(HasKept());
+  FailEveryCall();
 }
 
 TEST_F(RepairFaults, OfUseByOthersAreTold) {

@@ -56,9 +56,51 @@ TEST(Repair, IsReachedThroughTheEngine) {
   const Contents before = bench.Read();
   std::fill(bench.Page(1).begin(), bench.Page(1).end(), std::byte{0});
   const auto engine = jet::MakeEngine(bench.files, bench.clock, {});
-  engine->RepairDatabase(kPath);
+  const dao::RepairOutcome outcome = engine->RepairDatabase(kPath);
+  EXPECT_TRUE(outcome.wasDamaged);
+  EXPECT_TRUE(outcome.losses.empty());
+  EXPECT_EQ(outcome.keptFile, u"");
   EXPECT_TRUE(jet::CheckFile(bench.files, kPath).empty());
   EXPECT_EQ(DifferenceOf(before, bench.Read()), "");
+}
+
+// It is asked for at every check of somebody's only copy.
+TEST(Repair, ThroughTheEngineLeavesSoundFilesAlone) {
+  if (!HasAccessFiles()) GTEST_SKIP();
+  for (const std::filesystem::path& path : SoundAccessFiles()) {
+    RepairBench bench(path);
+    const FileBytes before = bench.bytes();
+    const dao::RepairOutcome outcome =
+        jet::MakeEngine(bench.files, bench.clock, {})->RepairDatabase(kPath);
+    EXPECT_FALSE(outcome.wasDamaged) << path;
+    EXPECT_EQ(bench.bytes(), before) << path;
+  }
+}
+
+// What was lost is told, and the damaged file stays beside the repaired one: each once, none over another.
+TEST(Repair, KeepsTheDamagedFileWhenSomethingIsLost) {
+  if (!HasAccessFiles()) GTEST_SKIP();
+  RepairBench bench(AccessFile("overflow.mdb"));
+  const FileBytes sound = bench.bytes();
+  const auto engine = jet::MakeEngine(bench.files, bench.clock, {});
+  const auto repairAfter = [&](std::initializer_list<std::size_t> wiped) {
+    bench.bytes() = sound;
+    for (const std::size_t page : wiped) std::ranges::fill(bench.Page(page), std::byte{0});
+    const FileBytes damaged = bench.bytes();
+    const dao::RepairOutcome outcome = engine->RepairDatabase(kPath);
+    EXPECT_TRUE(outcome.wasDamaged);
+    EXPECT_NE(bench.bytes(), damaged);
+    EXPECT_TRUE(jet::CheckFile(bench.files, kPath).empty());
+    EXPECT_EQ(bench.files.BytesOf(outcome.keptFile), damaged);
+    EXPECT_FALSE(outcome.losses.empty());
+    for (const std::u16string& line : outcome.losses) EXPECT_TRUE(line.starts_with(u"tabela „"));
+    return outcome.keptFile;
+  };
+  const std::u16string first = std::u16string(kPath) + u".uszkodzona";
+  EXPECT_EQ(repairAfter({31}), first);
+  EXPECT_EQ(repairAfter({27}), first + u"-2");
+  EXPECT_EQ(repairAfter({31}), first) << "it is there already";
+  EXPECT_EQ(repairAfter({27, 31}), first + u"-3");
 }
 
 TEST(Repair, RefusesWhatItCannotRead) {

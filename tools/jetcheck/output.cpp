@@ -17,16 +17,6 @@ std::u16string NumberText(std::uint64_t number) {
   return platform::DecimalText(static_cast<long long>(number));
 }
 
-std::u16string LinesOf(const std::u16string& path, const jet::RepairedTable& table) {
-  const std::u16string start = path + u": tabela „" + table.name + u"”: ";
-  std::u16string lines = start + u"zachowano wierszy: " + NumberText(table.saved);
-  if (table.partial != 0) lines += u", w tym częściowo: " + NumberText(table.partial);
-  if (table.lost != 0) lines += u", utracono: " + NumberText(table.lost);
-  lines += u"\n";
-  for (const std::u16string& note : table.notes) lines += start + note + u"\n";
-  return lines;
-}
-
 std::u16string JsonOfFault(const jet::Fault& fault) {
   return JsonObject({{u"miejsce", JsonString(fault.place)},
                      {u"opis", JsonString(fault.text)},
@@ -53,7 +43,11 @@ std::u16string LinesOf(const FileResult& result) {
   const bool wasSound = result.faults.empty() && result.status == 0;
   if (!result.repair || wasSound) return lines;
   for (const jet::RepairedTable& table : result.repair->tables) {
-    if (!table.isSystem || table.IsHarmed()) lines += LinesOf(result.path, table);
+    if (table.isSystem && !table.IsHarmed()) continue;
+    for (const std::u16string& line : jet::LinesOf(table)) lines += result.path + u": " + line + u"\n";
+  }
+  if (!result.repair->keptFile.empty()) {
+    lines += result.path + u": uszkodzony plik zachowano jako " + result.repair->keptFile + u"\n";
   }
   return lines + result.path +
          (result.status == 0 ? u": naprawiono bez strat\n" : u": naprawiono, są straty\n");
@@ -66,7 +60,8 @@ std::u16string JsonOf(const FileResult& result) {
                      {u"opis", JsonString(result.failure)},
                      {u"bledy", JsonArray(result.faults, JsonOfFault)},
                      {u"naprawiono", result.repair ? u"true" : u"false"},
-                     {u"tabele", JsonArray(tables, JsonOfTable)}});
+                     {u"tabele", JsonArray(tables, JsonOfTable)},
+                     {u"zachowany", JsonString(result.repair ? result.repair->keptFile : u"")}});
 }
 
 std::u16string LinesOf(const jet::KeyCounts& keys) {

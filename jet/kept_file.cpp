@@ -1,0 +1,101 @@
+#include "kept_file.h"
+
+#include <algorithm>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "platform/run_time_error.h"
+#include "platform/text.h"
+
+namespace zimbrat::jet {
+
+namespace {
+
+using platform::OpenMode;
+using platform::Sharing;
+
+constexpr std::u16string_view kUnfinishedSuffix = u".zimbrat-uszkodzona";
+constexpr std::u16string_view kKeptSuffix = u".uszkodzona";
+constexpr std::size_t kSizeOfPart = std::size_t{1} << 18;
+
+// From the first byte to the last: work(offset, bytes) returns whether to go on.
+template <class Work>
+void ForEachPart(platform::File& file, Work work) {
+  std::vector<std::byte> part(kSizeOfPart);
+  for (std::uint64_t offset = 0;;) {
+    const std::size_t size = file.ReadAt(offset, part);
+    if (size == 0 || !work(offset, std::span<const std::byte>(part).first(size))) return;
+    offset += size;
+  }
+}
+
+}  // namespace
+
+KeptFile::KeptFile(platform::Files& files, std::u16string original, std::u16string workingPath)
+    : files_(files),
+      original_(std::move(original)),
+      workingPath_(std::move(workingPath)),
+      unfinished_(original_ + std::u16string(kUnfinishedSuffix)) {
+  RemoveUnfinished();
+}
+
+KeptFile::~KeptFile() {
+  try {
+    RemoveUnfinished();
+    if (isOurs_ && files_.State(workingPath_) && files_.State(path_)) files_.Delete(path_);
+  } catch (const std::exception&) {
+    // Nothing is lost by a copy too many.
+  }
+}
+
+void KeptFile::RemoveUnfinished() {
+  if (files_.State(unfinished_)) files_.Delete(unfinished_);
+}
+
+bool KeptFile::IsCopyOf(const std::u16string& path, platform::File& source) {
+  try {
+    if (files_.State(path)->size != source.Size()) return false;
+    const auto other = files_.Open(path, OpenMode::Read, Sharing::All);
+    std::vector<std::byte> bytes(kSizeOfPart);
+    bool isEqual = true;
+    ForEachPart(source, [&](std::uint64_t offset, std::span<const std::byte> part) {
+      isEqual = other->ReadAt(offset, std::span(bytes).first(part.size())) == part.size() &&
+                std::equal(part.begin(), part.end(), bytes.begin());
+      return isEqual;
+    });
+    return isEqual;
+  } catch (const platform::RunTimeError&) {
+    return false;  // a file that cannot be read is none to rely on
+  }
+}
+
+void KeptFile::Write(platform::File& source, const std::function<void()>& pulse) {
+  const auto copy = files_.Open(unfinished_, OpenMode::CreateNew, Sharing::None);
+  // Before there is anything to read: whoever might not read the original may not read this.
+  files_.CopyAttributes(original_, unfinished_);
+  ForEachPart(source, [&](std::uint64_t offset, std::span<const std::byte> part) {
+    copy->WriteAt(offset, part);
+    if (pulse) pulse();
+    return true;
+  });
+  copy->Flush();
+}
+
+void KeptFile::Make(platform::File& source, const std::function<void()>& pulse) {
+  const std::u16string first = original_ + std::u16string(kKeptSuffix);
+  std::u16string name = first;
+  for (int number = 2; files_.State(name); ++number) {
+    if (IsCopyOf(name, source)) {
+      path_ = name;
+      return;
+    }
+    name = first + u"-" + platform::DecimalText(number);
+  }
+  Write(source, pulse);
+  path_ = name;
+  isOurs_ = true;
+  files_.Replace(unfinished_, path_);
+}
+
+}  // namespace zimbrat::jet
