@@ -71,9 +71,7 @@ bool KeptFile::IsCopyOf(const std::u16string& path, platform::File& source) {
 }
 
 void KeptFile::Write(platform::File& source, const std::function<void()>& pulse) {
-  const auto copy = files_.Open(unfinished_, OpenMode::CreateNew, Sharing::None);
-  // Before there is anything to read: whoever might not read the original may not read this.
-  files_.CopyAttributes(original_, unfinished_);
+  const auto copy = files_.Open(unfinished_, OpenMode::CreatePrivate, Sharing::None);
   ForEachPart(source, [&](std::uint64_t offset, std::span<const std::byte> part) {
     copy->WriteAt(offset, part);
     if (pulse) pulse();
@@ -93,6 +91,7 @@ void KeptFile::Make(platform::File& source, const std::function<void()>& pulse) 
     name = first + u"-" + platform::DecimalText(number);
   }
   Write(source, pulse);
+  files_.CopyAttributes(original_, unfinished_);
   path_ = name;
   isOurs_ = true;
   files_.Replace(unfinished_, path_);

@@ -1,7 +1,7 @@
 // The damaged file, whole, beside the repaired one that lost some of it: who can get more out of it finds
 // it there.
 //
-//   <name>.zimbrat-uszkodzona   being written
+//   <name>.zimbrat-uszkodzona   being written, for the owner alone
 //   <name>.uszkodzona           kept; with a number behind it when that name is taken
 #pragma once
 

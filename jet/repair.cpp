@@ -37,11 +37,9 @@ class WorkingFile {
   WorkingFile& operator=(const WorkingFile&) = delete;
 
   const std::u16string& Path() const { return path_; }
-  // Between the end of the hold on the old file and the rename there is no other call.
   void PutInPlaceOf(const std::u16string& target, std::unique_ptr<platform::File> source) {
     files_.CopyAttributes(target, path_);
-    source.reset();
-    files_.Replace(path_, target);
+    files_.ReplaceHeld(path_, target, std::move(source));
     isInPlace_ = true;
   }
 
@@ -93,7 +91,7 @@ std::unique_ptr<DatabaseFile> Repair::Create(ConstBytes header, const std::u16st
   std::array<std::byte, kPageSize> page;
   std::copy(header.begin(), header.end(), page.begin());
   RenewHeader(page, key);
-  auto file = files_.Open(workingPath, OpenMode::CreateNew, Sharing::None);
+  auto file = files_.Open(workingPath, OpenMode::CreatePrivate, Sharing::None);
   file->WriteAt(0, page);
   auto database = std::make_unique<DatabaseFile>(files_, clock_, std::move(file), workingPath,
                                                  DecodeHeader(page, path_), false);

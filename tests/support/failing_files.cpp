@@ -87,9 +87,10 @@ void FailingFiles::Pass(const char* name, bool isChange, std::u16string_view pat
 }
 
 std::unique_ptr<File> FailingFiles::Open(std::u16string_view path, OpenMode mode, Sharing sharing) {
-  Pass("Open", mode == OpenMode::CreateNew, path);
+  const bool creates = mode == OpenMode::CreateNew || mode == OpenMode::CreatePrivate;
+  Pass("Open", creates, path);
   std::unique_ptr<File> file = inner_.Open(path, mode, sharing);
-  if (mode == OpenMode::CreateNew) IfTracked([&] { unsynced_.Created(path); });
+  if (creates) IfTracked([&] { unsynced_.Created(path); });
   return std::make_unique<FailingFile>(*this, std::move(file), std::u16string(path), true);
 }
 
