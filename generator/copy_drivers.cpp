@@ -63,6 +63,7 @@ bool PrzywrocKopie(ProgramState& state, WorkingCopy& copy, NewDatabaseFile& targ
     const bool isUnchanged = source.Path() == target.TargetPath() && copy.EqualsSource();
     if (!isUnchanged) {
       target.TakeFrom(*copy.OpenForReading(), source.State().isPrivate);
+      copy.LetGoOfSource();
       target.PutInPlace(source.Path());
     }
     copy.Remove();

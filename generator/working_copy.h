@@ -35,6 +35,8 @@ class WorkingCopy {
   bool Exists() const { return on_.files.IsFile(path_); }
   std::unique_ptr<platform::File> OpenForReading() const;
   bool EqualsSource();
+  // Ends the hold on the source; the target keeps its own where they are one file.
+  void LetGoOfSource() { source_->HandOver().reset(); }
   // Deletes it. Whoever holds it for a moment is waited for.
   void Remove();
 

@@ -1,13 +1,10 @@
 #include "win32_files.h"
 
-#include <windows.h>
-
-#include <sddl.h>
-
 #include <algorithm>
 #include <random>
 
 #include "handles.h"
+#include "owners_rights.h"
 #include "platform/error_numbers.h"
 #include "platform/file_errors.h"
 #include "platform/text.h"
@@ -62,23 +59,6 @@ FileHandle OpenForQuestions(std::u16string_view path) {
   return FileHandle(::CreateFileW(Lend(SystemPath(path)), FILE_READ_ATTRIBUTES, kShareAll, nullptr,
                                   OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
-
-// A list of rights that lets in the owner, the system and nobody else. Where the system cannot make one the
-// folder's own rights stay.
-class OwnersRights {
- public:
-  OwnersRights() {
-    if (::ConvertStringSecurityDescriptorToSecurityDescriptorW(
-            L"D:P(A;;FA;;;OW)(A;;FA;;;SY)", SDDL_REVISION_1, descriptor_.Receive(), nullptr)) {
-      attributes_.lpSecurityDescriptor = descriptor_.Get();
-    }
-  }
-  SECURITY_ATTRIBUTES* Attributes() { return &attributes_; }
-
- private:
-  LocalHandle descriptor_;
-  SECURITY_ATTRIBUTES attributes_{sizeof(SECURITY_ATTRIBUTES), nullptr, FALSE};
-};
 
 std::int64_t UnixNanoseconds(FILETIME time) {
   constexpr std::int64_t kFrom1601To1970 = 116444736000000000;

@@ -41,9 +41,9 @@ class Template : public testing::Test {
     platform::ProgressBar bar;
     ASSERT_TRUE(generator::WyczyscWzorzec(bench_.state, bench_.PathOf(u"baza.mdb"), bar))
         << bench_.Summary();
-    bench_.Open(u"baza.mdb");
     EXPECT_NO_THROW(
         engines::VerifyDatabase(bench_.files, bench_.PathOf(u"baza.mdb"), {}, {}));
+    bench_.Open(u"baza.mdb");
   }
   std::string Ids(std::u16string_view table) {
     return Rows(Database(), u"SELECT Id FROM [" + std::u16string(table) + u"] ORDER BY Id");
