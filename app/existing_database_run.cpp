@@ -7,6 +7,8 @@
 namespace zimbrat::app {
 namespace {
 
+constexpr std::u16string_view kTitle = u"Zimbrat bazy";
+
 constexpr std::u16string_view kNoChoice = u"Wskaż bazę danych i spróbuj ponownie.";
 
 constexpr std::u16string_view kNoRepair =
@@ -33,11 +35,23 @@ bool Repair(suite::ProgramState& state, std::u16string_view path) {
   return NaprawBaze(state, path) || Refuse(state, kNoRepair, platform::kMsgCritical);
 }
 
+// Nobody should learn of lost rows from his customers.
+void TellLosses(suite::ProgramState& state, const dao::RepairOutcome& outcome) {
+  if (outcome.losses.empty()) return;
+  std::u16string text =
+      u"Baza danych była uszkodzona. Naprawa odzyskała z niej wszystko, co dało się odczytać, oprócz:";
+  for (const std::u16string& loss : outcome.losses) text.append(suite::kCrLf).append(loss);
+  if (!outcome.keptFile.empty()) {
+    text.append(suite::kCrLf).append(u"Uszkodzony plik zachowano: ").append(outcome.keptFile);
+  }
+  state.on.host.ShowMessage(text, platform::kMsgExclamation, kTitle);
+}
+
 }  // namespace
 
 bool NaprawBaze(suite::ProgramState& state, std::u16string_view path) {
   return suite::Record(state.context, [&] {
-    state.Engine().RepairDatabase(path);
+    TellLosses(state, state.Engine().RepairDatabase(path));
     return true;
   });
 }

@@ -15,7 +15,8 @@
 
 namespace zimbrat::app {
 
-// The engine's repair of the file. The error context tells why it failed.
+// The engine's repair of the file; tells the user what could not be saved. The error context tells
+// why it failed.
 bool NaprawBaze(suite::ProgramState& state, std::u16string_view path);
 
 // Fills the list for the tasks that have one: the programs of those structure files and the state

@@ -49,7 +49,7 @@ Outcome Extend(const CommandContext& context, suite::Task task,
     return app::RunExtension(state, task, database, selection, bar);
   });
   if (!result.done) return Failed(context.host.Messages() + result.text);
-  outcome.text = result.text;
+  outcome.text = context.host.Messages() + result.text;
   outcome.database = database;
   return outcome;
 }

@@ -87,6 +87,26 @@ TEST_F(ExistingDatabase, StaysWhereTheDatabaseCannotBeUsed) {
   EXPECT_EQ(bench_.folder.Read(u"tekst.mdb"), "to nie jest baza");
 }
 
+TEST_F(ExistingDatabase, RepairTellsWhatItCouldNotSave) {
+  dao::Database& database = bench_.Open(u"Firma.mdb");
+  for (int i = 0; i < 300; ++i) {
+    database.Execute(u"INSERT INTO ABDok (Numer) VALUES ('faktura numer " +
+                     platform::DecimalText(i) + u"')");
+  }
+  bench_.Close();
+  const std::string damaged = [&] {
+    std::string bytes = bench_.folder.Read(u"Firma.mdb");
+    return bytes.replace(bytes.size() - 4096, 4096, 4096, '\0');  // the last page: rows
+  }();
+  bench_.folder.Write(u"Firma.mdb", damaged);
+  ASSERT_TRUE(Prepare(Task::Sprawdz)) << LastMessage();
+  ASSERT_EQ(bench_.host.messages.size(), 1u);
+  EXPECT_NE(LastMessage().find("ABDok"), std::string::npos) << LastMessage();
+  EXPECT_NE(LastMessage().find(Utf8(bench_.PathOf(u"Firma.mdb.uszkodzona"))), std::string::npos)
+      << LastMessage();
+  EXPECT_EQ(bench_.folder.Read(u"Firma.mdb.uszkodzona"), damaged);
+}
+
 TEST_F(ExistingDatabase, RunWithoutADatabaseSaysSo) {
   platform::ProgressBar bar;
   EXPECT_FALSE(app::RunExtension(bench_.state, Task::Dodaj, u"", {}, bar).done);
