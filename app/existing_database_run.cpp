@@ -2,6 +2,7 @@
 
 #include "generator/ModGeneruj.h"
 #include "suite/manners.h"
+#include "platform/files.h"
 #include "platform/host.h"
 
 namespace zimbrat::app {
@@ -65,6 +66,8 @@ bool PrepareDatabase(suite::ProgramState& state, suite::Task task, std::u16strin
   platform::Secret password(state.databasePassword.View());
   if (!suite::OpenAndIdentify(state, path, password)) return false;
   if (task != suite::Task::Wzorzec) {
+    // A run killed in its last moment: the programs are there, so no run may follow that clears up.
+    suite::Attempt([&] { generator::RemoveLeftovers(state.on, platform::FolderOfPath(path)); });
     suite::CompareWithDatabase(state, path, structureFiles, programs, isCheck);
   }
   return true;

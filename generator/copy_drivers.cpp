@@ -61,12 +61,11 @@ bool PrzywrocKopie(ProgramState& state, WorkingCopy& copy, NewDatabaseFile& targ
     }
     const HeldFile& source = copy.Source();
     const bool isUnchanged = source.Path() == target.TargetPath() && copy.EqualsSource();
-    if (!isUnchanged) {
-      target.TakeFrom(*copy.OpenForReading(), source.State().isPrivate);
-      copy.LetGoOfSource();
-      target.PutInPlace(source.Path());
-    }
+    if (!isUnchanged) target.TakeFrom(*copy.OpenForReading(), source.State().isPrivate);
+    // Before the new file is in place: a run killed behind that point might find no next one.
+    copy.LetGoOfSource();
     copy.Remove();
+    if (!isUnchanged) target.PutInPlace(source.Path());
     return true;
   });
 }

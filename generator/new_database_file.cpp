@@ -12,6 +12,20 @@ namespace zimbrat::generator {
 using platform::OpenMode;
 using platform::Sharing;
 
+// The file, and what the system kept beside it for the hold, which goes with a hold that ends properly.
+void RemoveLeftovers(const suite::Surroundings& on, std::u16string_view folder) {
+  const std::u16string ending = u".mdb" + std::u16string(kWorkingSuffix);
+  for (const std::u16string& name : on.files.List(folder, u"*" + ending + u"*")) {
+    const std::size_t at = name.rfind(ending);
+    if (at == std::u16string::npos) continue;  // written in another case: not ours
+    suite::Attempt([&] {
+      const std::u16string path = platform::JoinPath(folder, name.substr(0, at + ending.size()));
+      const auto hold = on.files.TryHold(path);
+      if (hold) RemoveName(on.files, path);
+    });
+  }
+}
+
 NewDatabaseFile::~NewDatabaseFile() {
   if (!hold_) return;
   suite::Attempt([&] { RemoveName(on_.files, workingPath_); });
@@ -22,7 +36,7 @@ void NewDatabaseFile::Begin(std::u16string_view targetPath) {
   // Behind a link it is the file itself that is replaced.
   targetPath_ = old ? on_.files.RealPath(targetPath) : std::u16string(targetPath);
   workingPath_ = targetPath_ + std::u16string(kWorkingSuffix);
-  RemoveLeftovers(platform::FolderOfPath(targetPath_));
+  RemoveLeftovers(on_, platform::FolderOfPath(targetPath_));
   auto hold = on_.files.TryHold(workingPath_);
   if (!hold) {
     throw platform::RunTimeError(platform::kErrPermissionDenied, platform::kOwnErrorSource,
@@ -34,21 +48,6 @@ void NewDatabaseFile::Begin(std::u16string_view targetPath) {
   }
   if (old) oldFile_.emplace(on_.files, targetPath_);
   hold_ = std::move(hold);
-}
-
-// Working names that no running process holds: the file, and what the system kept beside it for the
-// hold, which goes with a hold that ends properly.
-void NewDatabaseFile::RemoveLeftovers(std::u16string_view folder) {
-  const std::u16string ending = u".mdb" + std::u16string(kWorkingSuffix);
-  for (const std::u16string& name : on_.files.List(folder, u"*" + ending + u"*")) {
-    const std::size_t at = name.rfind(ending);
-    if (at == std::u16string::npos) continue;  // written in another case: not ours
-    suite::Attempt([&] {
-      const std::u16string path = platform::JoinPath(folder, name.substr(0, at + ending.size()));
-      const auto hold = on_.files.TryHold(path);
-      if (hold) RemoveName(on_.files, path);
-    });
-  }
 }
 
 void NewDatabaseFile::TakeFrom(platform::File& content, bool isPrivate) {

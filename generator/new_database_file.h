@@ -23,6 +23,9 @@ namespace zimbrat::generator {
 // Behind the target's name while the work lasts.
 inline constexpr std::u16string_view kWorkingSuffix = u".zimbrat-nowa";
 
+// Removes the working names in the folder that no running process holds.
+void RemoveLeftovers(const suite::Surroundings& on, std::u16string_view folder);
+
 class NewDatabaseFile {
  public:
   explicit NewDatabaseFile(const suite::Surroundings& on) : on_(on) {}
@@ -45,7 +48,6 @@ class NewDatabaseFile {
   const std::u16string& TargetPath() const { return targetPath_; }
 
  private:
-  void RemoveLeftovers(std::u16string_view folder);
   bool IsTargetAsFound() const;
   [[noreturn]] void PutBeside();
 
