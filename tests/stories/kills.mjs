@@ -1,64 +1,99 @@
-// zimbratc killed at random moments while it creates a database over an old one: the old file or a sound new
-// one is there each time, and the next run leaves nothing else in the folder.
+// zimbratc killed at random moments of each of its four tasks, on databases of about 10 and 60 tables. Afterwards the
+// old file is there byte for byte, or a sound new one with the task's effect, and the template is as it was; the same
+// command simply works again, and after it nothing else is left, neither beside the database nor in the working folder.
 //
-//   node kills.mjs ROUNDS ZIMBRATC JETCHECK STRUCTURES [SEED]
-import { spawn, spawnSync } from "node:child_process";
+//   node kills.mjs ROUNDS ZIMBRATC JETSQL JETCHECK GENERATOR [SEED]
+import { spawn } from "node:child_process";
 import fs from "node:fs";
-import os from "node:os";
 import path from "node:path";
 import { setTimeout as sleep } from "node:timers/promises";
 
-const [rounds, zimbratc, jetcheck, structures, given] = process.argv.slice(2);
+import { faultOf, tasksOf } from "./killed_tasks.mjs";
+import { attempt, expect, tell } from "./story.mjs";
+
+const [rounds, zimbratc, jetsql, jetcheck, generator, given] = process.argv.slice(2);
+const programs = { zimbratc, jetsql, jetcheck, generator };
 const seed = Number(given ?? Date.now() % 1000000);
 let state = seed;
 // A linear congruential sequence: the same kills for the same seed, as far as the machine allows.
 const random = () => (state = (state * 1103515245 + 12345) % 2147483648) / 2147483648;
 
-const folder = fs.mkdtempSync(path.join(os.tmpdir(), "zimbrat-kills-"));
-const database = path.join(folder, "Firma.mdb");
-const old = Buffer.from("stara baza");
-const words = ["nowa", "--folder", folder, "--nazwa", "Firma", "--nadpisz", "--struktury",
-               path.join(structures, "kadry.stb")];
-let faults = 0;
-function expect(holds, what) {
-  if (holds) return;
-  faults += 1;
-  console.log(`seed ${seed}: ${what}`);
-}
+await tell("kills", async (folder) => {
+  const [data, work] = ["dane", "temp"].map((name) => path.join(folder, name));
+  const env = { ...process.env, TEMP: work, TMPDIR: work, ZIMBRAT_REJESTR: path.join(folder, "rejestr.reg") };
+  const options = { cwd: data, env };
 
-function isOldOrSound() {
-  const content = fs.readFileSync(database);
-  return content.equals(old) || spawnSync(jetcheck, [database]).status === 0;
-}
+  function lay(before) {
+    for (const name of [data, work]) {
+      fs.rmSync(name, { recursive: true, force: true });
+      fs.mkdirSync(name);
+    }
+    for (const [name, content] of Object.entries(before)) fs.writeFileSync(path.join(data, name), content);
+  }
 
-const whole = (() => {
-  fs.writeFileSync(database, old);
-  const start = performance.now();
-  expect(spawnSync(zimbratc, words).status === 0, "the run without a kill failed");
-  return performance.now() - start;
-})();
-
-const outcomes = { old: 0, new: 0 };
-try {
-  for (let round = 0; round < Number(rounds); ++round) {
-    fs.writeFileSync(database, old);
-    const child = spawn(zimbratc, words, { stdio: "ignore" });
+  // Uniformly over the time that a whole run takes, and a little beyond.
+  async function kill(task) {
+    const child = spawn(zimbratc, task.words, { ...options, stdio: "ignore" });
     const ended = new Promise((resolve) => child.on("exit", resolve));
-    await sleep(random() * whole * 1.1);
+    await sleep(random() * task.whole * 1.1);
     child.kill("SIGKILL");
     await ended;
-    expect(isOldOrSound(), `round ${round}: neither the old file nor a sound new one`);
-    outcomes[fs.readFileSync(database).equals(old) ? "old" : "new"] += 1;
-    if (round % 10 === 0) {
-      expect(spawnSync(zimbratc, words).status === 0, `round ${round}: the next run failed`);
-      expect(fs.readdirSync(folder).join() === "Firma.mdb",
-             `round ${round}: left over: ${fs.readdirSync(folder)}`);
-    }
   }
-  spawnSync(zimbratc, words);
-  expect(fs.readdirSync(folder).join() === "Firma.mdb", `left over: ${fs.readdirSync(folder)}`);
-} finally {
-  fs.rmSync(folder, { recursive: true });
-}
-console.log(`${rounds} kills: ${outcomes.old} left the old file, ${outcomes.new} the new one`);
-process.exit(faults === 0 ? 0 : 1);
+
+  function isAsBefore(name, before) {
+    const file = path.join(data, name);
+    return fs.existsSync(file) ? Boolean(before[name]?.equals(fs.readFileSync(file))) : !before[name];
+  }
+
+  function checkNextRun(task, before, wasDone, note) {
+    const done = wasDone ? fs.readFileSync(path.join(data, task.target)) : null;
+    const next = attempt(zimbratc, task.words, options);
+    if (wasDone && task.refusalWhenDone) {
+      note(next.status === 1 && task.refusalWhenDone.test(next.stderr) &&
+           done.equals(fs.readFileSync(path.join(data, task.target))), `the next run was not refused: ${next.stderr}`);
+    } else {
+      note(next.status === 0, `the next run failed: ${next.stderr}`);
+    }
+    const fault = faultOf(programs, task, path.join(data, task.target), attempt);
+    note(!fault, `after the next run: ${fault}`);
+    const names = [...new Set([...Object.keys(before), task.target])].sort();
+    note(String(fs.readdirSync(data)) === String(names), `left over: ${fs.readdirSync(data)}`);
+    note(fs.readdirSync(work).length === 0, `left in the working folder: ${fs.readdirSync(work)}`);
+  }
+
+  const tasks = [10, 60].flatMap((tables) => tasksOf(programs, path.join(folder, `pliki${tables}`), tables));
+  for (const task of tasks) {
+    task.whole = 0;
+    for (const share of [0.5, 0.5]) {
+      lay(task.before.at(-1));
+      const start = performance.now();
+      const run = attempt(zimbratc, task.words, options);
+      task.whole += share * (performance.now() - start);
+      const fault = faultOf(programs, task, path.join(data, task.target), attempt);
+      expect(run.status === 0 && !fault, `${task.name}, ${task.tables} tables, without a kill: ${run.stderr}${fault}`);
+    }
+    task.outcomes = { old: 0, new: 0 };
+  }
+  for (let round = 0; round < Number(rounds); ++round) {
+    const task = tasks[round % tasks.length];
+    const note = (holds, what) =>
+      expect(holds, `seed ${seed}, round ${round}: ${task.name}, ${task.tables} tables: ${what}`);
+    const before = task.before[Math.floor(random() * task.before.length)];
+    lay(before);
+    await kill(task);
+    const isOld = isAsBefore(task.target, before);
+    task.outcomes[isOld ? "old" : "new"] += 1;
+    if (!isOld) {
+      const fault = faultOf(programs, task, path.join(data, task.target), attempt);
+      note(!fault, `neither the old file nor a whole new one: ${fault}`);
+    }
+    for (const name of Object.keys(before)) {
+      note(name === task.target || isAsBefore(name, before), `${name} has changed`);
+    }
+    checkNextRun(task, before, !isOld, note);
+  }
+  for (const { name, tables, whole, outcomes } of tasks) {
+    console.log(`${name}, ${tables} tables, ${Math.round(whole)} ms: ` +
+                `${outcomes.old} kills left the old file, ${outcomes.new} the new one`);
+  }
+});
