@@ -1,6 +1,7 @@
 #include "console/console_host.h"
 
 #include "suite/ModPrgFun.h"
+#include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
 #include "platform/text.h"
 
@@ -13,6 +14,10 @@ int ConsoleHost::ShowMessage(std::u16string_view prompt, int buttons, std::u16st
   if (isQuestion) messages_.append(u" Aby to zrobić, dodaj opcję --nadpisz.");
   messages_.append(suite::kCrLf);
   return isQuestion ? platform::kAnswerNo : platform::kAnswerOk;
+}
+
+void ConsoleHost::Pulse() {
+  if (console_.IsInterrupted()) throw platform::OwnError(platform::kErrUserInterrupt);
 }
 
 std::optional<platform::Secret> ConsoleHost::AskPassword(std::u16string_view database) {

@@ -23,7 +23,8 @@ class ConsoleHost : public platform::Host {
   const std::u16string& Messages() const { return messages_; }
 
   int ShowMessage(std::u16string_view prompt, int buttons, std::u16string_view title) override;
-  void Pulse() override {}
+  // Error 18 when the user wants the work to end.
+  void Pulse() override;
   void VerifyCopy(std::u16string_view path, std::u16string_view original) override {
     verify_(path, original);
   }

@@ -8,14 +8,16 @@
 namespace zimbrat::console {
 namespace {
 
-// Each file must name its program: a comparison passes over one that does not.
-std::optional<Outcome> FindUnnamedProgram(const CommandContext& context,
-                                          const std::vector<std::u16string>& structures) {
+// A comparison passes over a file without program or version and ends quietly at an error: a file
+// that was asked for by name must not go unnoticed.
+std::optional<Outcome> FindUncompared(const CommandContext& context, std::u16string_view database,
+                                      const std::vector<std::u16string>& structures) {
+  platform::OrvListCheck all(u';');
+  suite::CompareWithDatabase(context.state, database, structures, all, false);
   for (const std::u16string& path : structures) {
-    const auto header = suite::ReadProgramHeader(context.state.on.profile, path);
-    if (header.program.empty() || header.verMajor.empty()) {
-      return Failed(u"Plik struktury nie podaje nazwy lub wersji programu: " + path);
-    }
+    if (all.FindValue(path) >= 0) continue;
+    return Failed(u"Pliku struktury nie można porównać z bazą (brak w nim nazwy lub wersji "
+                  u"programu albo symbol jest błędny): " + path);
   }
   return std::nullopt;
 }
@@ -31,11 +33,14 @@ Outcome NotReady(const CommandContext& context) {
 }
 
 Outcome Extend(const CommandContext& context, suite::Task task,
-               const std::vector<std::u16string>& structures) {
+               const std::vector<std::u16string>& structures, bool areGiven) {
   suite::ProgramState& state = context.state;
   const std::u16string database = TakeDatabase(context, u"--baza");
   platform::OrvListCheck programs(u';');
   if (!app::PrepareDatabase(state, task, database, structures, programs)) return NotReady(context);
+  if (areGiven) {
+    if (auto refusal = FindUncompared(context, database, structures)) return *refusal;
+  }
   Outcome outcome;
   if (task == suite::Task::Dodaj) {
     for (int i = 0; i < programs.Count(); ++i) programs.SetChecked(i, true);
@@ -59,18 +64,18 @@ Outcome Extend(const CommandContext& context, suite::Task task,
 Outcome RunDodaj(const CommandContext& context) {
   std::vector<std::u16string> structures;
   if (auto refusal = ReadStructures(context, u';', structures)) return *refusal;
-  if (auto refusal = FindUnnamedProgram(context, structures)) return *refusal;
-  return Extend(context, suite::Task::Dodaj, structures);
+  return Extend(context, suite::Task::Dodaj, structures, true);
 }
 
 Outcome RunSprawdz(const CommandContext& context) {
-  if (!context.arguments.Has(u"--struktury")) {
-    return Extend(context, suite::Task::Sprawdz, suite::StructureFiles(context.state));
-  }
+  const bool isGiven = context.arguments.Has(u"--struktury");
   std::vector<std::u16string> structures;
-  if (auto refusal = ReadStructures(context, u';', structures)) return *refusal;
-  if (auto refusal = FindUnnamedProgram(context, structures)) return *refusal;
-  return Extend(context, suite::Task::Sprawdz, structures);
+  if (!isGiven) {
+    structures = suite::StructureFiles(context.state);
+  } else if (auto refusal = ReadStructures(context, u';', structures)) {
+    return *refusal;
+  }
+  return Extend(context, suite::Task::Sprawdz, structures, isGiven);
 }
 
 }  // namespace zimbrat::console

@@ -28,7 +28,7 @@ CommandFunction FunctionOf(std::u16string_view command) {
 
 Outcome Carry(platform::System& system, const Arguments& arguments) {
   ConsoleHost host(*system.console, [&](std::u16string_view path, std::u16string_view original) {
-    engines::VerifyDatabase(*system.files, path, original, {});
+    engines::VerifyDatabase(*system.files, path, original, [&] { host.Pulse(); });
   });
   suite::ProgramState state(
       {*system.files, *system.registry, *system.profile, *system.clock, *system.environment, host,

@@ -87,7 +87,10 @@ bool GenerujNowaBaze(ProgramState& state, std::u16string_view folder, std::u16st
   if (!ApplyFilesToNewDatabase(state, SplitFileList(structureFiles, u','), file.WorkingPath(),
                                periods, progress)) {
     // What was written stays at the database's place; the context keeps the failure of the work.
-    suite::Attempt([&] { file.PutInPlace({}); });
+    suite::Attempt([&] {
+      state.on.host.Pulse();  // not when the user stopped it
+      file.PutInPlace({});
+    });
     return false;
   }
   return suite::Record(state.context, [&] {

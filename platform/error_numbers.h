@@ -13,6 +13,7 @@ inline constexpr std::int32_t kErrOutOfMemory = 7;
 inline constexpr std::int32_t kErrSubscript = 9;              // array index outside its bounds
 inline constexpr std::int32_t kErrDivisionByZero = 11;
 inline constexpr std::int32_t kErrTypeMismatch = 13;          // text that is no number or Boolean
+inline constexpr std::int32_t kErrUserInterrupt = 18;         // Ctrl+C, or the system's request to end
 inline constexpr std::int32_t kErrBadFileName = 52;
 inline constexpr std::int32_t kErrFileNotFound = 53;
 inline constexpr std::int32_t kErrDeviceIo = 57;

@@ -23,6 +23,7 @@ constexpr ErrorText kErrorTexts[] = {
     {kErrSubscript, u"Indeks poza zakresem"},
     {kErrDivisionByZero, u"Dzielenie przez zero"},
     {kErrTypeMismatch, u"Niezgodność typów"},
+    {kErrUserInterrupt, u"Przerwano na żądanie użytkownika"},
     {kErrBadFileName, u"Zła nazwa lub numer pliku"},
     {kErrFileNotFound, u"Nie znaleziono pliku"},
     {kErrDeviceIo, u"Błąd wejścia/wyjścia urządzenia"},

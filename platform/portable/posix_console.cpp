@@ -9,6 +9,7 @@
 
 #include "descriptor.h"
 #include "platform/text.h"
+#include "posix_interrupt.h"
 
 namespace zimbrat::platform {
 namespace {
@@ -96,6 +97,9 @@ void PosixConsole::WriteError(std::u16string_view text) { WriteAll(STDERR_FILENO
 bool PosixConsole::HasFailed() { return hasFailed_; }
 
 bool PosixConsole::IsErrorTerminal() { return ::isatty(STDERR_FILENO) != 0; }
+
+void PosixConsole::NoteInterrupts() { platform::NoteInterrupts(); }
+bool PosixConsole::IsInterrupted() { return platform::IsInterrupted(); }
 
 std::optional<Secret> PosixConsole::AskPassword(std::u16string_view prompt) {
   const SilentInput silence;

@@ -15,6 +15,8 @@ class PosixConsole : public Console {
   void WriteError(std::u16string_view text) override;
   bool HasFailed() override;
   bool IsErrorTerminal() override;
+  void NoteInterrupts() override;
+  bool IsInterrupted() override;
   std::optional<Secret> AskPassword(std::u16string_view prompt) override;
 
  private:

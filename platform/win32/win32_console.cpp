@@ -10,6 +10,7 @@
 #include "handles.h"
 #include "platform/text.h"
 #include "wide_text.h"
+#include "win32_interrupt.h"
 
 namespace zimbrat::platform {
 namespace {
@@ -113,6 +114,9 @@ void Win32Console::WriteError(std::u16string_view text) { WriteText(STD_ERROR_HA
 bool Win32Console::HasFailed() { return hasFailed_; }
 
 bool Win32Console::IsErrorTerminal() { return IsConsole(::GetStdHandle(STD_ERROR_HANDLE)); }
+
+void Win32Console::NoteInterrupts() { platform::NoteInterrupts(); }
+bool Win32Console::IsInterrupted() { return platform::IsInterrupted(); }
 
 std::optional<Secret> Win32Console::AskPassword(std::u16string_view prompt) {
   const SilentInput silence;

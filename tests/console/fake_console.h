@@ -17,12 +17,16 @@ class FakeConsole : public platform::Console {
   std::u16string output, error;
   bool isTerminal = false;
   int passwordsAsked = 0;
+  bool notesInterrupts = false;
+  bool isInterrupted = false;
 
   std::vector<std::u16string> Arguments() override { return words; }
   void HideArgument(std::size_t index) override { hiddenWords.push_back(index); }
   void WriteOutput(std::u16string_view text) override { output += text; }
   void WriteError(std::u16string_view text) override { error += text; }
   bool HasFailed() override { return false; }
+  void NoteInterrupts() override { notesInterrupts = true; }
+  bool IsInterrupted() override { return notesInterrupts && isInterrupted; }
   bool IsErrorTerminal() override { return isTerminal; }
   std::optional<platform::Secret> AskPassword(std::u16string_view) override {
     ++passwordsAsked;

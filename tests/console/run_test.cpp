@@ -17,9 +17,11 @@ class Zimbratc : public testing::Test {
     FakeConsole& console = *terminal;
     console.words = std::move(words);
     console.isTerminal = isTerminal_;
+    console.isInterrupted = isInterrupted_;
     system.console = std::move(terminal);
     auto environment = std::make_unique<FakeEnvironment>();
     environment->programFolder = folder_.PathOf(u"program");
+    environment->temporaryFolder = folder_.PathOf(u"robocze");
     system.environment = std::move(environment);
     system.registry = std::make_unique<platform::PortableRegistry>(
         *system.files, folder_.PathOf(u"rejestr/rejestr.reg"));
@@ -48,6 +50,7 @@ class Zimbratc : public testing::Test {
 
   TempFolder folder_;
   bool isTerminal_ = false;
+  bool isInterrupted_ = false;
   std::string output_, error_;
 };
 
@@ -68,6 +71,77 @@ TEST_F(Zimbratc, CreatesADatabaseAndShowsItsState) {
             "Magazyn v.1.7 (struktura obecna)\n");
   ASSERT_EQ(Run({u"lista", u"--json"}), 0);
   EXPECT_NE(output_.find("\"bazy\":[{\"nazwa\":\"Żółw\",\"plik\":"), std::string::npos) << output_;
+}
+
+TEST_F(Zimbratc, ExtendsChecksAndCopiesADatabase) {
+  folder_.Write(u"robocze/obcy plik", "");
+  const std::u16string database = folder_.PathOf(u"Firma.mdb");
+  ASSERT_EQ(Nowa(u"Firma", Example(u"faktury.stb")), 0) << error_;
+  ASSERT_EQ(Run({u"dodaj", u"--baza", database, u"--struktury",
+                 Example(u"faktury.stb") + u";" + Example(u"kadry.stb")}),
+            0)
+      << error_;
+  EXPECT_EQ(output_, "Struktura bazy danych: Firma\nFolder: " + Utf8(folder_.Path()) +
+                         "\nzostała poprawnie rozbudowana dla programu(ów): Kadry i płace;\n");
+  EXPECT_EQ(Run({u"dodaj", u"--baza", database, u"--struktury", Example(u"kadry.stb"), u"--json"}),
+            1);
+  EXPECT_EQ(error_.rfind("Zaznacz programy i spróbuj ponownie. Jeżeli lista jest pusta", 0), 0u);
+  ASSERT_EQ(Run({u"sprawdz", u"--baza", database, u"--struktury",
+                 Example(u"magazyn.stb") + u"," + Example(u"faktury.stb"), u"--json"}),
+            0)
+      << error_;
+  EXPECT_NE(output_.find("posiadają poprawną strukturę."), std::string::npos) << output_;
+  EXPECT_NE(output_.find("\"symbol\":\"FAK\""), std::string::npos);
+  EXPECT_EQ(output_.find("\"symbol\":\"MAG\""), std::string::npos) << "it is not in the database";
+  ASSERT_EQ(Run({u"wzorzec", u"--wzorzec", database, u"--folder", folder_.Path(), u"--nazwa",
+                 u"Rok", u"--do-listy"}),
+            0)
+      << error_;
+  EXPECT_EQ(output_, "Baza danych: Rok\nFolder: " + Utf8(folder_.Path()) +
+                         "\nzostała poprawnie utworzona.\n");
+  EXPECT_TRUE(folder_.Exists(u"Rok.mdb"));
+  ASSERT_EQ(Run({u"lista"}), 0);
+  EXPECT_EQ(output_, "Rok: " + Path(u"Rok.mdb") + "\n");
+}
+
+TEST_F(Zimbratc, PassesOverNoStructureFileThatWasNamed) {
+  folder_.Write(u"robocze/obcy plik", "");
+  ASSERT_EQ(Nowa(u"Firma", Example(u"faktury.stb")), 0) << error_;
+  const std::string before = folder_.Read(u"Firma.mdb");
+  folder_.Write(u"bez wersji.stb", "[HEADER]\r\nProgram=P\r\nSymbol=P\r\n");
+  folder_.Write(u"symbol.stb", "[HEADER]\r\nProgram=P\r\nSymbol=a'b\r\nVerMajor=1\r\n");
+  for (const char16_t* bad : {u"bez wersji.stb", u"symbol.stb"}) {
+    for (const char16_t* command : {u"dodaj", u"sprawdz"}) {
+      EXPECT_EQ(Run({command, u"--baza", folder_.PathOf(u"Firma.mdb"), u"--struktury",
+                     Example(u"kadry.stb") + u";" + folder_.PathOf(bad)}),
+                1);
+      EXPECT_NE(error_.find(Path(bad)), std::string::npos) << error_;
+      EXPECT_EQ(folder_.Read(u"Firma.mdb"), before);
+    }
+  }
+}
+
+TEST_F(Zimbratc, StopsWhenAskedToAndLeavesNothing) {
+  folder_.Write(u"robocze/obcy plik", "");
+  ASSERT_EQ(Nowa(u"Firma", Example(u"faktury.stb")), 0) << error_;
+  const std::string before = folder_.Read(u"Firma.mdb");
+  const std::vector<std::u16string> names = folder_.Names();
+  const std::u16string database = folder_.PathOf(u"Firma.mdb");
+  isInterrupted_ = true;
+  const std::vector<std::u16string> commands[] = {
+      {u"nowa", u"--folder", folder_.Path(), u"--nazwa", u"Firma", u"--struktury",
+       Example(u"kadry.stb"), u"--nadpisz"},
+      {u"dodaj", u"--baza", database, u"--struktury", Example(u"kadry.stb")},
+      {u"sprawdz", u"--baza", database, u"--struktury", Example(u"faktury.stb")},
+      {u"wzorzec", u"--wzorzec", database, u"--folder", folder_.Path(), u"--nazwa", u"Rok"},
+  };
+  for (const auto& words : commands) {
+    EXPECT_EQ(Run(words), 1) << Utf8(words[0]);
+    EXPECT_NE(error_.find("(Przerwano na żądanie użytkownika)"), std::string::npos) << error_;
+    EXPECT_EQ(folder_.Names(), names) << Utf8(words[0]);
+    EXPECT_EQ(folder_.Read(u"Firma.mdb"), before) << Utf8(words[0]);
+    EXPECT_FALSE(folder_.Exists(u"robocze/Robocza Firma.mdb"));
+  }
 }
 
 TEST_F(Zimbratc, LeavesAnExistingFileUntouchedUnlessToldOtherwise) {

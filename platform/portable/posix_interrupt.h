@@ -1,0 +1,10 @@
+// Ctrl+C and the system's requests to end, noted instead of ending the process.
+#pragma once
+
+namespace zimbrat::platform {
+
+// The first request from now on is noted; the next one ends the process as ever.
+void NoteInterrupts();
+bool IsInterrupted();
+
+}  // namespace zimbrat::platform
