@@ -25,7 +25,7 @@ class Console {
   // Whether standard output took everything so far.
   virtual bool HasFailed() = 0;
   virtual bool IsErrorTerminal() = 0;
-  // From now on the first Ctrl+C, or request of the system to end, is noted; a second one ends the process.
+  // From now on the first Ctrl+C, or request of the system to end, is noted instead of ending the process.
   virtual void NoteInterrupts() = 0;
   virtual bool IsInterrupted() = 0;
   // Shows the prompt on standard error and reads a line without echo. Nothing when standard input is no

@@ -1,31 +1,28 @@
 #include "posix_interrupt.h"
 
 #include <csignal>
-#include <initializer_list>
 
 namespace zimbrat::platform {
 namespace {
 
-// A signal handler can reach nothing but what is known to the whole process.
-volatile std::sig_atomic_t g_isInterrupted = 0;
-
-void Note(int) { g_isInterrupted = 1; }
+constexpr int kRequests[] = {SIGINT, SIGTERM, SIGHUP};
 
 }  // namespace
 
 void NoteInterrupts() {
-  struct sigaction action{};
-  action.sa_handler = Note;
-  action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    struct sigaction present{};
-    // What the caller told us to ignore (nohup) stays ignored.
-    if (::sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN) {
-      ::sigaction(signal, &action, nullptr);
-    }
-  }
+  sigset_t requests;
+  ::sigemptyset(&requests);
+  for (const int signal : kRequests) ::sigaddset(&requests, signal);
+  ::sigprocmask(SIG_BLOCK, &requests, nullptr);
 }
 
-bool IsInterrupted() { return g_isInterrupted != 0; }
+bool IsInterrupted() {
+  sigset_t pending;
+  if (::sigpending(&pending) != 0) return false;
+  for (const int signal : kRequests) {
+    if (::sigismember(&pending, signal) == 1) return true;
+  }
+  return false;
+}
 
 }  // namespace zimbrat::platform

@@ -3,7 +3,7 @@
 
 namespace zimbrat::platform {
 
-// The first request from now on is noted; the next one ends the process as ever.
+// From now on they wait: no handler, no state of the process, and none is lost.
 void NoteInterrupts();
 bool IsInterrupted();
 

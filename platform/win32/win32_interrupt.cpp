@@ -8,7 +8,7 @@ namespace zimbrat::platform {
 namespace {
 
 // The system calls the handler on a thread of its own, with nothing but the event's number.
-std::atomic<bool> g_isInterrupted = false;
+constinit std::atomic<bool> g_isInterrupted = false;
 
 BOOL WINAPI Note(DWORD) { return g_isInterrupted.exchange(true) ? FALSE : TRUE; }
 

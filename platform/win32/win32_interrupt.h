@@ -3,7 +3,7 @@
 
 namespace zimbrat::platform {
 
-// The first request from now on is noted; the next one ends the process as ever.
+// The first one from now on is noted; the next one ends the process as ever.
 void NoteInterrupts();
 bool IsInterrupted();
 
