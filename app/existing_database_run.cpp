@@ -57,20 +57,23 @@ bool NaprawBaze(suite::ProgramState& state, std::u16string_view path) {
   });
 }
 
-bool PrepareDatabase(suite::ProgramState& state, suite::Task task, std::u16string_view path,
-                     const std::vector<std::u16string>& structureFiles,
-                     platform::OrvListCheck& programs) {
+Prepared PrepareDatabase(suite::ProgramState& state, suite::Task task, std::u16string_view path,
+                         const std::vector<std::u16string>& structureFiles,
+                         platform::OrvListCheck& programs) {
   state.task = task;
   const bool isCheck = task == suite::Task::Sprawdz;
-  if (isCheck && !Repair(state, path)) return false;
+  if (isCheck && !Repair(state, path)) return {};
   platform::Secret password(state.databasePassword.View());
-  if (!suite::OpenAndIdentify(state, path, password)) return false;
+  if (!suite::OpenAndIdentify(state, path, password)) return {};
+  Prepared prepared{true, true};
   if (task != suite::Task::Wzorzec) {
     // A run killed in its last moment: the programs are there, so no run may follow that clears up.
     suite::Attempt([&] { generator::RemoveLeftovers(state.on, platform::FolderOfPath(path)); });
-    suite::CompareWithDatabase(state, path, structureFiles, programs, isCheck);
+    prepared.isCompared =
+        suite::CompareWithDatabase(state, path, structureFiles, programs, isCheck) ||
+        structureFiles.empty();
   }
-  return true;
+  return prepared;
 }
 
 bool TakeSelection(suite::ProgramState& state, suite::Task task, platform::OrvListCheck& programs,

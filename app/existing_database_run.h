@@ -19,11 +19,20 @@ namespace zimbrat::app {
 // why it failed.
 bool NaprawBaze(suite::ProgramState& state, std::u16string_view path);
 
+struct Prepared {
+  bool isReady = false;
+  // False when there were structure files and nobody could compare: another program has taken the
+  // database since it was identified. The list is empty then.
+  bool isCompared = true;
+
+  explicit operator bool() const { return isReady; }
+};
+
 // Fills the list for the tasks that have one: the programs of those structure files and the state
 // of their structures in the database.
-bool PrepareDatabase(suite::ProgramState& state, suite::Task task, std::u16string_view path,
-                     const std::vector<std::u16string>& structureFiles,
-                     platform::OrvListCheck& programs);
+Prepared PrepareDatabase(suite::ProgramState& state, suite::Task task, std::u16string_view path,
+                         const std::vector<std::u16string>& structureFiles,
+                         platform::OrvListCheck& programs);
 
 struct Selection {
   std::u16string files;  // paths, separated by semicolons

@@ -17,7 +17,7 @@ std::optional<Outcome> FindUncompared(const CommandContext& context, std::u16str
   for (const std::u16string& path : structures) {
     if (all.FindValue(path) >= 0) continue;
     return Failed(u"Pliku struktury nie można porównać z bazą (brak w nim nazwy lub wersji "
-                  u"programu albo symbol jest błędny): " + path);
+                  u"programu, symbol jest błędny albo bazę zajął właśnie inny program): " + path);
   }
   return std::nullopt;
 }
@@ -37,10 +37,12 @@ Outcome Extend(const CommandContext& context, suite::Task task,
   suite::ProgramState& state = context.state;
   const std::u16string database = TakeDatabase(context, u"--baza");
   platform::OrvListCheck programs(u';');
-  if (!app::PrepareDatabase(state, task, database, structures, programs)) return NotReady(context);
+  const app::Prepared prepared = app::PrepareDatabase(state, task, database, structures, programs);
+  if (!prepared) return NotReady(context);
   if (areGiven) {
     if (auto refusal = FindUncompared(context, database, structures)) return *refusal;
   }
+  if (!prepared.isCompared) return Failed(u"Nie można porównać struktur z bazą: " + database);
   Outcome outcome;
   if (task == suite::Task::Dodaj) {
     for (int i = 0; i < programs.Count(); ++i) programs.SetChecked(i, true);

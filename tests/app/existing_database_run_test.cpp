@@ -19,8 +19,8 @@ class ExistingDatabase : public testing::Test {
     return bench_.WriteStructure(platform::Utf16FromUtf8(symbol + ".stb"), SmallProgram(symbol));
   }
   bool Prepare(Task task) {
-    return app::PrepareDatabase(bench_.state, task, bench_.PathOf(u"Firma.mdb"),
-                                suite::StructureFiles(bench_.state), programs_);
+    return bool(app::PrepareDatabase(bench_.state, task, bench_.PathOf(u"Firma.mdb"),
+                                     suite::StructureFiles(bench_.state), programs_));
   }
   std::string LastMessage() const {
     return bench_.host.messages.empty() ? "" : Utf8(bench_.host.messages.back());
@@ -58,6 +58,14 @@ TEST_F(ExistingDatabase, AddTakesWhatIsNotUpToDate) {
   ASSERT_TRUE(app::TakeSelection(bench_.state, Task::Dodaj, programs_, selection_));
   EXPECT_EQ(Utf8(selection_.files), Utf8(bench_.PathOf(u"GH.stb") + u";"));
   EXPECT_EQ(Utf8(selection_.names), "Próba GH;");
+}
+
+// A run killed when its work was done: the next one has nothing to do that would clear up after it.
+TEST_F(ExistingDatabase, WorkingNamesOfEndedRunsGoAlsoWhenNothingIsToBeDone) {
+  bench_.folder.Write(u"Firma.mdb.zimbrat-nowa", "płace");
+  ASSERT_TRUE(Prepare(Task::Dodaj));
+  EXPECT_FALSE(app::TakeSelection(bench_.state, Task::Dodaj, programs_, selection_));
+  EXPECT_FALSE(bench_.files.State(bench_.PathOf(u"Firma.mdb.zimbrat-nowa")));
 }
 
 TEST_F(ExistingDatabase, CheckSaysThatNothingIsThereToCheck) {
