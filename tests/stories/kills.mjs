@@ -8,7 +8,7 @@ import fs from "node:fs";
 import path from "node:path";
 import { setTimeout as sleep } from "node:timers/promises";
 
-import { faultOf, tasksOf } from "./killed_tasks.mjs";
+import { faultOf, tasksOf } from "./made_tasks.mjs";
 import { attempt, expect, tell } from "./story.mjs";
 
 const [rounds, zimbratc, jetsql, jetcheck, generator, given] = process.argv.slice(2);

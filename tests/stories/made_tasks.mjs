@@ -10,13 +10,18 @@ const rows = 200;
 const oldTarget = Buffer.from("stara baza");
 const nothingToAdd = /^Zaznacz programy/;
 
-// Structure files of two programs and of a newer version of the first, and a database of the first with rows.
-function makeGround({ zimbratc, jetsql, generator }, folder, tables) {
+// Structure files of three programs and of a newer version of the first, and a database of the first with rows.
+export function makeGround({ zimbratc, jetsql, generator }, folder, tables) {
   fs.mkdirSync(folder);
   run(generator, [String(2 * tables), folder, String(tables)]);
   const [first, second] = ["p0.stb", "p1.stb"].map((name) => path.join(folder, name));
   // A table of documents among the others, so that a template has something to lose.
   for (const file of [first, second]) writeText(file, readText(file).replaceAll("T002", "FA02"));
+  // The second once more under other names; both need the first only.
+  const third = path.join(folder, "p2.stb");
+  const isOwn = (number) => Number(number) > tables - 4;
+  writeText(third, readText(second).replace("Symbol=P1", "Symbol=P2").replace("Program=Program 1", "Program=Program 2")
+    .replace(/\bT(\d+)\b/g, (name, number) => (isOwn(number) ? `U${number}` : name)).replace(/\bR(\d+)\b/g, "Q$1"));
   const newer = path.join(folder, "p0-nowsza.stb");
   writeText(newer, `${readText(first).replace("VerMinor=0", "VerMinor=1").replaceAll("Field=Uwagi,", "Field=Opis,")}` +
                    "[UPGRADE]\r\nRENFIELD=1.1,T001,Uwagi,Opis\r\n" +
@@ -29,8 +34,8 @@ function makeGround({ zimbratc, jetsql, generator }, folder, tables) {
                  `INSERT INTO T001 (Numer, Nazwa, Uwagi) SELECT '${i + 1}/' & Numer, Nazwa, Uwagi FROM T001 ` +
                  "WHERE Len(Numer) = 1"),
                "INSERT INTO FA02 (Numer, IdNad) SELECT Numer, Id FROM T001"]);
-  return { first, second, newer, last: `T${String(2 * tables - 4).padStart(3, "0")}`,
-           content: fs.readFileSync(database) };
+  const last = String(2 * tables - 4).padStart(3, "0");
+  return { first, second, third, newer, last: `T${last}`, lastOfThird: `U${last}`, content: fs.readFileSync(database) };
 }
 
 // Each task: its words for the folder, the file it makes or changes and what that and the template were before, and
