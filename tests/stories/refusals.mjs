@@ -136,7 +136,31 @@ await tell("refusals", (folder) => {
     same("second of three: working folder", fs.readdirSync(work), []);
   }
 
+  // A volume on which the database just fits, seen by the program and the commands around it alone.
+  function checkFullDisk(command, full) {
+    lay(() => {});
+    const script = `mount -t tmpfs -o size=$1 tmpfs "$2" && cp -p "$3" dane/ && cd dane || exit 77
+                    shift 3; "$@"; status=$?
+                    cmp -s Firma.mdb ../Firma.mdb && echo "$(ls -A . ../temp)" >&2
+                    exit $status`;
+    const size = fs.statSync(sound).size + (1 << 16);
+    const { status, stderr } = attempt(["unshare", "--mount", "sh", "-c", script, "sh", String(size),
+                                        path.join(folder, full), sound, ...zimbratc], commands[command],
+                                       { cwd: folder, env: { ...process.env, TEMP: work, TMPDIR: work } });
+    if (status === 77 || status === null) return false;
+    same(`full disk, ${command}: status`, status, 1);
+    expect(/Błąd nr 61; \(.*praca wymaga \d MB wolnego miejsca, jest 1 MB.*\)\n\.:\nFirma\.mdb\n\n\.\.\/temp:\n$/s.test(stderr),
+           `full disk, ${command}: said and left ${stderr}`);
+    return true;
+  }
+
   let count = 0;
+  for (const command of ["dodaj", "sprawdz", "wzorzec"]) {
+    for (const full of ["dane", "temp"]) {
+      if (isWindows || !checkFullDisk(command, full)) console.log(`left out: full disk, ${command}, ${full}`);
+      else count += 1;
+    }
+  }
   for (const refusal of cases) {
     const isPossible = refusal.needsNobody ? canBeNobody
                                            : !refusal.fixture || fs.existsSync(path.join(fixtures, refusal.fixture));
