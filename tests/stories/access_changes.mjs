@@ -5,35 +5,16 @@
 //
 // FIXTURES is the folder of the databases, unless ZIMBRAT_FIXTURES names another, READERS the folder under which npm put mdb-reader. Exit status 0
 // everything agrees, 1 differences (each on a line), 77 a reader or the fixtures are missing.
-import { spawnSync } from "node:child_process";
 import fs from "node:fs";
-import os from "node:os";
 import path from "node:path";
 
 import { requireJudges } from "./judges.mjs";
+import { run, same, tell, wordGroups } from "./story.mjs";
 
-const words = process.argv.slice(2);
-const jetsql = words.slice(0, words.indexOf("--"));
-const rest = words.slice(words.indexOf("--") + 1);
-const jetcheck = rest.slice(0, rest.indexOf("--"));
-const [usualFixtures, readers] = rest.slice(rest.indexOf("--") + 1);
+const [jetsql, jetcheck, [usualFixtures, readers]] = wordGroups();
 const fixtures = process.env.ZIMBRAT_FIXTURES ?? usualFixtures;
 
 const MDBReader = await requireJudges(readers, fixtures);
-
-let differences = 0;
-function same(what, found, expected) {
-  const [a, b] = [JSON.stringify(found), JSON.stringify(expected)];
-  if (a === b) return;
-  differences += 1;
-  console.log(`${what}\n  found    ${a?.slice(0, 400)}\n  expected ${b?.slice(0, 400)}`);
-}
-
-function run([program, ...start], ...args) {
-  const result = spawnSync(program, [...start, ...args], { encoding: "utf8", maxBuffer: 1 << 26 });
-  if (result.status !== 0) throw new Error(`${args.join(" ")}: ${result.stdout}${result.stderr}`);
-  return result.stdout;
-}
 
 function readTables(database) {
   const reader = new MDBReader(fs.readFileSync(database));
@@ -47,7 +28,7 @@ const sorted = (rows, columns) =>
 const note = "ż".repeat(3000);
 
 function change(database, table) {
-  run(jetsql, "--haslo", "password", database,
+  run(jetsql, ["--haslo", "password", database,
       `ALTER TABLE [${table}] ADD COLUMN [Dodane pole] TEXT(40)`,
       `ALTER TABLE [${table}] ADD COLUMN [Dodana nota] MEMO`,
       `UPDATE [${table}] SET [Dodane pole] = 'Zażółć gęślą'`,
@@ -57,7 +38,7 @@ function change(database, table) {
       `CREATE TABLE [Nowa ${table}] (Id COUNTER CONSTRAINT Klucz PRIMARY KEY, Miasto TEXT(50) NOT NULL, Kwota CURRENCY)`,
       `INSERT INTO [Nowa ${table}] (Miasto, Kwota) VALUES ('Łódź', 12.5)`,
       `INSERT INTO [Nowa ${table}] (Miasto, Kwota) SELECT [Dodane pole], Count(*) FROM [${table}] GROUP BY [Dodane pole]`,
-      `DELETE FROM [Nowa ${table}] WHERE Miasto Like 'ł*'`);
+      `DELETE FROM [Nowa ${table}] WHERE Miasto Like 'ł*'`]);
 }
 
 function compare(database, name, before) {
@@ -71,14 +52,13 @@ function compare(database, name, before) {
     }
     same(`${where}: new table`, after.get(`Nowa ${table}`).map((row) => [row.Miasto, Number(row.Kwota)]),
          rows.length ? [["Zażółć gęślą", rows.length]] : []);
-    same(`${where}: mdb-count`, Number(run(["mdb-count"], database, table)), rows.length);
-    same(`${where}: mdb-export`, run(["mdb-export"], database, `Nowa ${table}`).split("\n")[0], "Id,Miasto,Kwota");
+    same(`${where}: mdb-count`, Number(run("mdb-count", [database, table])), rows.length);
+    same(`${where}: mdb-export`, run("mdb-export", [database, `Nowa ${table}`]).split("\n")[0], "Id,Miasto,Kwota");
   }
-  run(jetcheck, database);
+  run(jetcheck, [database]);
 }
 
-const folder = fs.mkdtempSync(path.join(os.tmpdir(), "zimbrat-access-"));
-try {
+await tell("access", (folder) => {
   const files = fs.readdirSync(fixtures).filter((file) => /\.mdb$/.test(file) && !/refuse/.test(file)).sort();
   for (const file of files) {
     const database = path.join(folder, file);
@@ -89,7 +69,4 @@ try {
     compare(database, file, before);
     console.log(`${file}: ${before.size} tables`);
   }
-} finally {
-  fs.rmSync(folder, { recursive: true });
-}
-process.exit(differences === 0 ? 0 : 1);
+});

@@ -98,7 +98,7 @@ await tell("four-tasks", (folder) => {
   const [files, work] = ["struktury", "temp"].map((name) => path.join(folder, name));
   fs.mkdirSync(files);
   fs.mkdirSync(work);
-  for (const name of ["TEMP", "TMPDIR"]) process.env[name] = work;
+  process.env.TEMP = work;
   process.env.ZIMBRAT_REJESTR = path.join(work, "rejestr.reg");
   for (const name of ["faktury.stb", "kadry.stb"]) fs.copyFileSync(path.join(structures, name), path.join(files, name));
   const database = path.join(folder, "Firma.mdb");

@@ -20,7 +20,7 @@ const random = () => (state = (state * 1103515245 + 12345) % 2147483648) / 21474
 
 await tell("kills", async (folder) => {
   const [data, work] = ["dane", "temp"].map((name) => path.join(folder, name));
-  const env = { ...process.env, TEMP: work, TMPDIR: work, ZIMBRAT_REJESTR: path.join(folder, "rejestr.reg") };
+  const env = { ...process.env, TEMP: work, ZIMBRAT_REJESTR: path.join(folder, "rejestr.reg") };
   const options = { cwd: data, env };
 
   function lay(before) {

@@ -97,7 +97,7 @@ await tell("refusals", (folder) => {
   }
 
   function zimbrat(words, variables, isNobody) {
-    const env = { ...process.env, TEMP: work, TMPDIR: work, ZIMBRAT_REJESTR: path.join(work, "rejestr.reg"), ...variables };
+    const env = { ...process.env, TEMP: work, ZIMBRAT_REJESTR: path.join(work, "rejestr.reg"), ...variables };
     return attempt(isNobody ? [...asNobody, ...zimbratc] : zimbratc, words, { cwd: data, env });
   }
 
@@ -146,7 +146,7 @@ await tell("refusals", (folder) => {
     const size = fs.statSync(sound).size + (1 << 16);
     const { status, stderr } = attempt(["unshare", "--mount", "sh", "-c", script, "sh", String(size),
                                         path.join(folder, full), sound, ...zimbratc], commands[command],
-                                       { cwd: folder, env: { ...process.env, TEMP: work, TMPDIR: work } });
+                                       { cwd: folder, env: { ...process.env, TEMP: work } });
     if (status === 77 || status === null) return false;
     same(`full disk, ${command}: status`, status, 1);
     expect(/Błąd nr 61; \(.*praca wymaga \d MB wolnego miejsca, jest 1 MB.*\)\n\.:\nFirma\.mdb\n\n\.\.\/temp:\n$/s.test(stderr),

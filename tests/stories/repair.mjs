@@ -6,32 +6,16 @@
 // DATABASES is the folder of the databases unless ZIMBRAT_FIXTURES names one, READERS the folder under which npm
 // put mdb-reader. Exit status 0 everything agrees, 1 differences (each on a line), 77 a reader or the databases
 // are missing.
-import { spawnSync } from "node:child_process";
 import fs from "node:fs";
-import os from "node:os";
 import path from "node:path";
 
 import { requireJudges } from "./judges.mjs";
+import { run, same, tell, wordGroups } from "./story.mjs";
 
-const split = process.argv.indexOf("--");
-const jetcheck = process.argv.slice(2, split);
-const [given, readers] = process.argv.slice(split + 1);
+const [jetcheck, [given, readers]] = wordGroups();
 const databases = process.env.ZIMBRAT_FIXTURES ?? given;
 
 const MDBReader = await requireJudges(readers, databases);
-
-let differences = 0;
-function same(what, found, expected) {
-  if (found === expected) return;
-  differences += 1;
-  console.log(`${what}\n  found    ${found.slice(0, 2000)}\n  expected ${expected.slice(0, 2000)}`);
-}
-
-function run(command, ...args) {
-  const result = spawnSync(command, args, { encoding: "utf8", maxBuffer: 1 << 26 });
-  if (result.status !== 0) throw new Error(`${command} ${args.join(" ")}: ${result.stdout}${result.stderr}`);
-  return result.stdout;
-}
 
 // Moved rows come at the end in one reader and in their place in another: rows are sorted.
 const sorted = (rows) => rows.map((row) => JSON.stringify(row)).sort();
@@ -47,11 +31,11 @@ function byMdbReader(file) {
 }
 
 function byMdbTools(file) {
-  return JSON.stringify(run("mdb-tables", "-1", file).split("\n").filter(Boolean).sort().map((name) => ({
+  return JSON.stringify(run("mdb-tables", ["-1", file]).split("\n").filter(Boolean).sort().map((name) => ({
     name,
-    properties: run("mdb-prop", file, name).split("\n").sort(),
-    rows: run("mdb-export", "-b", "hex", "-R", "\u0001", file, name).split("\u0001").sort(),
-  })).concat(run("mdb-queries", "-L", file).split("\n").sort()));
+    properties: run("mdb-prop", [file, name]).split("\n").sort(),
+    rows: run("mdb-export", ["-b", "hex", "-R", "\u0001", file, name]).split("\u0001").sort(),
+  })).concat(run("mdb-queries", ["-L", file]).split("\n").sort()));
 }
 
 function wipePages(file) {
@@ -63,21 +47,19 @@ function wipePages(file) {
   fs.writeFileSync(file, bytes);
 }
 
-const folder = fs.mkdtempSync(path.join(os.tmpdir(), "zimbrat-repair-"));
-for (const name of fs.readdirSync(databases).filter((name) => name.endsWith(".mdb") && !name.includes("refuse"))) {
-  const file = path.join(folder, name);
-  for (const isWiped of [false, true]) {
-    if (isWiped && name.startsWith("encoded")) continue;
-    fs.rmSync(file, { force: true });
-    fs.writeFileSync(file, fs.readFileSync(path.join(databases, name)));
-    const before = [byMdbReader(file), byMdbTools(file)];
-    if (isWiped) wipePages(file);
-    run(...jetcheck, "--repair", file);
-    const what = name + (isWiped ? ", wiped" : "");
-    same(`${what}, mdb-reader`, byMdbReader(file), before[0]);
-    same(`${what}, mdbtools`, byMdbTools(file), before[1]);
+await tell("repair", (folder) => {
+  for (const name of fs.readdirSync(databases).filter((name) => name.endsWith(".mdb") && !name.includes("refuse"))) {
+    const file = path.join(folder, name);
+    for (const isWiped of [false, true]) {
+      if (isWiped && name.startsWith("encoded")) continue;
+      fs.rmSync(file, { force: true });
+      fs.writeFileSync(file, fs.readFileSync(path.join(databases, name)));
+      const before = [byMdbReader(file), byMdbTools(file)];
+      if (isWiped) wipePages(file);
+      run(jetcheck, ["--repair", file]);
+      const what = name + (isWiped ? ", wiped" : "");
+      same(`${what}, mdb-reader`, byMdbReader(file), before[0]);
+      same(`${what}, mdbtools`, byMdbTools(file), before[1]);
+    }
   }
-}
-fs.rmSync(folder, { recursive: true });
-console.log(differences === 0 ? "everything agrees" : `${differences} differences`);
-process.exit(differences === 0 ? 0 : 1);
+});

@@ -23,7 +23,7 @@ const inUse = /^3045 /;
 await tell("two-at-once", async (folder) => {
   const ground = makeGround(programs, path.join(folder, "pliki"), 10);
   const [data, other, work] = ["dane", "inne", "temp"].map((name) => path.join(folder, name));
-  const env = { ...process.env, TEMP: work, TMPDIR: work, ZIMBRAT_REJESTR: path.join(folder, "rejestr.reg") };
+  const env = { ...process.env, TEMP: work, ZIMBRAT_REJESTR: path.join(folder, "rejestr.reg") };
   const figures = {};
 
   // The queries that tell whether a command's work is in the database, and their answers when it is and when it is not.
