@@ -84,6 +84,8 @@ class Files {
   // system wants that (Windows), and after it elsewhere.
   virtual void ReplaceHeld(std::u16string_view from, std::u16string_view to,
                            std::unique_ptr<File> held) = 0;
+  // As Replace, but nothing is ever replaced: error 58 when `to` exists, also when it appeared just now.
+  virtual void Move(std::u16string_view from, std::u16string_view to) = 0;
   // Permissions, attributes and creation time of `from` onto `to`.
   virtual void CopyAttributes(std::u16string_view from, std::u16string_view to) = 0;
   virtual void CreateFolder(std::u16string_view path) = 0;

@@ -21,6 +21,7 @@
 #include "posix_errors.h"
 #include "posix_file.h"
 #include "posix_hold.h"
+#include "posix_move.h"
 
 namespace zimbrat::platform {
 namespace {
@@ -84,6 +85,14 @@ void FlushFolderOf(const std::string& folder, std::u16string_view path) {
   if (!entry.IsOpen()) throw ErrnoError(errno, u"zapis folderu na dysk", path);
   if (Uninterrupted([&] { return ::fsync(entry.Number()); }) != 0 && errno != EINVAL) {
     throw ErrnoError(errno, u"zapis folderu na dysk", path);
+  }
+}
+
+void FlushContent(const std::string& name, std::u16string_view path) {
+  const Descriptor file(::open(name.c_str(), O_RDONLY | kCommonFlags));
+  if (!file.IsOpen()) throw ErrnoError(errno, u"zapis na dysk", path);
+  if (Uninterrupted([&] { return ::fsync(file.Number()); }) != 0) {
+    throw ErrnoError(errno, u"zapis na dysk", path);
   }
 }
 
@@ -153,15 +162,16 @@ void PosixFiles::Delete(std::u16string_view path) {
 void PosixFiles::ReplaceHeld(std::u16string_view from, std::u16string_view to,
                              std::unique_ptr<File> held) {
   const std::string source = SystemPath(from), target = SystemPath(to);
-  {
-    const Descriptor file(::open(source.c_str(), O_RDONLY | kCommonFlags));
-    if (!file.IsOpen()) throw ErrnoError(errno, u"zamiana pliku", from);
-    if (Uninterrupted([&] { return ::fsync(file.Number()); }) != 0) {
-      throw ErrnoError(errno, u"zapis na dysk", from);
-    }
-  }
+  FlushContent(source, from);
   if (::rename(source.c_str(), target.c_str()) != 0) throw ErrnoError(errno, u"zamiana pliku", to);
   held.reset();
+  FlushFolder(FolderOfPath(to));
+}
+
+void PosixFiles::Move(std::u16string_view from, std::u16string_view to) {
+  const std::string source = SystemPath(from), target = SystemPath(to);
+  FlushContent(source, from);
+  if (const int error = MoveToFreeName(source, target)) throw ErrnoError(error, u"zmiana nazwy", to);
   FlushFolder(FolderOfPath(to));
 }
 

@@ -13,6 +13,7 @@ class PosixFiles : public Files {
   void Delete(std::u16string_view path) override;
   void ReplaceHeld(std::u16string_view from, std::u16string_view to,
                    std::unique_ptr<File> held) override;
+  void Move(std::u16string_view from, std::u16string_view to) override;
   void CopyAttributes(std::u16string_view from, std::u16string_view to) override;
   void CreateFolder(std::u16string_view path) override;
   std::vector<std::u16string> List(std::u16string_view folder, std::u16string_view pattern) override;

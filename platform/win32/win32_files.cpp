@@ -161,6 +161,12 @@ void Win32Files::ReplaceHeld(std::u16string_view from, std::u16string_view to,
   throw SystemError(code, u"zamiana pliku", code == ERROR_FILE_NOT_FOUND ? from : to);
 }
 
+void Win32Files::Move(std::u16string_view from, std::u16string_view to) {
+  if (::MoveFileExW(Lend(SystemPath(from)), Lend(SystemPath(to)), MOVEFILE_WRITE_THROUGH)) return;
+  const DWORD code = ::GetLastError();
+  throw SystemError(code, u"zmiana nazwy", code == ERROR_FILE_NOT_FOUND ? from : to);
+}
+
 void Win32Files::CopyAttributes(std::u16string_view from, std::u16string_view to) {
   CopyWin32Attributes(from, to);
 }

@@ -13,6 +13,7 @@
 
 #include "platform/error_numbers.h"
 #include "platform/portable/portable_clock.h"
+#include "platform/portable/posix_move.h"
 #include "platform/text.h"
 #include "tests/support/error_of.h"
 #include "tests/support/temp_folder.h"
@@ -85,6 +86,23 @@ TEST_F(PosixFilesTest, CopyAttributesCarriesPermissions) {
   struct stat found;
   ASSERT_EQ(::stat(Name(u"new").c_str(), &found), 0);
   EXPECT_EQ(found.st_mode & 0777, 0640u);
+}
+
+TEST_F(PosixFilesTest, EveryWayOfMovingLeavesATakenNameAlone) {
+  for (const auto way : {MoveByRename, MoveByLink, MoveOverClaim}) {
+    TempFolder own;
+    const auto name = [&](std::u16string_view of) { return Utf8FromUtf16(own.PathOf(of)); };
+    own.Write(u"a", "a");
+    own.Write(u"taken", "b");
+    std::filesystem::create_symlink("nowhere", name(u"link"));
+    EXPECT_EQ(way(name(u"a"), name(u"taken")), EEXIST);
+    EXPECT_EQ(way(name(u"a"), name(u"link")), EEXIST);
+    EXPECT_EQ(way(name(u"none"), name(u"free")), ENOENT);
+    EXPECT_EQ(own.Read(u"taken"), "b");
+    EXPECT_EQ(way(name(u"a"), name(u"free")), 0);
+    EXPECT_EQ(own.Read(u"free"), "a");
+    EXPECT_EQ(own.Names(), (std::vector<std::u16string>{u"free", u"link", u"taken"}));
+  }
 }
 
 TEST_F(PosixFilesTest, HoldOfAKilledProcessIsFree) {

@@ -118,6 +118,12 @@ void FailingFiles::ReplaceHeld(std::u16string_view from, std::u16string_view to,
   IfTracked([&] { unsynced_.Replaced(from, to); });
 }
 
+void FailingFiles::Move(std::u16string_view from, std::u16string_view to) {
+  Pass("Move", true, to);
+  inner_.Move(from, to);
+  IfTracked([&] { unsynced_.Replaced(from, to); });
+}
+
 void FailingFiles::CopyAttributes(std::u16string_view from, std::u16string_view to) {
   Pass("CopyAttributes", true, to);
   inner_.CopyAttributes(from, to);

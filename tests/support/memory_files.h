@@ -75,6 +75,10 @@ class MemoryFiles : public platform::Files {
     files_[std::u16string(to)] = Contents(from);
     Delete(from);
   }
+  void Move(std::u16string_view from, std::u16string_view to) override {
+    if (State(to)) throw platform::RunTimeError(platform::kErrFileExists, u"", u"Plik już istnieje");
+    Replace(from, to);
+  }
   void CopyAttributes(std::u16string_view, std::u16string_view) override {}
   void CreateFolder(std::u16string_view) override {}
   std::vector<std::u16string> List(std::u16string_view, std::u16string_view) override {

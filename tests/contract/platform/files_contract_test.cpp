@@ -67,6 +67,10 @@ TEST_F(FilesContract, FailuresHaveVisualBasicsNumbers) {
       {"make folder in a missing one", [&] { files.CreateFolder(P(u"no/sub")); }, kErrPathNotFound},
       {"replace from missing", [&] { files.Replace(P(u"none"), P(u"a")); }, kErrFileNotFound},
       {"replace a folder", [&] { files.Replace(P(u"a"), P(u"sub")); }, kErrPathAccess},
+      {"move from missing", [&] { files.Move(P(u"none"), P(u"new")); }, kErrFileNotFound},
+      {"move onto a file", [&] { files.Move(P(u"sub/b"), P(u"a")); }, kErrFileExists},
+      {"move onto a folder", [&] { files.Move(P(u"a"), P(u"sub")); }, kErrFileExists},
+      {"move into a missing folder", [&] { files.Move(P(u"a"), P(u"no/a")); }, kErrPathNotFound},
       {"path with NUL", [&] { files.Open(cut, OpenMode::Read, Sharing::All); }, kErrBadFileName},
       {"read all of too much", [&] { files.ReadAll(P(u"a"), 0); }, kErrDeviceIo},
       {"room of a missing folder", [&] { files.FreeSpace(P(u"no/no")); }, kErrPathNotFound},
@@ -74,6 +78,7 @@ TEST_F(FilesContract, FailuresHaveVisualBasicsNumbers) {
   };
   for (const auto& row : rows) EXPECT_EQ(ErrorOf(row.work), row.number) << row.name;
   EXPECT_EQ(folder.Read(u"a"), "x");
+  EXPECT_TRUE(folder.Exists(u"sub/b"));
 }
 
 TEST_F(FilesContract, SharingIsRefusedAtOnce) {
@@ -133,6 +138,15 @@ TEST_F(FilesContract, ReplaceTakesATargetThatTheCallerHolds) {
   files.ReplaceHeld(P(u"new"), P(u"old"), Open(u"old", OpenMode::Read, Sharing::Readers));
   EXPECT_EQ(folder.Read(u"old"), "new");
   EXPECT_EQ(ErrorOf([&] { Open(u"old", OpenMode::ReadWrite, Sharing::None); }), 0);
+}
+
+TEST_F(FilesContract, MoveTakesAFreeName) {
+  folder.Write(u"a", "new");
+  const FileState old = *files.State(P(u"a"));
+  files.Move(P(u"a"), P(u"Łódź"));
+  EXPECT_EQ(folder.Names(), std::vector<std::u16string>{u"Łódź"});
+  EXPECT_EQ(folder.Read(u"Łódź"), "new");
+  EXPECT_TRUE(old.IsSameFile(*files.State(P(u"Łódź"))));
 }
 
 TEST_F(FilesContract, StateTellsFilesApart) {
