@@ -9,9 +9,9 @@ import path from "node:path";
 import { setTimeout as sleep } from "node:timers/promises";
 
 import { faultOf, tasksOf } from "./made_tasks.mjs";
-import { attempt, expect, tell } from "./story.mjs";
+import { attempt, expect, rounds, tell } from "./story.mjs";
 
-const [rounds, zimbratc, jetsql, jetcheck, generator, given] = process.argv.slice(2);
+const [count, zimbratc, jetsql, jetcheck, generator, given] = process.argv.slice(2);
 const programs = { zimbratc, jetsql, jetcheck, generator };
 const seed = Number(given ?? Date.now() % 1000000);
 let state = seed;
@@ -74,7 +74,7 @@ await tell("kills", async (folder) => {
     }
     task.outcomes = { old: 0, new: 0 };
   }
-  for (let round = 0; round < Number(rounds); ++round) {
+  const done = await rounds(Number(count), async (round) => {
     const task = tasks[round % tasks.length];
     const note = (holds, what) =>
       expect(holds, `seed ${seed}, round ${round}: ${task.name}, ${task.tables} tables: ${what}`);
@@ -91,7 +91,8 @@ await tell("kills", async (folder) => {
       note(name === task.target || isAsBefore(name, before), `${name} has changed`);
     }
     checkNextRun(task, before, !isOld, note);
-  }
+  });
+  console.log(`${done} kills, seed ${seed}`);
   for (const { name, tables, whole, outcomes } of tasks) {
     console.log(`${name}, ${tables} tables, ${Math.round(whole)} ms: ` +
                 `${outcomes.old} kills left the old file, ${outcomes.new} the new one`);

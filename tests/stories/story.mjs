@@ -50,6 +50,14 @@ export async function tell(name, story) {
   process.exit(hasDifferences() ? 1 : 0);
 }
 
+// Runs the rounds one after another; Ctrl+C ends after the current one. Returns how many there were.
+export async function rounds(count, round) {
+  let isStopped = false, done = 0;
+  process.once("SIGINT", () => (isStopped = true));
+  for (; done < count && !isStopped; ++done) await round(done);
+  return done;
+}
+
 // The words of the command line, split at "--".
 export function wordGroups() {
   const groups = [[]];

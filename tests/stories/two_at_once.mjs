@@ -8,9 +8,9 @@ import fs from "node:fs";
 import path from "node:path";
 
 import { makeGround } from "./made_tasks.mjs";
-import { attempt, expect, tell } from "./story.mjs";
+import { attempt, expect, rounds, tell } from "./story.mjs";
 
-const [rounds, zimbratc, jetsql, jetcheck, generator] = process.argv.slice(2);
+const [most, zimbratc, jetsql, jetcheck, generator] = process.argv.slice(2);
 const programs = { zimbratc, jetsql, jetcheck, generator };
 const refusal = new RegExp(["Inny zimbrat pracuje właśnie na bazie o tej samej nazwie",
                             "Na tej bazie pracuje właśnie inny zimbrat",
@@ -137,7 +137,7 @@ await tell("two-at-once", async (folder) => {
     checkLeftovers(note);
   }
 
-  for (let round = 0; round < Number(rounds); ++round) {
+  const done = await rounds(Number(most), async (round) => {
     for (const [kind, how, commands] of [["dodaj and dodaj", onOne, [add, addThird]],
                                          ["dodaj and sprawdz", onOne, [add, upgrade]],
                                          ["two databases", onTwo, [add, addThird]],
@@ -145,6 +145,6 @@ await tell("two-at-once", async (folder) => {
                                          ["sprawdz beside a writer", besideWriter, upgrade]]) {
       await how(kind, commands, (holds, what) => expect(holds, `round ${round}, ${kind}: ${what}`));
     }
-  }
-  console.log("times that so many succeeded:", figures);
+  });
+  console.log(`${done} rounds; times that so many succeeded:`, figures);
 });
