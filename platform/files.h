@@ -46,8 +46,9 @@ class File {
   virtual std::optional<std::uint64_t> FindLock(std::uint64_t offset, std::uint64_t size) = 0;
 };
 
-// A right to a name that the system ends with the process: a locked file beside the path, or a named
-// mutex on Windows. Released on destruction.
+// A right to a name that the system ends with the process, for every program that sees the folder, on
+// other machines too: a locked file "<path>.lock" beside the path. Released, and the file removed, on
+// destruction; a lock file that was left behind is taken over by the next hold.
 class Hold {
  public:
   virtual ~Hold() = default;

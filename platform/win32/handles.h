@@ -44,7 +44,7 @@ struct FindTraits {
   static Type None() { return INVALID_HANDLE_VALUE; }
   static void Close(Type handle) { ::FindClose(handle); }
 };
-struct ObjectTraits {  // mutexes and the like
+struct ObjectTraits {  // tokens, processes and the like
   using Type = HANDLE;
   static Type None() { return nullptr; }
   static void Close(Type handle) { ::CloseHandle(handle); }

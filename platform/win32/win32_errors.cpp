@@ -30,6 +30,7 @@ std::int32_t NumberOf(DWORD code) {
       return kErrPathAccess;
     case ERROR_SHARING_VIOLATION:
     case ERROR_LOCK_VIOLATION:
+    case ERROR_DELETE_PENDING:
     case ERROR_USER_MAPPED_FILE:
       return kErrPermissionDenied;
     case ERROR_FILE_EXISTS:
@@ -57,6 +58,19 @@ constexpr std::u16string_view kLongPrefix = u"\\\\?\\";
 
 RunTimeError SystemError(DWORD code, std::u16string_view operation, std::u16string_view path) {
   return FileError(NumberOf(code), operation, path);
+}
+
+DWORD CodeOfRefusal(DWORD code, const std::u16string& name) {
+  if (code == ERROR_DELETE_PENDING) return ERROR_SHARING_VIOLATION;
+  if (code != ERROR_ACCESS_DENIED) return code;
+  const DWORD attributes = ::GetFileAttributesW(Lend(name));
+  if (attributes != INVALID_FILE_ATTRIBUTES) {
+    const bool isPlain = (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) == 0;
+    return isPlain ? ERROR_SHARING_VIOLATION : code;
+  }
+  const DWORD reason = ::GetLastError();
+  const bool isBeingDeleted = reason == ERROR_ACCESS_DENIED || reason == ERROR_DELETE_PENDING;
+  return isBeingDeleted ? ERROR_SHARING_VIOLATION : code;
 }
 
 std::u16string SystemPath(std::u16string_view path) {

@@ -94,11 +94,16 @@ std::unique_ptr<File> Win32Files::Open(std::u16string_view path, OpenMode mode, 
   const bool creates = mode == OpenMode::CreateNew || mode == OpenMode::CreatePrivate;
   std::optional<OwnersRights> rights;
   if (mode == OpenMode::CreatePrivate) rights.emplace();
-  FileHandle file(::CreateFileW(Lend(SystemPath(path)), access, ShareModeOf(sharing),
+  const std::u16string name = SystemPath(path);
+  FileHandle file(::CreateFileW(Lend(name), access, ShareModeOf(sharing),
                                 rights ? rights->Attributes() : nullptr,
                                 creates ? CREATE_NEW : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
                                 nullptr));
-  if (!file.IsOpen()) throw SystemError(::GetLastError(), u"otwarcie", path);
+  if (!file.IsOpen()) {
+    const DWORD code = ::GetLastError();
+    // Of a file that exists "access denied" is the truth.
+    throw SystemError(creates ? CodeOfRefusal(code, name) : code, u"otwarcie", path);
+  }
   // A name such as COM1 opens a device, on which a read might never return.
   if (::GetFileType(file.Get()) != FILE_TYPE_DISK) {
     throw FileError(kErrPathAccess, u"otwarcie", path);
@@ -142,7 +147,9 @@ std::optional<FileState> Win32Files::State(std::u16string_view path) {
 }
 
 void Win32Files::Delete(std::u16string_view path) {
-  if (!::DeleteFileW(Lend(SystemPath(path)))) throw SystemError(::GetLastError(), u"usunięcie", path);
+  const std::u16string name = SystemPath(path);
+  if (::DeleteFileW(Lend(name))) return;
+  throw SystemError(CodeOfRefusal(::GetLastError(), name), u"usunięcie", path);
 }
 
 void Win32Files::ReplaceHeld(std::u16string_view from, std::u16string_view to,
@@ -152,18 +159,13 @@ void Win32Files::ReplaceHeld(std::u16string_view from, std::u16string_view to,
                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
     return;
   }
-  DWORD code = ::GetLastError();
-  // The system says "access denied" of a target that is open elsewhere, which is worth another attempt.
-  const DWORD attributes = ::GetFileAttributesW(Lend(SystemPath(to)));
-  const bool isPlainFile = attributes != INVALID_FILE_ATTRIBUTES &&
-                           (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) == 0;
-  if (code == ERROR_ACCESS_DENIED && isPlainFile) code = ERROR_SHARING_VIOLATION;
+  const DWORD code = CodeOfRefusal(::GetLastError(), SystemPath(to));
   throw SystemError(code, u"zamiana pliku", code == ERROR_FILE_NOT_FOUND ? from : to);
 }
 
 void Win32Files::Move(std::u16string_view from, std::u16string_view to) {
   if (::MoveFileExW(Lend(SystemPath(from)), Lend(SystemPath(to)), MOVEFILE_WRITE_THROUGH)) return;
-  const DWORD code = ::GetLastError();
+  const DWORD code = CodeOfRefusal(::GetLastError(), SystemPath(to));
   throw SystemError(code, u"zmiana nazwy", code == ERROR_FILE_NOT_FOUND ? from : to);
 }
 
@@ -212,7 +214,7 @@ std::uint64_t Win32Files::FreeSpace(std::u16string_view folder) {
 }
 
 std::unique_ptr<Hold> Win32Files::TryHold(std::u16string_view path) {
-  return TryWin32Hold(RealPath(path));
+  return TryWin32Hold(path);
 }
 
 }  // namespace zimbrat::platform

@@ -1,9 +1,11 @@
 #include "win32_hold.h"
 
+#include <string>
 #include <utility>
 
 #include "handles.h"
-#include "platform/text.h"
+#include "platform/error_numbers.h"
+#include "platform/file_errors.h"
 #include "wide_text.h"
 #include "win32_errors.h"
 
@@ -12,36 +14,39 @@ namespace {
 
 class Win32Hold : public Hold {
  public:
-  explicit Win32Hold(ObjectHandle mutex) : mutex_(std::move(mutex)) {}
+  explicit Win32Hold(FileHandle file) : file_(std::move(file)) {}
 
  private:
-  ObjectHandle mutex_;
+  FileHandle file_;
 };
 
-// Names of objects may not hold `\` and end at 260 units. Of a longer path the end is kept, and the whole
-// counts through a sum (FNV-1a) in front.
-std::u16string MutexName(std::u16string_view path) {
-  constexpr std::size_t kMostUnits = 200;
-  std::u16string key = ReplaceAll(UpperCase(path), u"\\", u"/");
-  std::uint64_t sum = 14695981039346656037u;
-  for (const char16_t unit : key) sum = (sum ^ unit) * 1099511628211u;
-  if (key.size() > kMostUnits) key.erase(0, key.size() - kMostUnits);
-  return u"Global\\Zimbrat " + DecimalText(static_cast<long long>(sum >> 1)) + u" " + key;
+// A link is opened itself: somebody could have planted one in a folder open to all.
+FileHandle OpenLockFile(const std::u16string& name, DWORD access, DWORD how, DWORD flags) {
+  return FileHandle(::CreateFileW(Lend(name), access, 0, nullptr, how,
+                                  FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT | flags, nullptr));
 }
 
 }  // namespace
 
 std::unique_ptr<Hold> TryWin32Hold(std::u16string_view path) {
-  // That the mutex exists is the hold. Owning it would not do: a thread may own one twice.
-  const std::u16string name = MutexName(path);
-  ObjectHandle mutex(::CreateMutexW(nullptr, FALSE, Lend(name)));
-  const DWORD code = ::GetLastError();
-  if (!mutex.IsOpen()) {
-    if (code == ERROR_ACCESS_DENIED) return nullptr;  // another user's
-    throw SystemError(code, u"blokada", path);
+  const std::u16string lockPath = std::u16string(path) + u".lock";
+  const std::u16string name = SystemPath(lockPath);
+  FileHandle file;
+  DWORD code = ERROR_ACCESS_DENIED;
+  // A lock file on its way out may be gone between the refusal and the question why.
+  for (int round = 0; code == ERROR_ACCESS_DENIED && round < 3; ++round) {
+    file = OpenLockFile(name, GENERIC_READ | DELETE, OPEN_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE);
+    code = file.IsOpen() ? 0 : CodeOfRefusal(::GetLastError(), name);
   }
-  if (code == ERROR_ALREADY_EXISTS) return nullptr;
-  return std::make_unique<Win32Hold>(std::move(mutex));
+  if (code != 0) {
+    if (code != ERROR_SHARING_VIOLATION) throw SystemError(code, u"blokada", lockPath);
+    // One that may not be removed, another user's perhaps, is as good as one's own unless it is held.
+    file = OpenLockFile(name, GENERIC_READ, OPEN_EXISTING, 0);
+    if (!file.IsOpen()) return nullptr;
+  }
+  // A name such as COM1 opens a device.
+  if (::GetFileType(file.Get()) != FILE_TYPE_DISK) throw FileError(kErrPathAccess, u"blokada", lockPath);
+  return std::make_unique<Win32Hold>(std::move(file));
 }
 
 }  // namespace zimbrat::platform

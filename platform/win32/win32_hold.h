@@ -1,4 +1,6 @@
-// A name held through a named mutex of the system, which ends with its last handle.
+// A name held through a file "<path>.lock" beside the path that nobody else may open: a mutex would end at
+// the machine, and the folder may be shared by several. The system removes the file with its last handle,
+// so also with the process.
 #pragma once
 
 #include <memory>
@@ -8,7 +10,6 @@
 
 namespace zimbrat::platform {
 
-// `path` is absolute; two spellings that differ in case only are one name.
 std::unique_ptr<Hold> TryWin32Hold(std::u16string_view path);
 
 }  // namespace zimbrat::platform

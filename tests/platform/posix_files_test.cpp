@@ -7,9 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <filesystem>
-#include <thread>
 
 #include "platform/error_numbers.h"
 #include "platform/portable/portable_clock.h"
@@ -117,26 +115,6 @@ TEST_F(PosixFilesTest, HoldOfAKilledProcessIsFree) {
   ASSERT_EQ(status, 0);
   EXPECT_TRUE(folder.Exists(u"a.mdb.lock"));
   EXPECT_TRUE(files.TryHold(path));
-  EXPECT_FALSE(folder.Exists(u"a.mdb.lock"));
-}
-
-TEST_F(PosixFilesTest, HoldIsNeverGivenTwice) {
-  const std::u16string path = folder.PathOf(u"a.mdb");
-  std::atomic<int> inside{0}, together{0}, grants{0};
-  const auto work = [&] {
-    PosixFiles own;
-    while (grants < 2000) {
-      const auto hold = own.TryHold(path);
-      if (!hold) continue;
-      if (inside.fetch_add(1) != 0) ++together;
-      ++grants;
-      --inside;
-    }
-  };
-  std::thread first(work), second(work);
-  first.join();
-  second.join();
-  EXPECT_EQ(together, 0);
   EXPECT_FALSE(folder.Exists(u"a.mdb.lock"));
 }
 

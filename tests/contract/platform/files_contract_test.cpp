@@ -1,7 +1,9 @@
 // What every Files does alike.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
+#include <thread>
 
 #include "platform/error_numbers.h"
 #include "platform/system.h"
@@ -200,8 +202,36 @@ TEST_F(FilesContract, HoldIsExclusiveAndEndsWithTheObject) {
   ASSERT_TRUE(hold);
   EXPECT_FALSE(files.TryHold(P(u"a.mdb")));
   EXPECT_TRUE(files.TryHold(P(u"b.mdb")));
+  EXPECT_EQ(folder.Names(), std::vector<std::u16string>{u"a.mdb.lock"});  // what other machines see
   hold.reset();
   EXPECT_TRUE(files.TryHold(P(u"a.mdb")));
+  EXPECT_TRUE(folder.Names().empty());
+}
+
+TEST_F(FilesContract, HoldTakesOverALockFileLeftBehind) {
+  folder.Write(u"a.mdb.lock", "");
+  EXPECT_TRUE(files.TryHold(P(u"a.mdb")));
+  EXPECT_TRUE(folder.Names().empty());
+  EXPECT_EQ(ErrorOf([&] { files.TryHold(P(u"no/a.mdb")); }), kErrPathNotFound);
+}
+
+TEST_F(FilesContract, HoldIsNeverGivenTwice) {
+  const std::u16string path = P(u"a.mdb");
+  std::atomic<int> inside{0}, together{0}, grants{0};
+  const auto work = [&] {
+    const System own = MakeSystem(0, nullptr);
+    while (grants < 500) {
+      const auto hold = own.files->TryHold(path);
+      if (!hold) continue;
+      if (inside.fetch_add(1) != 0) ++together;
+      ++grants;
+      --inside;
+    }
+  };
+  std::thread first(work), second(work);
+  first.join();
+  second.join();
+  EXPECT_EQ(together, 0);
   EXPECT_TRUE(folder.Names().empty());
 }
 
