@@ -94,11 +94,11 @@ class Files {
   // and ignores case; without "." and ".."; in the order of NTFS, without regard to case. An
   // unreadable or missing folder gives an empty list.
   virtual std::vector<std::u16string> List(std::u16string_view folder, std::u16string_view pattern) = 0;
-  // Makes the folder's entries durable (nothing to do on Windows).
+  // Makes the folder's entries durable (nothing to do on Windows, nor in a folder that may not be read).
   virtual void FlushFolder(std::u16string_view folder) = 0;
   // The path behind links, absolute; the path itself made absolute when the file does not exist.
   virtual std::u16string RealPath(std::u16string_view path) = 0;
-  // Bytes that this user may still write to the volume of `folder`.
+  // Bytes that this user may still write to the volume of `folder`; the greatest number where it does not say.
   virtual std::uint64_t FreeSpace(std::u16string_view folder) = 0;
   // Null when another process (or another hold of this one) has the name.
   virtual std::unique_ptr<Hold> TryHold(std::u16string_view path) = 0;

@@ -12,6 +12,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 
 #include "descriptor.h"
 #include "platform/error_numbers.h"
@@ -80,12 +81,13 @@ Descriptor OpenAndUnlink(const std::string& folder) {
   return Descriptor();
 }
 
-void FlushFolderOf(const std::string& folder, std::u16string_view path) {
+// Returns 0 or the system's error. A folder that this user may not read, or whose file system cannot flush
+// folders, is left to the system.
+int FlushFolderOf(const std::string& folder) {
   const Descriptor entry(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!entry.IsOpen()) throw ErrnoError(errno, u"zapis folderu na dysk", path);
-  if (Uninterrupted([&] { return ::fsync(entry.Number()); }) != 0 && errno != EINVAL) {
-    throw ErrnoError(errno, u"zapis folderu na dysk", path);
-  }
+  if (!entry.IsOpen()) return errno == EACCES ? 0 : errno;
+  if (Uninterrupted([&] { return ::fsync(entry.Number()); }) == 0 || errno == EINVAL) return 0;
+  return errno;
 }
 
 void FlushContent(const std::string& name, std::u16string_view path) {
@@ -98,6 +100,13 @@ void FlushContent(const std::string& name, std::u16string_view path) {
 
 std::string SystemFolder(std::u16string_view folder) {
   return folder.empty() ? "." : SystemPath(folder);
+}
+
+// Whoever reads of this failure must not take the work for undone.
+void ConfirmName(std::u16string_view path) {
+  if (const int error = FlushFolderOf(SystemFolder(FolderOfPath(path)))) {
+    throw ErrnoError(error, u"plik jest już na miejscu, ale zapisu folderu na dysk nie potwierdzono", path);
+  }
 }
 
 std::optional<std::u16string> FindRealPath(const std::string& path) {
@@ -165,14 +174,14 @@ void PosixFiles::ReplaceHeld(std::u16string_view from, std::u16string_view to,
   FlushContent(source, from);
   if (::rename(source.c_str(), target.c_str()) != 0) throw ErrnoError(errno, u"zamiana pliku", to);
   held.reset();
-  FlushFolder(FolderOfPath(to));
+  ConfirmName(to);
 }
 
 void PosixFiles::Move(std::u16string_view from, std::u16string_view to) {
   const std::string source = SystemPath(from), target = SystemPath(to);
   FlushContent(source, from);
   if (const int error = MoveToFreeName(source, target)) throw ErrnoError(error, u"zmiana nazwy", to);
-  FlushFolder(FolderOfPath(to));
+  ConfirmName(to);
 }
 
 void PosixFiles::CopyAttributes(std::u16string_view from, std::u16string_view to) {
@@ -201,7 +210,9 @@ std::vector<std::u16string> PosixFiles::List(std::u16string_view folder,
 }
 
 void PosixFiles::FlushFolder(std::u16string_view folder) {
-  FlushFolderOf(SystemFolder(folder), folder);
+  if (const int error = FlushFolderOf(SystemFolder(folder))) {
+    throw ErrnoError(error, u"zapis folderu na dysk", folder);
+  }
 }
 
 std::u16string PosixFiles::RealPath(std::u16string_view path) {
@@ -219,6 +230,8 @@ std::uint64_t PosixFiles::FreeSpace(std::u16string_view folder) {
   if (::statvfs(SystemFolder(folder).c_str(), &volume) != 0) {
     throw ErrnoError(errno, u"wolne miejsce", folder);
   }
+  // Such a file system does not say, which is not the same as being full.
+  if (volume.f_blocks == 0) return std::numeric_limits<std::uint64_t>::max();
   return static_cast<std::uint64_t>(volume.f_bavail) * volume.f_frsize;
 }
 
