@@ -14,8 +14,8 @@ class Environment {
   // The folder of the running program, without a separator at its end.
   virtual std::u16string ProgramFolder() = 0;
   virtual std::u16string CurrentFolder() = 0;
-  // Where working copies go: TEMP; elsewhere than on Windows TEMP, TMPDIR, then the system's own. Empty
-  // when there is none.
+  // Where working copies go: TEMP; elsewhere than on Windows TEMP, TMPDIR, then a folder of
+  // this user's in the system's own. Empty when there is none.
   virtual std::u16string TemporaryFolder() = 0;
 };
 

@@ -1,5 +1,8 @@
 #include "posix_environment.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -30,7 +33,16 @@ std::u16string PosixEnvironment::TemporaryFolder() {
   for (const std::u16string_view name : {u"TEMP", u"TMPDIR"}) {
     if (std::u16string folder = Variable(name); !folder.empty()) return folder;
   }
-  return Utf16FromUtf8(P_tmpdir);
+  return Utf16FromUtf8(OwnFolderIn(P_tmpdir));
+}
+
+std::string OwnFolderIn(const std::string& parent) {
+  std::string folder = parent + "/zimbrat-" + std::to_string(::geteuid());
+  ::mkdir(folder.c_str(), 0700);
+  struct stat found;
+  const bool isOwn = ::lstat(folder.c_str(), &found) == 0 && S_ISDIR(found.st_mode) &&
+                     found.st_uid == ::geteuid() && (found.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+  return isOwn ? folder : parent;
 }
 
 }  // namespace zimbrat::platform

@@ -1,6 +1,8 @@
 // Environment variables and folders of a POSIX process.
 #pragma once
 
+#include <string>
+
 #include "platform/environment.h"
 
 namespace zimbrat::platform {
@@ -12,5 +14,9 @@ class PosixEnvironment : public Environment {
   std::u16string CurrentFolder() override;
   std::u16string TemporaryFolder() override;
 };
+
+// The folder "zimbrat-<user's number>" in `parent`, which is open to all: made if it is missing, for its
+// owner alone. `parent` itself where that name is a link's, another user's, or open to others' writing.
+std::string OwnFolderIn(const std::string& parent);
 
 }  // namespace zimbrat::platform

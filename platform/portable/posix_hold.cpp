@@ -35,7 +35,10 @@ Descriptor OpenLockFile(const std::string& name) {
   constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
   Descriptor existing(::open(name.c_str(), kFlags));
   if (existing.IsOpen() || errno != ENOENT) return existing;
-  return Descriptor(::open(name.c_str(), kFlags | O_CREAT, 0644));
+  Descriptor made(::open(name.c_str(), kFlags | O_CREAT | O_EXCL, 0644));
+  // One that a strict umask closed to others would bar the name to them if it were left behind.
+  if (made.IsOpen()) ::fchmod(made.Number(), 0644);
+  return made;
 }
 
 bool IsStillNamed(const Descriptor& descriptor, const std::string& name) {
@@ -52,7 +55,10 @@ std::unique_ptr<Hold> TryPosixHold(std::u16string_view path) {
   // Each round that finds the name gone lost to a hold that ended between open and lock.
   for (int round = 0; round < 1000; ++round) {
     Descriptor descriptor = OpenLockFile(name);
-    if (!descriptor.IsOpen()) throw ErrnoError(errno, u"blokada", lockPath);
+    if (!descriptor.IsOpen()) {
+      if (errno == EEXIST) continue;  // made by somebody else just now
+      throw ErrnoError(errno, u"blokada", lockPath);
+    }
     if (Uninterrupted([&] { return ::flock(descriptor.Number(), LOCK_EX | LOCK_NB); }) != 0) {
       if (errno == EWOULDBLOCK) return nullptr;
       throw ErrnoError(errno, u"blokada", lockPath);

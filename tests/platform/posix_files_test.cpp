@@ -7,10 +7,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <limits>
 
 #include "platform/error_numbers.h"
 #include "platform/portable/portable_clock.h"
+#include "platform/portable/posix_environment.h"
 #include "platform/portable/posix_move.h"
 #include "platform/text.h"
 #include "tests/support/error_of.h"
@@ -84,6 +87,69 @@ TEST_F(PosixFilesTest, CopyAttributesCarriesPermissions) {
   struct stat found;
   ASSERT_EQ(::stat(Name(u"new").c_str(), &found), 0);
   EXPECT_EQ(found.st_mode & 0777, 0640u);
+}
+
+// Nobody in particular, for whom permissions hold; the tests may run as root.
+class PlainUser {
+ public:
+  PlainUser() : isChanged_(::geteuid() == 0 && ::seteuid(65534) == 0) {}
+  ~PlainUser() {
+    if (isChanged_ && ::seteuid(0) != 0) std::abort();
+  }
+  PlainUser(const PlainUser&) = delete;
+  PlainUser& operator=(const PlainUser&) = delete;
+
+ private:
+  bool isChanged_;
+};
+
+TEST_F(PosixFilesTest, FolderThatMayNotBeReadTakesFiles) {
+  folder.Write(u"f/new", "new");
+  folder.Write(u"f/old", "old");
+  ASSERT_EQ(::chmod(Name(u"").c_str(), 0755), 0);
+  ASSERT_EQ(::chmod(Name(u"f").c_str(), 0333), 0);
+  {
+    const PlainUser user;
+    EXPECT_EQ(ErrorOf([&] { files.Replace(folder.PathOf(u"f/new"), folder.PathOf(u"f/old")); }), 0);
+    EXPECT_EQ(ErrorOf([&] { files.Move(folder.PathOf(u"f/old"), folder.PathOf(u"f/third")); }), 0);
+    EXPECT_EQ(ErrorOf([&] { files.FlushFolder(folder.PathOf(u"f")); }), 0);
+  }
+  EXPECT_EQ(folder.Read(u"f/third"), "new");
+}
+
+TEST_F(PosixFilesTest, FreeSpaceOfAVolumeThatDoesNotSayIsNoLimit) {
+  EXPECT_EQ(files.FreeSpace(u"/proc"), std::numeric_limits<std::uint64_t>::max());
+}
+
+TEST_F(PosixFilesTest, LockFileIsOpenToOthersUnderAnyUmask) {
+  const mode_t before = ::umask(077);
+  const auto hold = files.TryHold(folder.PathOf(u"a.mdb"));
+  ::umask(before);
+  struct stat found;
+  ASSERT_EQ(::stat(Name(u"a.mdb.lock").c_str(), &found), 0);
+  EXPECT_EQ(found.st_mode & 0777, 0644u);
+}
+
+TEST_F(PosixFilesTest, OwnFolderIsItsOwnersAlone) {
+  const std::string parent = Name(u""), number = std::to_string(::geteuid());
+  const std::string own = parent + "/zimbrat-" + number;
+  for (int i = 0; i < 2; ++i) {  // made, then found
+    EXPECT_EQ(OwnFolderIn(parent), own);
+    struct stat found;
+    ASSERT_EQ(::stat(own.c_str(), &found), 0);
+    EXPECT_EQ(found.st_mode & 0777, 0700u);
+  }
+  ASSERT_EQ(::chmod(own.c_str(), 0777), 0);
+  EXPECT_EQ(OwnFolderIn(parent), parent);
+  std::filesystem::remove(own);
+  folder.Write(u"theirs/a", "");
+  std::filesystem::create_directory_symlink("theirs", own);
+  EXPECT_EQ(OwnFolderIn(parent), parent);
+  if (::geteuid() != 0) return;  // only root can give a folder away
+  std::filesystem::remove(own);
+  ASSERT_EQ(::mkdir(own.c_str(), 0700), 0);
+  ASSERT_EQ(::chown(own.c_str(), 65534, 65534), 0);
+  EXPECT_EQ(OwnFolderIn(parent), parent);
 }
 
 TEST_F(PosixFilesTest, EveryWayOfMovingLeavesATakenNameAlone) {
