@@ -28,7 +28,8 @@ class Host {
   virtual ~Host() = default;
   // Returns the button pressed; kAnswerNone where nothing may be shown.
   virtual int ShowMessage(std::u16string_view prompt, int buttons, std::u16string_view title) = 0;
-  // Given during long work, at least every 100 ms of it: the view paints and drops input.
+  // Given during long work, at least every 100 ms of it: the view paints and drops input. May throw error 18
+  // when the user, or the system, wants the work to end: what is under way is then undone.
   virtual void Pulse() = 0;
   // Verifies a finished copy before it is put in place; throws a RunTimeError when it must not be. What
   // was wrong already with the database it was made of does not count: `original`, empty for a new one,
