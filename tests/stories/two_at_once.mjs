@@ -2,20 +2,21 @@
 // database into which another program keeps writing. Each time the exit statuses agree with what is in the file, whoever
 // was refused was told why, no row is lost, no effect is half there, and nothing is left over.
 //
-//   node two_at_once.mjs ROUNDS ZIMBRATC JETSQL JETCHECK GENERATOR
+//   node two_at_once.mjs ROUNDS GENERATOR -- ZIMBRATC-COMMAND... -- JETSQL-COMMAND... -- JETCHECK-COMMAND...
 import { spawn } from "node:child_process";
 import fs from "node:fs";
 import path from "node:path";
 
 import { makeGround } from "./made_tasks.mjs";
-import { attempt, expect, rounds, tell } from "./story.mjs";
+import { attempt, expect, rounds, tell, wordGroups } from "./story.mjs";
 
-const [most, zimbratc, jetsql, jetcheck, generator] = process.argv.slice(2);
+const [[most, generator], zimbratc, jetsql, jetcheck] = wordGroups();
 const programs = { zimbratc, jetsql, jetcheck, generator };
 const refusal = new RegExp(["Inny zimbrat pracuje właśnie na bazie o tej samej nazwie",
                             "Na tej bazie pracuje właśnie inny zimbrat",
                             "została otwarta w trybie wyłączności przez innego użytkownika",
-                            "plik właśnie się zmienia", "\\(plik w użyciu\\): .*Firma\\.mdb", "Nie można porównać struktur z bazą: ",
+                            "plik właśnie się zmienia", "Odmowa uprawnień: otwarcie.*: .*Firma\\.mdb",
+                            "Nie można porównać struktur z bazą: ",
                             "bazę zajął właśnie inny program",
                             "Zakończ działanie innych programów korzystających z bazy"].join("|"));
 const inUse = /^3045 /;
@@ -34,9 +35,9 @@ await tell("two-at-once", async (folder) => {
   const upgrade = { words: (file) => ["sprawdz", "--baza", file, "--struktury", ground.newer],
                     query: "SELECT Count(*) FROM dbprg WHERE Indprg = 'P0' AND VerMinor = 1" };
 
-  function start(program, words) {
+  function start([program, ...first], words) {
     return new Promise((resolve) => {
-      const child = spawn(program, words, { env, stdio: ["ignore", "ignore", "pipe"] });
+      const child = spawn(program, [...first, ...words], { env, stdio: ["ignore", "ignore", "pipe"] });
       let stderr = "";
       child.stderr.setEncoding("utf8").on("data", (text) => (stderr += text));
       child.on("close", (status, signal) => resolve({ status, signal, stderr }));
