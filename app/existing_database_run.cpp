@@ -63,17 +63,15 @@ Prepared PrepareDatabase(suite::ProgramState& state, suite::Task task, std::u16s
   state.task = task;
   const bool isCheck = task == suite::Task::Sprawdz;
   if (isCheck && !Repair(state, path)) return {};
-  platform::Secret password(state.databasePassword.View());
-  if (!suite::OpenAndIdentify(state, path, password)) return {};
-  Prepared prepared{true, true};
-  if (task != suite::Task::Wzorzec) {
-    // A run killed in its last moment: the programs are there, so no run may follow that clears up.
-    suite::Attempt([&] { generator::RemoveLeftovers(state.on, platform::FolderOfPath(path)); });
-    prepared.isCompared =
-        suite::CompareWithDatabase(state, path, structureFiles, programs, isCheck) ||
-        structureFiles.empty();
-  }
-  return prepared;
+  if (!suite::OpenAndIdentify(state, path)) return {};
+  // A run killed in its last moment: the programs are there, so no run may follow that clears up.
+  suite::Attempt([&] { generator::RemoveLeftovers(state.on, platform::FolderOfPath(path)); });
+  return {true, suite::CompareWithDatabase(state, path, structureFiles, programs, isCheck)};
+}
+
+bool OpenTemplate(suite::ProgramState& state, std::u16string_view path) {
+  state.task = suite::Task::Wzorzec;
+  return suite::OpenAndIdentify(state, path);
 }
 
 bool TakeSelection(suite::ProgramState& state, suite::Task task, platform::OrvListCheck& programs,

@@ -2,7 +2,7 @@
 // the list of programs. Each step tells the user what is wrong and returns false.
 //
 //   PrepareDatabase   leaving the page of the database: repaired (check task), opened, identified,
-//                     compared
+//                     compared; OpenTemplate for a template
 //   TakeSelection     leaving the page of the programs
 //   RunExtension      the run itself; RunFromTemplate for a template
 #pragma once
@@ -21,18 +21,21 @@ bool NaprawBaze(suite::ProgramState& state, std::u16string_view path);
 
 struct Prepared {
   bool isReady = false;
-  // False when there were structure files and nobody could compare: another program has taken the
-  // database since it was identified. The list is empty then.
-  bool isCompared = true;
+  // Where it was stopped the list is not complete: a structure file that does not go into a query,
+  // or another program that has taken the database since it was identified.
+  suite::Comparison comparison;
 
   explicit operator bool() const { return isReady; }
 };
 
-// Fills the list for the tasks that have one: the programs of those structure files and the state
-// of their structures in the database.
+// Fills the list: the programs of those structure files and the state of their structures in the
+// database.
 Prepared PrepareDatabase(suite::ProgramState& state, suite::Task task, std::u16string_view path,
                          const std::vector<std::u16string>& structureFiles,
                          platform::OrvListCheck& programs);
+
+// Opened and identified, as the database that a new one is made from.
+bool OpenTemplate(suite::ProgramState& state, std::u16string_view path);
 
 struct Selection {
   std::u16string files;  // paths, separated by semicolons
@@ -43,7 +46,8 @@ struct Selection {
 bool TakeSelection(suite::ProgramState& state, suite::Task task, platform::OrvListCheck& programs,
                    Selection& selection);
 
-// Adds the structures to the database (task Dodaj), or checks and upgrades it (Sprawdz).
+// Adds the structures to the database (task Dodaj), or checks and upgrades it (Sprawdz). Not done
+// and without a text: the user was told to choose a database.
 RunResult RunExtension(suite::ProgramState& state, suite::Task task, std::u16string_view path,
                        const Selection& selection, platform::ProgressBar& progress);
 

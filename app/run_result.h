@@ -6,6 +6,7 @@
 #include "platform/controls.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace zimbrat::app {

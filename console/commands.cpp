@@ -67,10 +67,10 @@ Outcome RunStan(const CommandContext& context) {
   if (const auto fault = TakeStructureFolder(context)) return Failed(*fault);
   suite::ProgramState& state = context.state;
   const std::u16string path = TakeDatabase(context, u"--baza");
-  platform::Secret password(state.databasePassword.View());
-  if (!suite::OpenAndIdentify(state, path, password)) return Failed(context.host.Messages());
+  if (!suite::OpenAndIdentify(state, path)) return Failed(context.host.Messages());
   platform::OrvListCheck list(u';');
-  const bool compared = suite::CompareWithDatabase(state, path, suite::StructureFiles(state), list, false);
+  const auto compared =
+      suite::CompareWithDatabase(state, path, suite::StructureFiles(state), list, false);
   Outcome outcome;
   outcome.database = path;
   ShowPrograms(context, list, outcome);

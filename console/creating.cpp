@@ -63,9 +63,7 @@ Outcome RunWzorzec(const CommandContext& context) {
   app::NewDatabaseOrder order;
   if (auto refusal = ReadPeriods(context, order.periods)) return *refusal;
   order.templateDatabase = TakeDatabase(context, u"--wzorzec");
-  platform::OrvListCheck none(u';');
-  if (!app::PrepareDatabase(context.state, suite::Task::Wzorzec, order.templateDatabase, {},
-                            none)) {
+  if (!app::OpenTemplate(context.state, order.templateDatabase)) {
     return Failed(context.host.Messages());
   }
   if (auto refusal = ReadNameAndFolder(context, order.name, order.folder)) return *refusal;

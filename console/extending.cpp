@@ -8,18 +8,25 @@
 namespace zimbrat::console {
 namespace {
 
-// A comparison passes over a file without program or version and ends quietly at an error: a file
-// that was asked for by name must not go unnoticed.
-std::optional<Outcome> FindUncompared(const CommandContext& context, std::u16string_view database,
-                                      const std::vector<std::u16string>& structures) {
-  platform::OrvListCheck all(u';');
-  suite::CompareWithDatabase(context.state, database, structures, all, false);
+// A comparison passes over a file without program or version: one that was asked for by name must
+// not go unnoticed.
+std::optional<Outcome> FindUnnamedProgram(const CommandContext& context,
+                                          const std::vector<std::u16string>& structures) {
   for (const std::u16string& path : structures) {
-    if (all.FindValue(path) >= 0) continue;
-    return Failed(u"Pliku struktury nie można porównać z bazą (brak w nim nazwy lub wersji "
-                  u"programu, symbol jest błędny albo bazę zajął właśnie inny program): " + path);
+    const auto header = suite::ReadProgramHeader(context.state.on.profile, path);
+    if (header.program.empty() || header.verMajor.empty()) {
+      return Failed(u"Plik struktury nie podaje nazwy lub wersji programu: " + path);
+    }
   }
   return std::nullopt;
+}
+
+// The rest of the list would be missing, and a check would praise what it has not seen.
+Outcome NotCompared(const std::u16string& database, const suite::Comparison& comparison) {
+  std::u16string text = u"Nie można porównać struktur z bazą: " + database;
+  if (!comparison.stoppedAt.empty()) text += u", plik struktury: " + comparison.stoppedAt;
+  return Failed(text + u". Błąd nr " + platform::DecimalText(comparison.error->Number()) + u"; (" +
+                comparison.error->Description() + u")");
 }
 
 // The message of the page, and the engine's reason where the message gives none.
@@ -33,16 +40,13 @@ Outcome NotReady(const CommandContext& context) {
 }
 
 Outcome Extend(const CommandContext& context, suite::Task task,
-               const std::vector<std::u16string>& structures, bool areGiven) {
+               const std::vector<std::u16string>& structures) {
   suite::ProgramState& state = context.state;
   const std::u16string database = TakeDatabase(context, u"--baza");
   platform::OrvListCheck programs(u';');
   const app::Prepared prepared = app::PrepareDatabase(state, task, database, structures, programs);
   if (!prepared) return NotReady(context);
-  if (areGiven) {
-    if (auto refusal = FindUncompared(context, database, structures)) return *refusal;
-  }
-  if (!prepared.isCompared) return Failed(u"Nie można porównać struktur z bazą: " + database);
+  if (prepared.comparison.error) return NotCompared(database, prepared.comparison);
   Outcome outcome;
   if (task == suite::Task::Dodaj) {
     for (int i = 0; i < programs.Count(); ++i) programs.SetChecked(i, true);
@@ -64,20 +68,24 @@ Outcome Extend(const CommandContext& context, suite::Task task,
 }  // namespace
 
 Outcome RunDodaj(const CommandContext& context) {
+  context.state.task = suite::Task::Dodaj;
   std::vector<std::u16string> structures;
   if (auto refusal = ReadStructures(context, u';', structures)) return *refusal;
-  return Extend(context, suite::Task::Dodaj, structures, true);
+  if (auto refusal = FindUnnamedProgram(context, structures)) return *refusal;
+  return Extend(context, suite::Task::Dodaj, structures);
 }
 
 Outcome RunSprawdz(const CommandContext& context) {
-  const bool isGiven = context.arguments.Has(u"--struktury");
+  context.state.task = suite::Task::Sprawdz;
   std::vector<std::u16string> structures;
-  if (!isGiven) {
+  if (!context.arguments.Has(u"--struktury")) {
     structures = suite::StructureFiles(context.state);
-  } else if (auto refusal = ReadStructures(context, u';', structures)) {
-    return *refusal;
+    if (auto refusal = FindSeparator(structures, u';')) return *refusal;
+  } else {
+    if (auto refusal = ReadStructures(context, u';', structures)) return *refusal;
+    if (auto refusal = FindUnnamedProgram(context, structures)) return *refusal;
   }
-  return Extend(context, suite::Task::Sprawdz, structures, isGiven);
+  return Extend(context, suite::Task::Sprawdz, structures);
 }
 
 }  // namespace zimbrat::console

@@ -41,8 +41,6 @@ app::RunResult WithProgressLine(const CommandContext& context,
   platform::ProgressBar bar;
   const ProgressLine line(context.console, bar,
                           !context.arguments.isQuiet && context.console.IsErrorTerminal());
-  // What a run made must go when it is stopped.
-  context.console.NoteInterrupts();
   return run(bar);
 }
 

@@ -97,21 +97,29 @@ std::optional<Outcome> ReadStructures(const CommandContext& context, char16_t se
                                       std::vector<std::u16string>& paths) {
   for (const std::u16string& name : SplitNames(context.arguments.Value(u"--struktury"))) {
     const std::u16string path = ResolveStructureFile(context.state, name);
-    if (path.find(separator) != std::u16string::npos) {
-      return WrongUsage(std::u16string(u"Ścieżka pliku struktury zawiera ") +
-                        (separator == u',' ? u"przecinek: " : u"średnik: ") + path +
-                        u". Umieść plik w innym folderze.");
-    }
     if (!context.state.on.files.IsFile(path)) return MissingStructureFile(context.state, path);
     if (std::find(paths.begin(), paths.end(), path) == paths.end()) paths.push_back(path);
   }
   if (paths.empty()) return WrongUsage(u"Opcja --struktury nie podaje żadnego pliku *.stb.");
+  return FindSeparator(paths, separator);
+}
+
+std::optional<Outcome> FindSeparator(const std::vector<std::u16string>& paths, char16_t separator) {
+  for (const std::u16string& path : paths) {
+    if (path.find(separator) == std::u16string::npos) continue;
+    return WrongUsage(std::u16string(u"Ścieżka pliku struktury zawiera ") +
+                      (separator == u',' ? u"przecinek: " : u"średnik: ") + path +
+                      u". Umieść plik w innym folderze.");
+  }
   return std::nullopt;
 }
 
 std::u16string TakeDatabase(const CommandContext& context, std::u16string_view option) {
   context.state.databasePassword = PasswordOf(context);
-  return context.state.on.files.RealPath(context.arguments.Value(option));
+  const std::u16string path = context.arguments.Value(option);
+  // Nothing, and a filter where nothing was chosen, are told by those who open it.
+  if (path.empty() || platform::Contains(path, u"*")) return path;
+  return context.state.on.files.RealPath(path);
 }
 
 }  // namespace zimbrat::console

@@ -24,6 +24,9 @@ std::optional<Outcome> ReadNameAndFolder(const CommandContext& context, std::u16
 std::optional<Outcome> ReadStructures(const CommandContext& context, char16_t separator,
                                       std::vector<std::u16string>& paths);
 
+// A path with the separator that cuts the driver's list.
+std::optional<Outcome> FindSeparator(const std::vector<std::u16string>& paths, char16_t separator);
+
 // The full path of an existing database, and --haslo or ZIMBRAT_HASLO for it.
 std::u16string TakeDatabase(const CommandContext& context, std::u16string_view option);
 

@@ -3,6 +3,7 @@
 #include "commands.h"
 #include "engines/engine_choice.h"
 #include "app/version.h"
+#include "suite/ModPrgFun.h"
 #include "suite/manners.h"
 #include "platform/text.h"
 
@@ -32,7 +33,9 @@ Outcome Carry(platform::System& system, const Arguments& arguments) {
   });
   suite::ProgramState state(
       {*system.files, *system.registry, *system.profile, *system.clock, *system.environment, host,
-       [&] { return engines::MakeEngine(*system.files, *system.clock, {}); }});
+       [&] { return engines::MakeEngine(*system.files, *system.clock, [&] { host.Pulse(); }); }});
+  // What a command has made must go when it is stopped.
+  system.console->NoteInterrupts();
   Outcome outcome;
   const auto error = suite::Attempt([&] {
     outcome = FunctionOf(arguments.command->name)({arguments, state, host, *system.console});
@@ -53,7 +56,8 @@ Outcome Decide(platform::System& system, const Arguments& arguments) {
             {},
             {}};
   }
-  if (arguments.fault) return WrongUsage(*arguments.fault + u"\nPomoc: zimbratc --pomoc");
+  if (arguments.fault) return WrongUsage(*arguments.fault + std::u16string(suite::kCrLf) + 
+                      u"Pomoc: zimbratc --pomoc");
   if (arguments.command == nullptr) return WrongUsage(GeneralHelp());
   return Carry(system, arguments);
 }

@@ -2,6 +2,7 @@
 // header, the accounting periods.
 #include "generator/ModGeneruj.h"
 
+#include "patience.h"
 #include "suite/manners.h"
 #include "platform/dates.h"
 #include "platform/text.h"
@@ -29,9 +30,9 @@ template <class Work>
 bool RecordInSession(ProgramState& state, std::u16string_view databasePath,
                      std::u16string_view connect, Work&& work) {
   return suite::Record(state.context, [&] {
-    suite::DatabaseSession session(state, databasePath, connect);
-    work(session.Database());
-    session.Close();
+    const auto session = OpenPatiently(state, databasePath, connect);
+    work(session->Database());
+    session->Close();
     return true;
   });
 }

@@ -2,8 +2,8 @@
 // with it as template.
 #include "generator/ModGeneruj.h"
 
-#include "drivers.h"
 #include "copying.h"
+#include "drivers.h"
 #include "suite/manners.h"
 #include "platform/error_numbers.h"
 #include "platform/files.h"
@@ -13,8 +13,8 @@ namespace zimbrat::generator {
 namespace {
 
 // What can stop the work is asked before it begins: another run, writers, rights, room.
-bool Begin(ProgramState& state, std::u16string_view source, std::u16string_view target,
-           WorkingCopy& copy, NewDatabaseFile& file) {
+bool BeginWork(ProgramState& state, std::u16string_view source, std::u16string_view target,
+               WorkingCopy& copy, NewDatabaseFile& file) {
   return suite::Record(state.context,
                        [&] {
                          file.Begin(target);
@@ -60,12 +60,16 @@ bool PrzywrocKopie(ProgramState& state, WorkingCopy& copy, NewDatabaseFile& targ
       return false;
     }
     const HeldFile& source = copy.Source();
-    const bool isUnchanged = source.Path() == target.TargetPath() && copy.EqualsSource();
-    if (!isUnchanged) target.TakeFrom(*copy.OpenForReading(), source.State().isPrivate);
+    const bool isSameDatabase = source.Path() == target.TargetPath();
+    const bool isUnchanged = isSameDatabase && copy.EqualsSource();
+    if (!isUnchanged) {
+      target.TakeFrom(*copy.OpenForReading(), source.State().isPrivate.value_or(false));
+    }
     // Before the new file is in place: a run killed behind that point might find no next one.
     copy.LetGoOfSource();
     copy.Remove();
-    if (!isUnchanged) target.PutInPlace(source.Path());
+    // What a database had before may stay; a new one must be sound.
+    if (!isUnchanged) target.PutInPlace(isSameDatabase ? source.Path() : std::u16string());
     return true;
   });
 }
@@ -75,7 +79,14 @@ bool RozbudujBaze(ProgramState& state, std::u16string_view databasePath,
   state.context.Clear();
   NewDatabaseFile file(state.on);
   WorkingCopy copy(state.on);
-  return Begin(state, databasePath, databasePath, copy, file) &&
+  // Once for both: a link that is turned round meanwhile must not mix two databases.
+  std::u16string path;
+  return suite::Record(state.context,
+                       [&] {
+                         path = state.on.files.RealPath(databasePath);
+                         return true;
+                       }) &&
+         BeginWork(state, path, path, copy, file) &&
          ApplyFiles(state, SplitFileList(structureFiles, u';'), copy.Path(), progress) &&
          PrzywrocKopie(state, copy, file);
 }
@@ -94,7 +105,7 @@ bool UtworzZWzorca(ProgramState& state, std::u16string_view templatePath,
     }
     return MayTakePlace(state, target);
   });
-  return mayBegin && Begin(state, templatePath, target, copy, file) &&
+  return mayBegin && BeginWork(state, templatePath, target, copy, file) &&
          WyczyscWzorzec(state, copy.Path(), progress) &&
          ZapiszOkresy(state, copy.Path(), periods) && PrzywrocKopie(state, copy, file);
 }

@@ -57,33 +57,45 @@ void NewDatabaseFile::TakeFrom(platform::File& content, bool isPrivate) {
 }
 
 void NewDatabaseFile::PutInPlace(std::u16string_view original) {
-  on_.host.VerifyCopy(workingPath_, original);
+  on_.host.Pulse();  // the last moment to stop
+  Patiently(on_, [&] { on_.host.VerifyCopy(workingPath_, original); });
   Patiently(on_, [&] { on_.files.Open(workingPath_, OpenMode::ReadWrite, Sharing::None)->Flush(); });
-  // Who might read the old file may read the new one, and nobody else.
-  if (oldFile_) Patiently(on_, [&] { on_.files.CopyAttributes(targetPath_, workingPath_); });
-  bool isAsFound = true;
-  Patiently(on_, [&] {
-    if (oldFile_ && on_.files.State(targetPath_)) oldFile_->Renew();
-    isAsFound = IsTargetAsFound();
-    if (!isAsFound) return;
-    on_.files.ReplaceHeld(workingPath_, targetPath_, oldFile_ ? oldFile_->HandOver() : nullptr);
-  });
-  if (!isAsFound) PutBeside();
+  bool isInPlace = false;
+  Patiently(on_, [&] { isInPlace = IsTargetAsFound() && TakePlace(); });
+  if (!isInPlace) PutBeside();
   hold_.reset();
 }
 
-bool NewDatabaseFile::IsTargetAsFound() const {
-  return oldFile_ ? oldFile_->IsUnchanged() : !on_.files.State(targetPath_);
+// The hold, which a rename that failed has taken, is taken again first.
+bool NewDatabaseFile::IsTargetAsFound() {
+  const bool isThere = on_.files.State(targetPath_).has_value();
+  if (!oldFile_ || !isThere) return oldFile_.has_value() == isThere;
+  oldFile_->Renew();
+  return oldFile_->IsUnchanged();
+}
+
+// False when a place that was free is taken by now.
+bool NewDatabaseFile::TakePlace() {
+  if (!oldFile_) return TryMove(targetPath_);
+  // Who might read the old file may read the new one, and nobody else.
+  on_.files.CopyAttributes(targetPath_, workingPath_);
+  on_.files.ReplaceHeld(workingPath_, targetPath_, oldFile_->HandOver());
+  return true;
+}
+
+bool NewDatabaseFile::TryMove(std::u16string_view to) {
+  const auto error = suite::Attempt([&] { on_.files.Move(workingPath_, to); });
+  if (error && error->Number() != platform::kErrFileExists) throw *error;
+  return !error;
 }
 
 void NewDatabaseFile::PutBeside() {
   std::u16string stem = targetPath_;
   if (platform::UpperCase(stem).ends_with(u".MDB")) stem.resize(stem.size() - 4);
   std::u16string beside = stem + u" (zimbrat).mdb";
-  for (int i = 2; on_.files.State(beside); ++i) {
+  for (int i = 2; !TryMove(beside); ++i) {
     beside = stem + u" (zimbrat " + platform::DecimalText(i) + u").mdb";
   }
-  on_.files.Replace(workingPath_, beside);
   hold_.reset();
   throw platform::RunTimeError(
       platform::kErrFileExists, platform::kOwnErrorSource,

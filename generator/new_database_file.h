@@ -1,4 +1,4 @@
-// A database on its way to its place. It is written under a name of its own beside the target, so
+// A new version of a database, or its first, on the way to its place. It is written under a name of its own beside the target, so
 // that whatever ends the program leaves the old file or the new one:
 //
 //   Begin        takes the working name for this process, removes what ended runs left in the
@@ -48,7 +48,9 @@ class NewDatabaseFile {
   const std::u16string& TargetPath() const { return targetPath_; }
 
  private:
-  bool IsTargetAsFound() const;
+  bool IsTargetAsFound();
+  bool TakePlace();
+  bool TryMove(std::u16string_view to);
   [[noreturn]] void PutBeside();
 
   const suite::Surroundings& on_;

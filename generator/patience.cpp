@@ -4,16 +4,35 @@
 #include "platform/error_numbers.h"
 
 namespace zimbrat::generator {
+namespace {
+
+bool IsSomebodyElses(std::int32_t number) {
+  return number == platform::kErrPermissionDenied || number == platform::kErrFileInUse ||
+         number == platform::kErrCannotOpenFile;
+}
+
+}  // namespace
 
 void Patiently(const suite::Surroundings& on, const std::function<void()>& step) {
   for (std::uint32_t waited = 0; waited < kPatience; waited += kPatienceStep) {
     const auto error = suite::Attempt(step);
     if (!error) return;
-    if (error->Number() != platform::kErrPermissionDenied) throw *error;
+    if (!IsSomebodyElses(error->Number())) throw *error;
     on.clock.Sleep(kPatienceStep);
-    on.host.Pulse();
+    // A user who wants to stop is heard elsewhere: what is waited for may be the clearing up.
+    suite::Attempt([&] { on.host.Pulse(); });
   }
   step();
+}
+
+std::unique_ptr<suite::DatabaseSession> OpenPatiently(suite::ProgramState& state,
+                                                      std::u16string_view path,
+                                                      std::u16string_view connect) {
+  std::unique_ptr<suite::DatabaseSession> session;
+  Patiently(state.on, [&] {
+    session = std::make_unique<suite::DatabaseSession>(state, path, connect);
+  });
+  return session;
 }
 
 }  // namespace zimbrat::generator

@@ -5,6 +5,8 @@
 #include "suite/program_state.h"
 
 #include <functional>
+#include <memory>
+#include <string_view>
 
 namespace zimbrat::generator {
 
@@ -12,8 +14,13 @@ namespace zimbrat::generator {
 inline constexpr std::uint32_t kPatience = 2000;
 inline constexpr std::uint32_t kPatienceStep = 50;
 
-// Carries the step out, again and again while it fails with error 70; the last failure comes
-// through, and every other one at once.
+// Carries the step out, again and again while it fails because of somebody else (70, and the
+// engine's 3045 and 3051); the last failure comes through, and every other one at once.
 void Patiently(const suite::Surroundings& on, const std::function<void()>& step);
+
+// A session on a file that is the program's own, so that whoever has it open lets go soon.
+std::unique_ptr<suite::DatabaseSession> OpenPatiently(suite::ProgramState& state,
+                                                      std::u16string_view path,
+                                                      std::u16string_view connect);
 
 }  // namespace zimbrat::generator

@@ -1,6 +1,7 @@
 // One structure file applied to one database, from the header to the data statements.
 #include "generator/ModGeneruj.h"
 
+#include "patience.h"
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"
 #include "platform/numbers.h"
@@ -49,13 +50,14 @@ bool ApplyStructure(ProgramState& state, const Place& place, StructureHeader& he
   const auto tables = suite::ReadSection(state.on.profile, u"TABLES", place.structureFile);
   if (tables.empty()) return false;
 
-  suite::DatabaseSession session(state, place.database, suite::ConnectText(state.databasePassword));
-  dao::Database& database = session.Database();
+  const auto session =
+      OpenPatiently(state, place.database, suite::ConnectText(state.databasePassword));
+  dao::Database& database = session->Database();
   const bool done = AktualizujStrukture(state, database, place.structureFile, header.symbol) &&
                     CreateTables(state, database, place.structureFile, tables, progress) &&
                     CreateRelations(state, database, place.structureFile, progress) &&
                     WpiszDane(state, database, place.structureFile, header.symbol);
-  if (done) session.Close();
+  if (done) session->Close();
   return done;
 }
 

@@ -1,9 +1,11 @@
 // A template copy made empty: its documents and movements go, its dictionaries stay.
 #include "generator/ModGeneruj.h"
 
+#include "patience.h"
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"
 #include "suite/value_text.h"
+#include "platform/error_numbers.h"
 
 #include <algorithm>
 #include <array>
@@ -50,12 +52,13 @@ std::u16string Bracketed(std::u16string_view name) {
   return u"[" + std::u16string(name) + u"]";
 }
 
-// Rows that others refer to are passed over, so whoever comes too early has another turn. What is
-// left in the end is referred to by a dictionary, or in a circle.
+// Rows that others refer to are passed over, so whoever comes too early has another turn. As many
+// turns as there are tables are enough, unless rows of one table refer to each other, or tables in
+// a circle.
 void DeleteRows(ProgramState& state, dao::Database& database, const Names& tables,
                 platform::ProgressBar& progress) {
-  std::int64_t deleted = 0;
-  do {
+  std::int64_t deleted = 1;
+  for (std::size_t turn = 0; deleted > 0 && turn <= tables.size(); ++turn) {
     deleted = 0;
     for (const std::u16string& table : tables) {
       database.Execute(u"DELETE FROM " + Bracketed(table));
@@ -63,7 +66,7 @@ void DeleteRows(ProgramState& state, dao::Database& database, const Names& table
       progress.Advance();
       state.on.host.Pulse();
     }
-  } while (deleted > 0);
+  }
 }
 
 bool HasRows(dao::Database& database, const Names& tables) {
@@ -72,7 +75,7 @@ bool HasRows(dao::Database& database, const Names& tables) {
   });
 }
 
-// Circles are opened where their fields may be empty.
+// Chains and circles are opened where their fields may be empty.
 void ClearReferences(dao::Database& database, const Names& tables) {
   const auto isAmong = [&](const std::u16string& name) {
     return std::find(tables.begin(), tables.end(), name) != tables.end();
@@ -89,14 +92,24 @@ void ClearReferences(dao::Database& database, const Names& tables) {
   }
 }
 
+// A database without a password opens with any; then the old one is none.
+void RemovePassword(ProgramState& state, dao::Database& database) {
+  const auto error =
+      suite::Attempt([&] { database.NewPassword(state.databasePassword, u""); });
+  if (!error) return;
+  if (error->Number() != platform::kErrInvalidPassword) throw *error;
+  database.NewPassword(u"", u"");
+}
+
 }  // namespace
 
 bool WyczyscWzorzec(ProgramState& state, std::u16string_view copyPath,
                     platform::ProgressBar& progress) {
   return suite::Record(state.context, [&] {
-    suite::DatabaseSession session(state, copyPath, suite::ConnectText(state.databasePassword));
-    dao::Database& database = session.Database();
-    database.NewPassword(state.databasePassword, u"");
+    const auto session =
+        OpenPatiently(state, copyPath, suite::ConnectText(state.databasePassword));
+    dao::Database& database = session->Database();
+    RemovePassword(state, database);
     // The prefixes mean documents in the suite's programs: without any of them they mean nothing.
     if (!ProgramSymbols(database).empty()) {
       const Names tables = DocumentTables(database);
@@ -107,7 +120,7 @@ bool WyczyscWzorzec(ProgramState& state, std::u16string_view copyPath,
         DeleteRows(state, database, tables, progress);
       }
     }
-    session.Close();
+    session->Close();
     return true;
   });
 }

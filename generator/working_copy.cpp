@@ -18,10 +18,15 @@ std::u16string WorkingFolder(suite::ProgramState& state) {
 }
 
 WorkingCopy::~WorkingCopy() {
-  if (hold_) suite::Attempt([&] { Remove(); });
+  if (isOurs_) suite::Attempt([&] { Remove(); });
 }
 
 void WorkingCopy::Begin(std::u16string_view source, std::u16string_view folder) {
+  if (!on_.files.IsFolder(folder)) {
+    throw platform::RunTimeError(platform::kErrPathNotFound, platform::kOwnErrorSource,
+                                 u"Nie ma folderu roboczego, wskazanego zmienną TEMP: " +
+                                     std::u16string(folder));
+  }
   path_ = platform::JoinPath(folder, u"Robocza " + std::u16string(platform::NameOfPath(source)));
   hold_ = on_.files.TryHold(path_);
   if (!hold_) {
@@ -30,13 +35,29 @@ void WorkingCopy::Begin(std::u16string_view source, std::u16string_view folder) 
                                  u"kopii roboczej: " + path_);
   }
   source_.emplace(on_.files, on_.files.RealPath(source));
-  RemoveName(on_.files, path_);
-  const auto copy = on_.files.Open(path_, OpenMode::CreatePrivate, Sharing::None);
+  RequireOwnLeftover();
+  std::unique_ptr<platform::File> copy;
+  Patiently(on_, [&] {
+    RemoveName(on_.files, path_);
+    copy = on_.files.Open(path_, OpenMode::CreatePrivate, Sharing::None);
+  });
+  isOurs_ = true;
   CopyContents(source_->Content(), *copy, on_.host);
 }
 
+// What a killed run left is open to its owner alone; another file of that name is somebody's.
+void WorkingCopy::RequireOwnLeftover() {
+  const std::optional<platform::FileState> found = on_.files.State(path_);
+  if (!found || found->isPrivate.value_or(true)) return;
+  throw platform::RunTimeError(
+      platform::kErrFileExists, platform::kOwnErrorSource,
+      u"Miejsce kopii roboczej zajmuje plik, który nią nie jest. Przenieś go lub usuń: " + path_);
+}
+
 std::unique_ptr<platform::File> WorkingCopy::OpenForReading() const {
-  return on_.files.Open(path_, OpenMode::Read, Sharing::None);
+  std::unique_ptr<platform::File> file;
+  Patiently(on_, [&] { file = on_.files.Open(path_, OpenMode::Read, Sharing::Readers); });
+  return file;
 }
 
 bool WorkingCopy::EqualsSource() {
@@ -45,6 +66,7 @@ bool WorkingCopy::EqualsSource() {
 
 void WorkingCopy::Remove() {
   Patiently(on_, [&] { RemoveName(on_.files, path_); });
+  isOurs_ = false;
   hold_.reset();
 }
 

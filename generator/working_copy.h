@@ -27,7 +27,7 @@ class WorkingCopy {
   WorkingCopy& operator=(const WorkingCopy&) = delete;
 
   // Holds the source against writers and copies it. Error 70 while another run has a copy of that
-  // name, or somebody writes to the source.
+  // name, or somebody writes to the source; 58 when a file of that name is no working copy.
   void Begin(std::u16string_view source, std::u16string_view folder);
 
   const std::u16string& Path() const { return path_; }
@@ -41,8 +41,11 @@ class WorkingCopy {
   void Remove();
 
  private:
+  void RequireOwnLeftover();
+
   const suite::Surroundings& on_;
   std::u16string path_;
+  bool isOurs_ = false;
   std::unique_ptr<platform::Hold> hold_;
   std::optional<HeldFile> source_;
 };

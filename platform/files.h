@@ -59,7 +59,8 @@ struct FileState {
   std::int64_t modified = 0;  // nanoseconds, system's epoch
   bool isFolder = false;
   bool isReadOnly = false;
-  bool isPrivate = false;    // nobody but its owner may open it; false where lists of rights say who may
+  // Whether nobody but its owner may open it; nothing where lists of rights say who may.
+  std::optional<bool> isPrivate;
   std::uint64_t volume = 0;  // device or serial number
   std::uint64_t number = 0;  // of the file on its volume: stays when it is renamed
 

@@ -7,6 +7,7 @@
 #include "platform/controls.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -55,10 +56,19 @@ std::vector<std::u16string> StructureFiles(ProgramState& state);
 // One item a program: "Kadry v.2.3", its value the file's path.
 void LoadProgramList(ProgramState& state, platform::OrvListCheck& list);
 
+// What a comparison came to: true when at least one structure file was looked up.
+struct Comparison {
+  bool lookedUp = false;
+  // The error that ended it, and the structure file at which it did, if any.
+  std::optional<platform::RunTimeError> error;
+  std::u16string stoppedAt;
+
+  explicit operator bool() const { return lookedUp; }
+};
+
 // Fills the list with the programs of those structure files and the state of their structures in
-// the database. True when at least one file was looked up; an error ends it with what was reached
-// so far.
-bool CompareWithDatabase(ProgramState& state, std::u16string_view databasePath,
+// the database. An error ends it quietly with what was reached so far.
+Comparison CompareWithDatabase(ProgramState& state, std::u16string_view databasePath,
                          const std::vector<std::u16string>& structureFiles,
                          platform::OrvListCheck& list, bool leaveOutAbsent);
 
@@ -75,6 +85,8 @@ void ListDatabases(ProgramState& state, platform::OrvList& list, std::u16string_
 // Opens the database and makes sure that it is one of the suite's; tells the user why not. A
 // rejected password is asked for once and kept.
 bool OpenAndIdentify(ProgramState& state, std::u16string_view path, platform::Secret& password);
+// With the program-wide password.
+bool OpenAndIdentify(ProgramState& state, std::u16string_view path);
 
 // What the user chose, for the texts.
 struct Choices {

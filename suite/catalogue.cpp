@@ -83,11 +83,11 @@ void LoadProgramList(ProgramState& state, platform::OrvListCheck& list) {
   }
 }
 
-bool CompareWithDatabase(ProgramState& state, std::u16string_view databasePath,
-                         const std::vector<std::u16string>& structureFiles,
-                         platform::OrvListCheck& list, bool leaveOutAbsent) {
-  bool lookedUp = false;
-  Attempt([&] {
+Comparison CompareWithDatabase(ProgramState& state, std::u16string_view databasePath,
+                               const std::vector<std::u16string>& structureFiles,
+                               platform::OrvListCheck& list, bool leaveOutAbsent) {
+  Comparison result;
+  result.error = Attempt([&] {
     std::optional<Hourglass> busy(state.on.host);
     list.Clear();
     if (databasePath.empty()) {
@@ -98,13 +98,15 @@ bool CompareWithDatabase(ProgramState& state, std::u16string_view databasePath,
     }
     DatabaseSession session(state, databasePath, ConnectText(state.databasePassword));
     for (const std::u16string& path : structureFiles) {
+      result.stoppedAt = path;
       const ProgramHeader header = ReadProgramHeader(state.on.profile, path);
       if (header.verMajor.empty() || header.program.empty()) continue;
-      CompareFile(session.Database(), path, header, list, leaveOutAbsent, lookedUp);
+      CompareFile(session.Database(), path, header, list, leaveOutAbsent, result.lookedUp);
     }
+    result.stoppedAt.clear();
     session.Close();
   });
-  return lookedUp;
+  return result;
 }
 
 bool CollectSelection(platform::OrvListCheck& list, std::u16string& values, std::u16string& names) {

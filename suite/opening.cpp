@@ -99,4 +99,9 @@ bool OpenAndIdentify(ProgramState& state, std::u16string_view path, platform::Se
   return identified;
 }
 
+bool OpenAndIdentify(ProgramState& state, std::u16string_view path) {
+  platform::Secret password(state.databasePassword.View());
+  return OpenAndIdentify(state, path, password);
+}
+
 }  // namespace zimbrat::suite

@@ -81,6 +81,16 @@ TEST_F(Template, EmptiesParentsAfterTheirChildrenAndCircles) {
   for (const char16_t* name : {u"BAa", u"FAb", u"ZAc"}) EXPECT_EQ(Ids(name), "") << Utf8(name);
 }
 
+TEST_F(Template, EmptiesAChainOfRowsThatFollowOneAnother) {
+  Programs();
+  Table(u"FAx");
+  Relation(u"FAx", u"FAx");
+  Row(u"FAx", 1);
+  for (int id = 2; id <= 300; ++id) Row(u"FAx", id, id - 1);
+  Clean();
+  EXPECT_EQ(Ids(u"FAx"), "");
+}
+
 TEST_F(Template, KeepsADocumentThatADictionaryNeedsAndNoOther) {
   Programs();
   for (const char16_t* name : {u"UMowy", u"PRacownicy"}) Table(name);
@@ -116,6 +126,7 @@ TEST_F(Template, HasNoPasswordAnyMore) {
   Database().NewPassword(u"", u"Zażółć gęślą jaźń123");
   bench_.state.databasePassword = u"Zażółć gęślą jaźń123";
   Clean();
+  Clean();  // with a password that the database does not have
 }
 
 }  // namespace

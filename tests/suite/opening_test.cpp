@@ -94,7 +94,8 @@ class ComparedDatabase : public Opening {
     bench_.state.structureFolder = bench_.PathOf(u"stb");
     lookedUp_ =
         suite::CompareWithDatabase(bench_.state, bench_.PathOf(u"baza.mdb"),
-                                   suite::StructureFiles(bench_.state), list, leaveOutAbsent);
+                                   suite::StructureFiles(bench_.state), list, leaveOutAbsent)
+            .lookedUp;
     std::vector<std::string> items;
     for (const auto& item : list.Items()) {
       items.push_back((item.isChecked ? "+" : "") + Utf8(item.text));
