@@ -3,6 +3,7 @@
 #include "platform/error_numbers.h"
 #include "platform/file_errors.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace zimbrat::generator {
@@ -42,8 +43,11 @@ void HeldFile::Renew() {
 
 std::vector<std::byte> HeldFile::FirstPage(platform::File& file) const {
   constexpr std::size_t kPage = 4096;  // of a Jet 4 file
-  std::vector<std::byte> page(kPage);
-  page.resize(file.ReadAt(0, page));
+  std::vector<std::byte> page;
+  page.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kPage, state_.size)));
+  if (file.ReadAt(0, page) < page.size()) {
+    throw platform::FileError(platform::kErrDeviceIo, u"odczyt", path_);
+  }
   return page;
 }
 

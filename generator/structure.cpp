@@ -4,6 +4,8 @@
 #include "patience.h"
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"
+#include "platform/error_numbers.h"
+#include "platform/file_errors.h"
 #include "platform/numbers.h"
 
 namespace zimbrat::generator {
@@ -39,6 +41,14 @@ bool CreateRelations(ProgramState& state, dao::Database& database,
   return true;
 }
 
+// A file that could no longer be read looks like one without the sections that may be absent: in the
+// end it has to say of itself what it said at the beginning.
+void RequireReadable(ProgramState& state, std::u16string_view structureFile,
+                     const StructureHeader& header) {
+  if (ReadStructureHeader(state.on.profile, structureFile) == header) return;
+  throw platform::FileError(platform::kErrDeviceIo, u"odczyt pliku struktury", structureFile);
+}
+
 bool ApplyStructure(ProgramState& state, const Place& place, StructureHeader& header,
                     platform::ProgressBar& progress) {
   if (!state.on.files.IsFile(place.structureFile)) {
@@ -57,8 +67,10 @@ bool ApplyStructure(ProgramState& state, const Place& place, StructureHeader& he
                     CreateTables(state, database, place.structureFile, tables, progress) &&
                     CreateRelations(state, database, place.structureFile, progress) &&
                     WpiszDane(state, database, place.structureFile, header.symbol);
-  if (done) session->Close();
-  return done;
+  if (!done) return false;
+  RequireReadable(state, place.structureFile, header);
+  session->Close();
+  return true;
 }
 
 }  // namespace

@@ -6,8 +6,10 @@
 namespace zimbrat::generator {
 
 StructureHeader ReadStructureHeader(platform::Profile& profile, std::u16string_view path) {
+  // Asked again for the reason that the texts are: 0 may mean a read that failed.
   const auto number = [&](std::string_view key) {
-    return platform::IntegerFromDouble(profile.Int("HEADER", key, 0, path));
+    const std::int32_t given = profile.Int("HEADER", key, 0, path);
+    return platform::IntegerFromDouble(given != 0 ? given : profile.Int("HEADER", key, 0, path));
   };
   StructureHeader header;
   header.symbol = suite::ReadHeaderText(profile, "Symbol", suite::kSymbolBuffer, path);

@@ -18,6 +18,8 @@ struct StructureHeader {
   std::int16_t verMinor = 0;
   std::int16_t tabCount = 0;  // steps, for the progress bar alone
   std::int16_t relCount = 0;
+
+  bool operator==(const StructureHeader&) const = default;
 };
 
 // A number outside 16 bits is error 6.

@@ -60,7 +60,9 @@ std::string Contents(File& file, std::u16string_view path) {
   const std::uint64_t size = file.Size();
   if (size > kMostBytes) throw FileError(kErrDeviceIo, u"za duży plik", path);
   std::string bytes(static_cast<std::size_t>(size), '\0');
-  bytes.resize(file.ReadAt(0, std::as_writable_bytes(std::span<char>(bytes))));
+  // The beginning of a file would pass for a file without its last sections.
+  const std::size_t count = file.ReadAt(0, std::as_writable_bytes(std::span<char>(bytes)));
+  if (count < bytes.size()) throw FileError(kErrDeviceIo, u"odczyt", path);
   return bytes;
 }
 
