@@ -28,7 +28,7 @@ void RemoveLeftovers(const suite::Surroundings& on, std::u16string_view folder) 
 
 NewDatabaseFile::~NewDatabaseFile() {
   if (!hold_) return;
-  suite::Attempt([&] { RemoveName(on_.files, workingPath_); });
+  suite::Abandon([&] { RemoveName(on_.files, workingPath_); });
 }
 
 void NewDatabaseFile::Begin(std::u16string_view targetPath) {

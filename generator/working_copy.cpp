@@ -18,7 +18,7 @@ std::u16string WorkingFolder(suite::ProgramState& state) {
 }
 
 WorkingCopy::~WorkingCopy() {
-  if (isOurs_) suite::Attempt([&] { Remove(); });
+  if (isOurs_) suite::Abandon([&] { Remove(); });
 }
 
 void WorkingCopy::Begin(std::u16string_view source, std::u16string_view folder) {

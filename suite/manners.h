@@ -23,6 +23,17 @@ std::optional<platform::RunTimeError> Attempt(Body&& body) {
   }
 }
 
+// Abandon: what a destructor tries on its way. Nothing is made of an error, since memory may be what
+// is missing.
+template <class Body>
+void Abandon(Body&& body) noexcept {
+  try {
+    std::forward<Body>(body)();
+  } catch (const std::exception&) {
+    // Nobody is left to be told.
+  }
+}
+
 // Record: the error's number, source and description go into the context and the result is false.
 template <class Body>
 bool Record(KontekstBledu& context, Body&& body) {

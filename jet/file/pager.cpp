@@ -200,8 +200,15 @@ void Pager::WriteNewPages(PageNumber first) {
   }
 }
 
+// What may fail comes first: with half of the images in one savepoint and half in the other neither could
+// be undone.
 void Pager::Commit() {
   if (savepoints_.size() == 1) WriteNewPages(savepoints_.back()->pageCount);
+  if (savepoints_.size() > 1) {
+    auto& images = savepoints_[savepoints_.size() - 2]->images;
+    const std::size_t count = images.size() + savepoints_.back()->images.size();
+    if (count >= images.bucket_count()) images.reserve(2 * count);
+  }
   std::unique_ptr<Savepoint> done = std::move(savepoints_.back());
   savepoints_.pop_back();
   if (savepoints_.empty()) {
@@ -211,11 +218,13 @@ void Pager::Commit() {
   }
   Savepoint& outer = *savepoints_.back();
   bool fileKept = false;
-  for (auto& [page, image] : done->images) {
-    const bool kept = page < outer.pageCount && !outer.images.contains(page);
-    fileKept = fileKept || (kept && !image.bytes);
-    if (!kept && image.bytes) --imagesInMemory_;
-    if (kept) outer.images.emplace(page, std::move(image));
+  for (auto it = done->images.begin(); it != done->images.end();) {
+    auto node = done->images.extract(it++);
+    const bool isInMemory = node.mapped().bytes != nullptr;
+    const bool kept = node.key() < outer.pageCount && !outer.images.contains(node.key());
+    fileKept = fileKept || (kept && !isInMemory);
+    if (!kept && isInMemory) --imagesInMemory_;
+    if (kept) outer.images.insert(std::move(node));
   }
   // Without this a transaction of many rows would grow the file with each change of the same pages.
   if (!fileKept) undoSize_ = done->undoStart;
