@@ -60,7 +60,7 @@ struct FileState {
   bool isFolder = false;
   bool isReadOnly = false;
   // Whether nobody but its owner may open it; nothing where lists of rights say who may.
-  std::optional<bool> isPrivate;
+  std::optional<bool> isPrivate = std::nullopt;
   std::uint64_t volume = 0;  // device or serial number
   std::uint64_t number = 0;  // of the file on its volume: stays when it is renamed
 
