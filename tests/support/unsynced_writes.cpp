@@ -13,8 +13,12 @@ bool IsKept(PowerLoss loss, std::uint32_t& seed) {
 }
 
 void PutFile(platform::Files& files, const std::u16string& path, const std::string& content) {
-  if (files.State(path)) files.Delete(path);
-  const auto file = files.Open(path, platform::OpenMode::CreateNew, platform::Sharing::None);
+  const auto former = files.State(path);
+  if (former) files.Delete(path);
+  const bool isPrivate = former && former->isPrivate.value_or(false);
+  const auto file = files.Open(
+      path, isPrivate ? platform::OpenMode::CreatePrivate : platform::OpenMode::CreateNew,
+      platform::Sharing::None);
   file->WriteAt(0, std::as_bytes(std::span<const char>(content)));
 }
 
