@@ -112,9 +112,13 @@ CachedPage& Pager::Load(PageNumber number, bool read) {
   std::fill(page->bytes.begin() + static_cast<std::ptrdiff_t>(have), page->bytes.end(), std::byte{0});
   if (have != 0) Code(number, page->bytes);
   if (pulse && ++sincePulse_ % kPulsePages == 0) pulse();
-  order_.push_front(page.get());
-  page->place = order_.begin();
-  return *pages_.emplace(number, std::move(page)).first->second;
+  // Its place is ready before it is kept: a page without one, or a place without a page, must not stay
+  // when memory is out.
+  std::list<CachedPage*> place{page.get()};
+  page->place = place.begin();
+  CachedPage& kept = *pages_.emplace(number, std::move(page)).first->second;
+  order_.splice(order_.begin(), place);
+  return kept;
 }
 
 // The page that was used longest ago and is not pinned leaves the cache.
