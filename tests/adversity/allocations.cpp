@@ -36,7 +36,16 @@ void* Allocate(std::size_t size) {
 
 void* operator new(std::size_t size) { return zimbrat::tests::Allocate(size); }
 void* operator new[](std::size_t size) { return zimbrat::tests::Allocate(size); }
+// The standard library's sorting asks so, and does without when there is none.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return zimbrat::tests::Allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }

@@ -172,5 +172,9 @@ void* operator new(std::size_t size) {
   if (void* block = std::malloc(std::max<std::size_t>(size, 1))) return block;
   throw std::bad_alloc();
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return std::malloc(std::max<std::size_t>(size, 1));
+}
 void operator delete(void* block) noexcept { zimbrat::tests::GiveBack(block); }
 void operator delete(void* block, std::size_t) noexcept { zimbrat::tests::GiveBack(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { zimbrat::tests::GiveBack(block); }
