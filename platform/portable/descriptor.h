@@ -1,9 +1,12 @@
 // A file descriptor that closes itself, and system calls repeated when a signal interrupts them.
 #pragma once
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <string>
 #include <utility>
 
 namespace zimbrat::platform {
@@ -27,6 +30,14 @@ class Descriptor {
  private:
   int number_ = -1;
 };
+
+// Whether the name still leads to what is open; with AT_SYMLINK_NOFOLLOW a link leads nowhere.
+inline bool IsNamed(const Descriptor& descriptor, const std::string& name, int flags = 0) {
+  struct stat opened, named;
+  return ::fstat(descriptor.Number(), &opened) == 0 &&
+         ::fstatat(AT_FDCWD, name.c_str(), &named, flags) == 0 && opened.st_dev == named.st_dev &&
+         opened.st_ino == named.st_ino;
+}
 
 template <class Call>
 auto Uninterrupted(Call call) {

@@ -57,12 +57,6 @@ void Lock(const Descriptor& descriptor, Sharing sharing, std::u16string_view pat
   }
 }
 
-bool IsNamed(const Descriptor& descriptor, const std::string& name) {
-  struct stat opened, named;
-  return ::fstat(descriptor.Number(), &opened) == 0 && ::stat(name.c_str(), &named) == 0 &&
-         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
-}
-
 // For file systems without unnamed files: the name lasts until the next line only.
 Descriptor OpenAndUnlink(const std::string& folder) {
   for (int attempt = 0; attempt < 100; ++attempt) {

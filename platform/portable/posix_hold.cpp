@@ -41,12 +41,6 @@ Descriptor OpenLockFile(const std::string& name) {
   return made;
 }
 
-bool IsStillNamed(const Descriptor& descriptor, const std::string& name) {
-  struct stat opened, named;
-  return ::fstat(descriptor.Number(), &opened) == 0 && ::lstat(name.c_str(), &named) == 0 &&
-         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
-}
-
 }  // namespace
 
 std::unique_ptr<Hold> TryPosixHold(std::u16string_view path) {
@@ -63,7 +57,7 @@ std::unique_ptr<Hold> TryPosixHold(std::u16string_view path) {
       if (errno == EWOULDBLOCK) return nullptr;
       throw ErrnoError(errno, u"blokada", lockPath);
     }
-    if (IsStillNamed(descriptor, name)) {
+    if (IsNamed(descriptor, name, AT_SYMLINK_NOFOLLOW)) {
       return std::make_unique<PosixHold>(std::move(descriptor), name);
     }
   }
