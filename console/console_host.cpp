@@ -1,9 +1,9 @@
 #include "console/console_host.h"
 
+#include "console/outcome.h"
 #include "suite/ModPrgFun.h"
 #include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
-#include "platform/text.h"
 
 namespace zimbrat::console {
 
@@ -25,8 +25,7 @@ std::optional<platform::Secret> ConsoleHost::AskPassword(std::u16string_view dat
 }
 
 void ConsoleHost::ReportError(const platform::RunTimeError& error, std::u16string_view routine) {
-  messages_ += u"Błąd nr " + platform::DecimalText(error.Number()) + u"; (" + error.Description() +
-               u") [" + std::u16string(routine) + u"]";
+  messages_ += ErrorText(error.Number(), error.Description()) + u" [" + std::u16string(routine) + u"]";
   messages_.append(suite::kCrLf);
 }
 

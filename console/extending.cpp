@@ -3,7 +3,6 @@
 #include "reading.h"
 #include "app/existing_database_run.h"
 #include "suite/ModPrgFun.h"
-#include "platform/text.h"
 
 namespace zimbrat::console {
 namespace {
@@ -25,8 +24,8 @@ std::optional<Outcome> FindUnnamedProgram(const CommandContext& context,
 Outcome NotCompared(const std::u16string& database, const suite::Comparison& comparison) {
   std::u16string text = u"Nie można porównać struktur z bazą: " + database;
   if (!comparison.stoppedAt.empty()) text += u", plik struktury: " + comparison.stoppedAt;
-  return Failed(text + u". Błąd nr " + platform::DecimalText(comparison.error->Number()) + u"; (" +
-                comparison.error->Description() + u")");
+  return Failed(text + u". " +
+                ErrorText(comparison.error->Number(), comparison.error->Description()));
 }
 
 // The message of the page, and the engine's reason where the message gives none.
@@ -34,7 +33,7 @@ Outcome NotReady(const CommandContext& context) {
   std::u16string text = context.host.Messages();
   const suite::KontekstBledu& error = context.state.context;
   if (error.Number != 0) {
-    text += u"Błąd nr " + platform::DecimalText(error.Number) + u"; (" + error.Description + u")";
+    text += ErrorText(error.Number, error.Description);
   }
   return Failed(std::move(text));
 }

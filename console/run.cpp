@@ -5,7 +5,6 @@
 #include "app/version.h"
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"
-#include "platform/text.h"
 
 #include <string>
 #include <utility>
@@ -41,8 +40,7 @@ Outcome Carry(platform::System& system, const Arguments& arguments) {
     outcome = FunctionOf(arguments.command->name)({arguments, state, host, *system.console});
   });
   if (!error) return outcome;
-  return Failed(host.Messages() + u"Błąd nr " + platform::DecimalText(error->Number()) + u"; (" +
-                error->Description() + u")");
+  return Failed(host.Messages() + ErrorText(error->Number(), error->Description()));
 }
 
 Outcome Decide(platform::System& system, const Arguments& arguments) {
