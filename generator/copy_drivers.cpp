@@ -2,8 +2,8 @@
 // with it as template.
 #include "generator/ModGeneruj.h"
 
-#include "copying.h"
 #include "drivers.h"
+#include "room.h"
 #include "suite/manners.h"
 #include "platform/error_numbers.h"
 #include "platform/files.h"

@@ -1,9 +1,10 @@
 #include "generator/new_database_file.h"
 
-#include "copying.h"
 #include "patience.h"
+#include "room.h"
 #include "suite/manners.h"
 #include "platform/error_numbers.h"
+#include "platform/file_contents.h"
 #include "platform/file_errors.h"
 #include "platform/text.h"
 
@@ -53,7 +54,7 @@ void NewDatabaseFile::Begin(std::u16string_view targetPath) {
 void NewDatabaseFile::TakeFrom(platform::File& content, bool isPrivate) {
   const OpenMode mode = isPrivate || oldFile_ ? OpenMode::CreatePrivate : OpenMode::CreateNew;
   const auto file = on_.files.Open(workingPath_, mode, Sharing::None);
-  CopyContents(content, *file, on_.host);
+  platform::CopyContents(content, *file, [&] { on_.host.Pulse(); });
 }
 
 void NewDatabaseFile::PutInPlace(std::u16string_view original) {

@@ -1,9 +1,10 @@
 #include "generator/working_copy.h"
 
-#include "copying.h"
 #include "patience.h"
+#include "room.h"
 #include "suite/manners.h"
 #include "platform/error_numbers.h"
+#include "platform/file_contents.h"
 #include "platform/run_time_error.h"
 
 namespace zimbrat::generator {
@@ -12,9 +13,12 @@ using platform::OpenMode;
 using platform::Sharing;
 
 std::u16string WorkingFolder(suite::ProgramState& state) {
-  if (!state.workFolder.empty()) return state.workFolder;
-  std::u16string folder = state.on.environment.TemporaryFolder();
-  return folder.empty() ? state.on.environment.ProgramFolder() : folder;
+  std::u16string folder = state.workFolder;
+  if (folder.empty()) folder = state.on.environment.TemporaryFolder();
+  if (folder.empty()) folder = state.on.environment.ProgramFolder();
+  if (state.on.files.IsFolder(folder)) return folder;
+  throw platform::RunTimeError(platform::kErrPathNotFound, platform::kOwnErrorSource,
+                               u"Nie ma folderu roboczego, wskazanego zmienną TEMP: " + folder);
 }
 
 WorkingCopy::~WorkingCopy() {
@@ -22,11 +26,6 @@ WorkingCopy::~WorkingCopy() {
 }
 
 void WorkingCopy::Begin(std::u16string_view source, std::u16string_view folder) {
-  if (!on_.files.IsFolder(folder)) {
-    throw platform::RunTimeError(platform::kErrPathNotFound, platform::kOwnErrorSource,
-                                 u"Nie ma folderu roboczego, wskazanego zmienną TEMP: " +
-                                     std::u16string(folder));
-  }
   path_ = platform::JoinPath(folder, u"Robocza " + std::u16string(platform::NameOfPath(source)));
   hold_ = on_.files.TryHold(path_);
   if (!hold_) {
@@ -42,7 +41,7 @@ void WorkingCopy::Begin(std::u16string_view source, std::u16string_view folder) 
     copy = on_.files.Open(path_, OpenMode::CreatePrivate, Sharing::None);
   });
   isOurs_ = true;
-  CopyContents(source_->Content(), *copy, on_.host);
+  platform::CopyContents(source_->Content(), *copy, [&] { on_.host.Pulse(); });
 }
 
 // What a killed run left is open to its owner alone; another file of that name is somebody's.
@@ -61,7 +60,8 @@ std::unique_ptr<platform::File> WorkingCopy::OpenForReading() const {
 }
 
 bool WorkingCopy::EqualsSource() {
-  return HaveSameContents(*OpenForReading(), source_->Content(), on_.host);
+  return platform::HaveSameContents(*OpenForReading(), source_->Content(),
+                                    [&] { on_.host.Pulse(); });
 }
 
 void WorkingCopy::Remove() {

@@ -16,7 +16,8 @@
 
 namespace zimbrat::generator {
 
-// The configured working folder, else the system's, else the program's own.
+// The configured working folder, else the system's, else the program's own. Error 76 when it is no
+// folder.
 std::u16string WorkingFolder(suite::ProgramState& state);
 
 class WorkingCopy {

@@ -1,10 +1,8 @@
 #include "kept_file.h"
 
-#include <algorithm>
-#include <span>
 #include <utility>
-#include <vector>
 
+#include "platform/file_contents.h"
 #include "platform/run_time_error.h"
 #include "platform/text.h"
 
@@ -17,19 +15,6 @@ using platform::Sharing;
 
 constexpr std::u16string_view kUnfinishedSuffix = u".zimbrat-uszkodzona";
 constexpr std::u16string_view kKeptSuffix = u".uszkodzona";
-constexpr std::size_t kSizeOfPart = std::size_t{1} << 18;
-
-// From the first byte to the last: work(offset, bytes) returns whether to go on.
-template <class Work>
-void ForEachPart(platform::File& file, Work work) {
-  std::vector<std::byte> part(kSizeOfPart);
-  for (std::uint64_t offset = 0;;) {
-    const std::size_t size = file.ReadAt(offset, part);
-    if (size == 0 || !work(offset, std::span<const std::byte>(part).first(size))) return;
-    offset += size;
-  }
-}
-
 }  // namespace
 
 KeptFile::KeptFile(platform::Files& files, std::u16string original, std::u16string workingPath)
@@ -55,16 +40,7 @@ void KeptFile::RemoveUnfinished() {
 
 bool KeptFile::IsCopyOf(const std::u16string& path, platform::File& source) {
   try {
-    if (files_.State(path)->size != source.Size()) return false;
-    const auto other = files_.Open(path, OpenMode::Read, Sharing::All);
-    std::vector<std::byte> bytes(kSizeOfPart);
-    bool isEqual = true;
-    ForEachPart(source, [&](std::uint64_t offset, std::span<const std::byte> part) {
-      isEqual = other->ReadAt(offset, std::span(bytes).first(part.size())) == part.size() &&
-                std::equal(part.begin(), part.end(), bytes.begin());
-      return isEqual;
-    });
-    return isEqual;
+    return platform::HaveSameContents(*files_.Open(path, OpenMode::Read, Sharing::All), source, {});
   } catch (const platform::RunTimeError&) {
     return false;  // a file that cannot be read is none to rely on
   }
@@ -72,11 +48,7 @@ bool KeptFile::IsCopyOf(const std::u16string& path, platform::File& source) {
 
 void KeptFile::Write(platform::File& source, const std::function<void()>& pulse) {
   const auto copy = files_.Open(unfinished_, OpenMode::CreatePrivate, Sharing::None);
-  ForEachPart(source, [&](std::uint64_t offset, std::span<const std::byte> part) {
-    copy->WriteAt(offset, part);
-    if (pulse) pulse();
-    return true;
-  });
+  platform::CopyContents(source, *copy, pulse);
   copy->Flush();
 }
 
@@ -94,7 +66,7 @@ void KeptFile::Make(platform::File& source, const std::function<void()>& pulse) 
   files_.CopyAttributes(original_, unfinished_);
   path_ = name;
   isOurs_ = true;
-  files_.Replace(unfinished_, path_);
+  files_.Move(unfinished_, path_);
 }
 
 }  // namespace zimbrat::jet

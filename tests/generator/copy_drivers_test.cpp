@@ -143,6 +143,15 @@ TEST_F(CopyDriver, WorksInTheConfiguredFolderFirst) {
   EXPECT_EQ(generator::WorkingFolder(bench_.state), bench_.folder.Path());
 }
 
+TEST_F(CopyDriver, SaysThatTheWorkingFolderIsMissing) {
+  bench_.environment.temporaryFolder = bench_.PathOf(u"nie ma");
+  EXPECT_FALSE(Extend(Program("CD")));
+  EXPECT_NE(bench_.Summary().find("Nie ma folderu roboczego, wskazanego zmienną TEMP: " +
+                                  Utf8(bench_.PathOf(u"nie ma"))),
+            std::string::npos)
+      << bench_.Summary();
+}
+
 TEST_F(CopyDriver, MakesADatabaseWithTheTemplatesDictionaries) {
   const std::string before = bench_.folder.Read(u"Firma.mdb");
   ASSERT_TRUE(FromTemplate()) << bench_.Summary();

@@ -1,4 +1,4 @@
-#include "copying.h"
+#include "room.h"
 
 #include "suite/manners.h"
 #include "platform/error_numbers.h"
@@ -6,12 +6,10 @@
 #include "platform/text.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace zimbrat::generator {
 namespace {
 
-constexpr std::size_t kBlock = 1 << 20;
 constexpr std::uint64_t kMebibyte = 1 << 20;
 
 // What new tables and rows may add: an eighth, at least one mebibyte.
@@ -39,35 +37,6 @@ bool AreOfOneVolume(platform::Files& files, std::u16string_view a, std::u16strin
 }
 
 }  // namespace
-
-void CopyContents(platform::File& from, platform::File& to, platform::Host& host) {
-  const std::uint64_t size = from.Size();
-  std::vector<std::byte> block(static_cast<std::size_t>(std::min<std::uint64_t>(size, kBlock)));
-  for (std::uint64_t done = 0; done < size;) {
-    const std::size_t count = from.ReadAt(done, block);
-    if (count == 0) throw platform::OwnError(platform::kErrDeviceIo);
-    to.WriteAt(done, std::span<const std::byte>(block).first(count));
-    done += count;
-    host.Pulse();
-  }
-}
-
-bool HaveSameContents(platform::File& a, platform::File& b, platform::Host& host) {
-  const std::uint64_t size = a.Size();
-  if (b.Size() != size) return false;
-  std::vector<std::byte> first(static_cast<std::size_t>(std::min<std::uint64_t>(size, kBlock)));
-  std::vector<std::byte> second(first.size());
-  for (std::uint64_t done = 0; done < size; done += first.size()) {
-    const std::size_t count = a.ReadAt(done, first);
-    if (count == 0 || b.ReadAt(done, second) != count) return false;
-    if (!std::equal(first.begin(), first.begin() + static_cast<std::ptrdiff_t>(count),
-                    second.begin())) {
-      return false;
-    }
-    host.Pulse();
-  }
-  return true;
-}
 
 void RemoveName(platform::Files& files, std::u16string_view path) {
   const auto error = suite::Attempt([&] { files.Delete(path); });

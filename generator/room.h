@@ -1,17 +1,12 @@
-// Contents of files, from one open file to another, with the pulse of long work.
+// Room for new files, and names made free for them.
 #pragma once
 
 #include "platform/files.h"
-#include "platform/host.h"
 
 #include <cstdint>
 #include <string_view>
 
 namespace zimbrat::generator {
-
-// The whole of `from` into the empty file `to`. Error 57 when `from` ends before its size.
-void CopyContents(platform::File& from, platform::File& to, platform::Host& host);
-bool HaveSameContents(platform::File& a, platform::File& b, platform::Host& host);
 
 // Deletes what has that name, a link itself and not what it leads to. Nothing there is no failure.
 void RemoveName(platform::Files& files, std::u16string_view path);
