@@ -157,17 +157,35 @@ void OrvList::ClickItem(int index) {
   if (Enabled() && Current() >= 0 && click_) click_();
 }
 
-void OrvCombo::SetValue(std::u16string_view valueOrText) {
-  int index = FindValue(valueOrText);
-  for (int i = 0; index < 0 && i < Count(); ++i) {
-    if (Items()[static_cast<std::size_t>(i)].text == valueOrText) index = i;
-  }
+void OrvCombo::Clear() {
+  asSet_.clear();
   overlay_.clear();
-  SetCurrent(index);
+  OrvList::Clear();
+}
+
+int OrvCombo::FindText(std::u16string_view text) const {
+  const auto found = std::find_if(items_.begin(), items_.end(),
+                                  [&](const Item& item) { return item.text == text; });
+  return found == items_.end() ? -1 : static_cast<int>(found - items_.begin());
+}
+
+void OrvCombo::SetValue(std::u16string_view valueOrText) {
+  const int index = FindValue(valueOrText);
+  SetCurrent(index < 0 ? FindText(valueOrText) : index);
+  if (Current() >= 0) asSet_ = valueOrText;
+}
+
+std::u16string_view OrvCombo::Value() const { return asSet_; }
+
+void OrvCombo::SetCurrent(int index) {
+  overlay_.clear();
+  OrvList::SetCurrent(index);
+  asSet_ = HiddenValue();
 }
 
 void OrvCombo::SetShownText(std::u16string_view text) {
-  overlay_ = text;
+  SetCurrent(FindText(text));
+  if (Current() < 0) overlay_ = text;
   Tell(Change::Text);
 }
 

@@ -73,6 +73,14 @@ class Form : public Captioned {
 
 class Label : public Captioned {};
 
+// A container of controls: it and they are seen together. Its place on the form is in twips.
+class Panel : public Control {
+ public:
+  std::u16string Tag;
+  int Left = 0;
+  int Top = 0;
+};
+
 class Button : public Captioned {
  public:
   void SetOnClick(std::function<void()> click) { click_ = std::move(click); }
@@ -197,10 +205,10 @@ class OrvList : public Control {
   const std::vector<Item>& Items() const { return items_; }
   int Current() const { return current_; }
   // A position outside the list means none.
-  void SetCurrent(int index);
+  virtual void SetCurrent(int index);
   // Of the current item; empty when there is none.
   std::u16string_view Text() const;
-  std::u16string_view Value() const;
+  virtual std::u16string_view Value() const;
   // The first item with that value, or -1.
   int FindValue(std::u16string_view value) const;
   // "LIST k;text|k;text": keys become values. Anything else empties the list.
@@ -217,15 +225,25 @@ class OrvList : public Control {
   std::function<void()> click_;
 };
 
+// Its value is a hidden value or a shown text, as it was set.
 class OrvCombo : public OrvList {
  public:
-  // Selects the item with that value, else the one with that text, else none.
+  void Clear() override;
+  // Selects the item with that hidden value, else the one with that text, else none.
   void SetValue(std::u16string_view valueOrText);
-  // What the field shows: the current item's text, or a text put over it.
+  // As it was set when that names an item, else empty; an item that was picked has its hidden value.
+  std::u16string_view Value() const override;
+  std::u16string_view HiddenValue() const { return OrvList::Value(); }
+  void SetCurrent(int index) override;
+  // What the field shows: the current item's text, or a text that names none.
   std::u16string_view ShownText() const { return overlay_.empty() ? Text() : overlay_; }
+  // Selects the item with that text; without one the text alone is shown, and no item is current.
   void SetShownText(std::u16string_view text);
 
  private:
+  int FindText(std::u16string_view text) const;
+
+  std::u16string asSet_;
   std::u16string overlay_;
 };
 

@@ -14,6 +14,8 @@ class Environment {
   // The folder of the running program, without a separator at its end.
   virtual std::u16string ProgramFolder() = 0;
   virtual std::u16string CurrentFolder() = 0;
+  // Makes it the current folder; one that is not there changes nothing.
+  virtual void SetCurrentFolder(std::u16string_view folder) = 0;
   // Where working copies go: TEMP; elsewhere than on Windows TEMP, TMPDIR, then a folder of
   // this user's in the system's own. Empty when there is none.
   virtual std::u16string TemporaryFolder() = 0;

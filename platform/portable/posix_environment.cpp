@@ -29,6 +29,11 @@ std::u16string PosixEnvironment::CurrentFolder() {
   return Utf16FromUtf8(std::filesystem::current_path(error).native());
 }
 
+void PosixEnvironment::SetCurrentFolder(std::u16string_view folder) {
+  std::error_code error;
+  std::filesystem::current_path(Utf8FromUtf16(folder), error);
+}
+
 std::u16string PosixEnvironment::TemporaryFolder() {
   for (const std::u16string_view name : {u"TEMP", u"TMPDIR"}) {
     if (std::u16string folder = Variable(name); !folder.empty()) return folder;

@@ -12,6 +12,7 @@ class PosixEnvironment : public Environment {
   std::u16string Variable(std::u16string_view name) override;
   std::u16string ProgramFolder() override;
   std::u16string CurrentFolder() override;
+  void SetCurrentFolder(std::u16string_view folder) override;
   std::u16string TemporaryFolder() override;
 };
 

@@ -27,6 +27,10 @@ std::u16string Win32Environment::CurrentFolder() {
   });
 }
 
+void Win32Environment::SetCurrentFolder(std::u16string_view folder) {
+  ::SetCurrentDirectoryW(Lend(std::u16string(folder)));
+}
+
 std::u16string Win32Environment::TemporaryFolder() { return Variable(u"TEMP"); }
 
 }  // namespace zimbrat::platform

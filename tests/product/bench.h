@@ -50,10 +50,14 @@ class FakeEnvironment : public platform::Environment {
  public:
   std::u16string programFolder;
   std::u16string temporaryFolder;
+  std::u16string currentFolder;  // empty: the program's
 
   std::u16string Variable(std::u16string_view) override { return {}; }
   std::u16string ProgramFolder() override { return programFolder; }
-  std::u16string CurrentFolder() override { return programFolder; }
+  std::u16string CurrentFolder() override {
+    return currentFolder.empty() ? programFolder : currentFolder;
+  }
+  void SetCurrentFolder(std::u16string_view folder) override { currentFolder = folder; }
   std::u16string TemporaryFolder() override { return temporaryFolder; }
 };
 

@@ -36,15 +36,42 @@ TEST(Combo, TakesRowsFromARowSource) {
   ASSERT_EQ(months.Count(), 3);
   months.SetValue(u"2");
   EXPECT_EQ(Utf8(months.ShownText()), "Luty");
-  months.SetValue(u"Styczeń");
-  EXPECT_EQ(Utf8(months.Value()), "1");
-  months.SetShownText(u"(brak)");
-  EXPECT_EQ(Utf8(months.ShownText()), "(brak)");
-  months.SetValue(u"nie ma");
-  EXPECT_EQ(months.Current(), -1);
-  EXPECT_TRUE(months.Value().empty());
   months.SetRowSource(u"SELECT x");
   EXPECT_EQ(months.Count(), 0);
+}
+
+TEST(Combo, ReadsBackWhatItWasSetTo) {
+  platform::OrvCombo list;
+  list.SetRowSource(u"LIST ;(brak)|C:\\Firma.mdb;Firma");
+  const std::tuple<const char16_t*, const char*, const char*, const char*> rows[] = {
+      {u"Firma", "Firma", "C:\\Firma.mdb", "Firma"},
+      {u"C:\\Firma.mdb", "C:\\Firma.mdb", "C:\\Firma.mdb", "Firma"},
+      {u"C:\\Inna.mdb", "", "", ""},
+      {u"", "", "", "(brak)"}};
+  for (const auto& [set, value, hidden, shown] : rows) {
+    list.SetValue(set);
+    EXPECT_EQ(Utf8(list.Value()), value);
+    EXPECT_EQ(Utf8(list.HiddenValue()), hidden);
+    EXPECT_EQ(Utf8(list.ShownText()), shown);
+  }
+  list.SetValue(u"Firma");
+  list.ClickItem(1);
+  EXPECT_EQ(Utf8(list.Value()), "C:\\Firma.mdb") << "picked";
+}
+
+TEST(Combo, ShowsATextThatNamesAnItemOrNone) {
+  platform::OrvCombo list;
+  list.SetRowSource(u"LIST ;(brak)|C:\\Firma.mdb;Firma");
+  list.SetValue(u"Firma");
+  list.SetShownText(u"(brak)");
+  EXPECT_EQ(list.Current(), 0);
+  EXPECT_TRUE(list.HiddenValue().empty());
+  list.SetValue(u"Firma");
+  list.SetShownText(u"(żadna)");
+  EXPECT_EQ(list.Current(), -1);
+  EXPECT_EQ(Utf8(list.ShownText()), "(żadna)");
+  list.ClickItem(1);
+  EXPECT_EQ(Utf8(list.ShownText()), "Firma");
 }
 
 TEST(UpDown, StepsFromTheNumberWithinItsRange) {
