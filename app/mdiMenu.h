@@ -15,11 +15,16 @@
 #include "platform/controls.h"
 #include "platform/shell.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zimbrat::app {
+
+class LongWork;
+
+// Under kWizardKey: the folder of the last database that was made, offered where the suite names none.
+inline constexpr std::u16string_view kLastFolderValue = u"Ostatni folder";
 
 class mdiMenu : public platform::Form {
  public:
@@ -39,7 +44,7 @@ class mdiMenu : public platform::Form {
 
   // Life during long work, for the view to call at every pulse: what is done, and for how long.
   void Pulse();
-  bool IsRunning() const { return isRunning_; }
+  bool IsRunning() const { return work_ != nullptr; }
   // Whether a file dropped on the form would be taken now, and taking it as the database's path.
   bool TakesDrop(std::u16string_view path) const;
   void Drop(std::u16string_view path);
@@ -109,17 +114,21 @@ class mdiMenu : public platform::Form {
   platform::CheckBox cbListabaz;
 
  private:
-  class LongWork;
-  struct Page;
-
   void MakeCaptions();
   void MakeHandlers();
   void LoadFolders();
   void LoadPeriods();
+  // In the order of their tasks, and in the order of their keys.
+  std::vector<platform::OptionButton*> TaskOptions();
+  std::vector<platform::Panel*> Pages();
 
-  Page PageOf(std::u16string_view key);
+  suite::Task ChosenTask() const;
+  std::u16string ChosenDatabase() const;
+  suite::Choices ChoicesMade();
+  platform::Panel& PageOf(std::u16string_view key);
   void Show(std::u16string_view key, std::u16string_view description);
-  bool Stay(std::u16string_view message, int icon);
+  void ShowNext(std::u16string_view key);
+  void FocusOn(std::u16string_view key);
 
   // Next, by the page that is left.
   void LeaveStart();
@@ -129,15 +138,12 @@ class mdiMenu : public platform::Form {
   void LeaveStruktura();
   void LeaveOkresy();
   void Run();
-  void ShowStruktura(const Prepared& prepared);
+  std::u16string NoteOn(const suite::Comparison& comparison) const;
   void ShowGeneruj(std::u16string_view nextCaption);
   void ShowKoniec(const RunResult& result);
   void ShowFailure(const RunResult& result);
-
   RunResult RunTask();
   RunResult RunCreation();
-  suite::Choices ChoicesMade();
-  std::u16string ChosenDatabase() const;
 
   void txtNBazaFolder_ButtonClick();
   void txtBazaNazwa_ButtonClick();
@@ -150,10 +156,7 @@ class mdiMenu : public platform::Form {
   platform::Shell& shell_;
   Selection selection_;
   bool isUnloaded_ = false;
-  bool isRunning_ = false;
-  platform::Label* life_ = nullptr;  // shows that the work goes on
-  std::u16string_view lifeText_;
-  std::uint64_t lifeStart_ = 0;
+  LongWork* work_ = nullptr;  // while the thread is held
 };
 
 }  // namespace zimbrat::app

@@ -5,6 +5,7 @@
 
 #include "suite/program_state.h"
 #include "platform/controls.h"
+#include "platform/shell.h"
 
 #include <cstddef>
 #include <optional>
@@ -81,6 +82,11 @@ void SplitPath(std::u16string_view path, std::u16string& folder, std::u16string&
 
 // The databases of a folder: names without extension, values the paths.
 void ListDatabases(ProgramState& state, platform::OrvList& list, std::u16string_view folder);
+
+// Lets the user point to a database's file, in the given folder first, else in the program's own, which
+// is the current folder afterwards. Empty when nothing was chosen.
+std::u16string ChooseDatabaseFile(ProgramState& state, platform::Shell& shell,
+                                  std::u16string_view folder);
 
 // Opens the database and makes sure that it is one of the suite's; tells the user why not. A
 // rejected password is asked for once and kept.

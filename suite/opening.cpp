@@ -81,6 +81,25 @@ bool Identify(ProgramState& state, DatabaseSession& session, std::u16string_view
 
 }  // namespace
 
+std::u16string ChooseDatabaseFile(ProgramState& state, platform::Shell& shell,
+                                  std::u16string_view folder) {
+  // Hide read-only, prompt to create, no read-only return: OFN_HIDEREADONLY, OFN_CREATEPROMPT and
+  // OFN_NOREADONLYRETURN, bit by bit.
+  constexpr unsigned kFlags = 40964;
+  std::u16string chosen;
+  Attempt([&] {
+    const std::u16string own = state.on.environment.ProgramFolder();
+    std::u16string file = shell.OpenFileDialog({.title = u"Wskaż bazę danych programu ZR",
+                                                .folder = folder.empty() ? own : std::u16string(folder),
+                                                .name = std::u16string(kBareFilter),
+                                                .filter = u"Baza danych MS Access (*.mdb)|Pakiet.mdb",
+                                                .flags = kFlags});
+    if (!platform::Contains(file, u"*")) chosen = std::move(file);
+    state.on.environment.SetCurrentFolder(own);
+  });
+  return chosen;
+}
+
 bool OpenAndIdentify(ProgramState& state, std::u16string_view path, platform::Secret& password) {
   Session session;
   auto error = TryOpen(state, path, password, session);

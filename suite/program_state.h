@@ -74,6 +74,7 @@ class ProgramState {
   std::u16string backupFolder;  // nothing assigns it: recorded databases get an empty text
   std::u16string errorFolder;   // empty: the program's own
   std::u16string mailMethod;
+  std::u16string helpFile;
 
  private:
   std::shared_ptr<dao::Engine> engine_;

@@ -123,7 +123,7 @@ TEST(DatabaseList, OffersEachExistingFileOnce) {
   EXPECT_EQ(Utf8(list.Items()[0].text), "(brak)");
   EXPECT_EQ(Utf8(list.Items()[1].text), "Firma");
   EXPECT_EQ(list.Current(), 0);
-  EXPECT_TRUE(list.Value().empty());
+  EXPECT_TRUE(list.HiddenValue().empty());
   // An entry without a path received an empty one.
   EXPECT_EQ(suite::RegKeyValueGet(bench.registry,
                                   std::u16string(suite::kDatabaseListKey) + u"\\Pusta", u"Folder"),
