@@ -139,6 +139,7 @@ class mdiMenu : public platform::Form {
   void LeaveOkresy();
   void Run();
   std::u16string NoteOn(const suite::Comparison& comparison) const;
+  bool IsWholeAsText(const platform::OrvListCheck& list, char16_t separator);
   void ShowGeneruj(std::u16string_view nextCaption);
   void ShowKoniec(const RunResult& result);
   void ShowFailure(const RunResult& result);

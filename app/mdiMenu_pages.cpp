@@ -158,11 +158,23 @@ void mdiMenu::LeaveProgBazy() {
     state_.on.host.ShowMessage(kNothingToCreate, platform::kMsgInformation, u"");
     return;
   }
-  ShowNext(u"Okresy");
+  if (IsWholeAsText(lstProgramy, u',')) ShowNext(u"Okresy");
+}
+
+// The drivers take a list as one text: a path with its separator would be cut.
+bool mdiMenu::IsWholeAsText(const platform::OrvListCheck& list, char16_t separator) {
+  std::vector<std::u16string> paths;
+  for (const auto& item : list.Items()) {
+    if (item.isChecked) paths.push_back(item.value);
+  }
+  const auto fault = FindListFault(paths, separator);
+  if (fault) state_.on.host.ShowMessage(*fault, platform::kMsgInformation, u"");
+  return !fault;
 }
 
 void mdiMenu::LeaveStruktura() {
   const Task task = ChosenTask();
+  if (!IsWholeAsText(lstProgDodaj, u';')) return;
   if (!TakeSelection(state_, task, lstProgDodaj, selection_)) return;
   ShowGeneruj(task == Task::Dodaj ? u"Rozbuduj" : u"Aktualizuj");
 }

@@ -88,4 +88,15 @@ std::optional<std::u16string> FindPlaceFault(std::u16string_view folder, std::u1
   return std::nullopt;
 }
 
+std::optional<std::u16string> FindListFault(const std::vector<std::u16string>& paths,
+                                            char16_t separator) {
+  const auto found = std::ranges::find_if(paths, [&](const std::u16string& path) {
+    return path.find(separator) != std::u16string::npos;
+  });
+  if (found == paths.end()) return std::nullopt;
+  return (separator == u',' ? u"Ścieżka pliku struktury zawiera przecinek: "
+                            : u"Ścieżka pliku struktury zawiera średnik: ") +
+         *found + u". Umieść plik w\u00A0innym folderze.";
+}
+
 }  // namespace zimbrat::app

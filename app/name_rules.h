@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zimbrat::app {
 
@@ -19,5 +20,9 @@ std::optional<std::u16string> FindNameFault(std::u16string_view name);
 
 // The same for the folder together with the name.
 std::optional<std::u16string> FindPlaceFault(std::u16string_view folder, std::u16string_view name);
+
+// The same for paths of structure files that a driver will take as one text, cut at the separator.
+std::optional<std::u16string> FindListFault(const std::vector<std::u16string>& paths,
+                                            char16_t separator);
 
 }  // namespace zimbrat::app

@@ -23,7 +23,7 @@ bool ReadNumber(std::u16string_view text, std::int16_t& number) {
 
 std::u16string WrongNumber(std::u16string_view what, std::u16string_view text) {
   return std::u16string(what) + u" okresu obliczeniowego „" + std::u16string(text) +
-         u"” nie jest liczbą. Wróć do okresów i popraw go.";
+         u"” nie jest liczbą. Popraw okresy.";
 }
 
 }  // namespace
@@ -34,9 +34,9 @@ std::optional<std::u16string> FindPeriodFault(const generator::Periods& periods)
     months = MonthCount(periods.yearTo, periods.monthTo) -
              MonthCount(periods.yearFrom, periods.monthFrom);
   });
-  if (error) return u"Rok okresu obliczeniowego jest spoza kalendarza. Wróć do okresów i popraw go.";
+  if (error) return u"Rok okresu obliczeniowego jest spoza kalendarza. Popraw okresy.";
   if (months < kMostMonths) return std::nullopt;
-  return u"Zakres okresów obliczeniowych obejmuje ponad 100 lat. Wróć do okresów i popraw go.";
+  return u"Zakres okresów obliczeniowych obejmuje ponad 100 lat. Popraw okresy.";
 }
 
 std::optional<std::u16string> ReadPeriods(const PeriodTexts& texts, generator::Periods& periods) {

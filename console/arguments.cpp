@@ -69,7 +69,10 @@ class Reader {
 
   void ReadWord(const std::u16string& word) {
     if (IsCommon(CommonName(word))) return NoteCommon(CommonName(word));
-    if (word.starts_with(u"-")) {
+    if (result_.command != nullptr && !result_.command->words.empty()) {
+      if (!result_.words.empty()) result_.words += u' ';
+      result_.words += word;
+    } else if (word.starts_with(u"-")) {
       ReadOption(word);
     } else if (result_.command != nullptr) {
       // The rest of a password with blanks is not to be shown.
@@ -189,6 +192,11 @@ const std::vector<CommandSpec>& Commands() {
        u"pokazuje programy pakietu z wersjami struktur",
        {{u"--folder-struktur", u"F"}}},
       {u"lista", u"pokazuje zapamiętane bazy pakietu", {}},
+      {u"auto",
+       u"sprawdza i aktualizuje bazę tak, jak okno na żądanie innego programu; stan zostaje w "
+       u"rejestrze",
+       {},
+       u"\"CZŁON|BAZA\""},
   };
   return kCommands;
 }

@@ -22,6 +22,8 @@ struct CommandSpec {
   std::u16string_view name;
   std::u16string_view purpose;
   std::vector<OptionSpec> options;
+  // What stands in the help for words that are taken as they are; empty where none may stand.
+  std::u16string_view words = {};
 };
 
 // All commands in the order of the help.
@@ -32,6 +34,7 @@ struct Arguments {
   const CommandSpec* command = nullptr;  // null when none was given
   // Any of them may be a password.
   std::map<std::u16string_view, platform::Secret> options;
+  std::u16string words;  // those taken as they are, a blank between two
   bool wantsHelp = false;
   bool wantsVersion = false;
   bool isJson = false;

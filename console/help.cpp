@@ -21,6 +21,7 @@ std::u16string Usage(const CommandSpec& command) {
     if (!option.value.empty()) word.append(u" ").append(option.value);
     text += option.isRequired ? u" " + word : u" [" + word + u"]";
   }
+  if (!command.words.empty()) text.append(u" ").append(command.words);
   return text;
 }
 

@@ -3,6 +3,7 @@
 #include "console/nearest.h"
 #include "app/ModFolder.h"
 #include "app/name_rules.h"
+#include "app/period_rules.h"
 #include "suite/ModPrgFun.h"
 #include "platform/dates.h"
 #include "platform/text.h"
@@ -11,9 +12,6 @@
 
 namespace zimbrat::console {
 namespace {
-
-// A hundred years of periods: more is a slip, and would take long.
-constexpr int kMostMonths = 1200;
 
 std::optional<Outcome> ReadPeriod(const CommandContext& context, std::u16string_view option,
                                   MonthAndYear& period) {
@@ -51,16 +49,6 @@ Outcome MissingStructureFile(suite::ProgramState& state, const std::u16string& p
   return Failed(std::move(text));
 }
 
-platform::Secret PasswordOf(const CommandContext& context) {
-  if (context.arguments.Has(kPasswordOption)) {
-    return platform::Secret(context.arguments.View(kPasswordOption));
-  }
-  std::u16string value = context.state.on.environment.Variable(u"ZIMBRAT_HASLO");
-  platform::Secret password(value);
-  platform::Wipe(value);
-  return password;
-}
-
 }  // namespace
 
 std::optional<Outcome> ReadPeriods(const CommandContext& context, generator::Periods& periods) {
@@ -68,11 +56,9 @@ std::optional<Outcome> ReadPeriods(const CommandContext& context, generator::Per
   MonthAndYear from{1, year}, to{12, year};
   if (auto refusal = ReadPeriod(context, u"--od", from)) return refusal;
   if (auto refusal = ReadPeriod(context, u"--do", to)) return refusal;
-  if (12 * (to.year - from.year) + to.month - from.month >= kMostMonths) {
-    return WrongUsage(u"Zakres okresów obejmuje ponad 100 lat. Popraw wartość --od lub --do.");
-  }
   periods = {static_cast<std::int16_t>(from.month), static_cast<std::int16_t>(from.year),
              static_cast<std::int16_t>(to.month), static_cast<std::int16_t>(to.year)};
+  if (const auto fault = app::FindPeriodFault(periods)) return WrongUsage(*fault);
   return std::nullopt;
 }
 
@@ -105,17 +91,22 @@ std::optional<Outcome> ReadStructures(const CommandContext& context, char16_t se
 }
 
 std::optional<Outcome> FindSeparator(const std::vector<std::u16string>& paths, char16_t separator) {
-  for (const std::u16string& path : paths) {
-    if (path.find(separator) == std::u16string::npos) continue;
-    return WrongUsage(std::u16string(u"Ścieżka pliku struktury zawiera ") +
-                      (separator == u',' ? u"przecinek: " : u"średnik: ") + path +
-                      u". Umieść plik w innym folderze.");
-  }
+  if (const auto fault = app::FindListFault(paths, separator)) return WrongUsage(*fault);
   return std::nullopt;
 }
 
+platform::Secret TakePassword(const CommandContext& context) {
+  if (context.arguments.Has(kPasswordOption)) {
+    return platform::Secret(context.arguments.View(kPasswordOption));
+  }
+  std::u16string value = context.state.on.environment.Variable(u"ZIMBRAT_HASLO");
+  platform::Secret password(value);
+  platform::Wipe(value);
+  return password;
+}
+
 std::u16string TakeDatabase(const CommandContext& context, std::u16string_view option) {
-  context.state.databasePassword = PasswordOf(context);
+  context.state.databasePassword = TakePassword(context);
   const std::u16string path = context.arguments.Value(option);
   // Nothing, and a filter where nothing was chosen, are told by those who open it.
   if (path.empty() || platform::Contains(path, u"*")) return path;

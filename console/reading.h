@@ -27,7 +27,10 @@ std::optional<Outcome> ReadStructures(const CommandContext& context, char16_t se
 // A path with the separator that cuts the driver's list.
 std::optional<Outcome> FindSeparator(const std::vector<std::u16string>& paths, char16_t separator);
 
-// The full path of an existing database, and --haslo or ZIMBRAT_HASLO for it.
+// --haslo, else ZIMBRAT_HASLO.
+platform::Secret TakePassword(const CommandContext& context);
+
+// The full path of an existing database, and its password for the program.
 std::u16string TakeDatabase(const CommandContext& context, std::u16string_view option);
 
 }  // namespace zimbrat::console

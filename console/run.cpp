@@ -19,7 +19,7 @@ CommandFunction FunctionOf(std::u16string_view command) {
   constexpr std::pair<std::u16string_view, CommandFunction> kFunctions[] = {
       {u"nowa", RunNowa},       {u"dodaj", RunDodaj}, {u"wzorzec", RunWzorzec},
       {u"sprawdz", RunSprawdz}, {u"stan", RunStan},   {u"programy", RunProgramy},
-      {u"lista", RunLista}};
+      {u"lista", RunLista},     {u"auto", RunAuto}};
   for (const auto& [name, function] : kFunctions) {
     if (name == command) return function;
   }

@@ -1,6 +1,8 @@
 // zimbratc from words to exit status, over real files, with a terminal that the test looks at.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "console/run.h"
 #include "fake_console.h"
 #include "tests/product/bench.h"
@@ -173,7 +175,7 @@ TEST_F(Zimbratc, RefusesNamesThatNoFileShouldHave) {
 TEST_F(Zimbratc, TouchesNothingWhenItsWordsAreWrong) {
   const std::tuple<std::vector<std::u16string>, int, const char*> rows[] = {
       {{u"--od", u"13/2025"}, 2, "opcji --od nie jest okresem M/RRRR"},
-      {{u"--do", u"1/2999", u"--od", u"1/1900"}, 2, "Zakres okresów obejmuje ponad 100 lat."},
+      {{u"--do", u"1/2999", u"--od", u"1/1900"}, 2, "Zakres okresów obliczeniowych obejmuje ponad 100 lat."},
       {{u"--nadpis"}, 2, "Czy chodziło o --nadpisz?"},
   };
   for (const auto& [more, status, text] : rows) {
@@ -239,6 +241,28 @@ TEST_F(Zimbratc, ListsProgramsOfAFolder) {
   EXPECT_EQ(Run({u"programy", u"--folder-struktur", folder_.PathOf(u"nie ma")}), 1);
   EXPECT_EQ(Run({u"programy"}), 0);
   EXPECT_NE(output_.find("Brak plików struktur *.stb w folderze: "), std::string::npos);
+}
+
+TEST_F(Zimbratc, RunsTheAutomaticCheck) {
+  for (const char16_t* folder : {u"program", u"robocze"}) {
+    std::filesystem::create_directories(folder_.PathOf(folder));
+  }
+  std::filesystem::copy(Example(u"faktury.stb"), folder_.PathOf(u"program/faktury.stb"));
+  ASSERT_EQ(Nowa(u"Firma 1", Example(u"faktury.stb"), {u"--do-listy"}), 0) << error_;
+  const std::string database = Path(u"Firma 1.mdb");
+  for (const std::u16string& line : {std::u16string(u"auto|Firma 1"), u"x|" + folder_.PathOf(u"Firma 1.mdb")}) {
+    EXPECT_EQ(Run({u"auto", line, u"--json"}), 0) << error_;
+    EXPECT_NE(output_.find("posiadają poprawną strukturę"), std::string::npos) << output_;
+    EXPECT_NE(output_.find(database), std::string::npos) << output_;
+  }
+  // Words of one text without quotes.
+  EXPECT_EQ(Run({u"auto", u"auto|Firma", u"1"}), 0) << error_;
+  EXPECT_EQ(Run({u"auto", u"auto|Inna"}), 1);
+  EXPECT_EQ(error_.rfind("Sprawdzenie, naprawa bazy nie powiodły się.", 0), 0u) << error_;
+  for (const std::vector<std::u16string>& words :
+       {std::vector<std::u16string>{u"auto"}, {u"auto", u""}, {u"auto", u"||Firma 1"}}) {
+    EXPECT_EQ(Run(words), 2) << error_;
+  }
 }
 
 TEST_F(Zimbratc, ShowsHelpVersionAndAnEmptyList) {
