@@ -82,8 +82,14 @@ void mdiMenu::MakeCaptions() {
       {&labDoMiesiac, u"Miesiąc"},
       {&labDoRok, u"Rok"},
       {&labOpisGen, u"Ustawione parametry zimbrata"},
+      {&labOpisKon, u"Wynik pracy zimbrata"},
       {&cbListabaz, u"Dodaj bazę do podręcznej listy baz pakietu"}};
   for (const auto& [control, caption] : captions) control->SetCaption(caption);
+  txtNBazaFolder.SetButtonName(u"Wybierz folder");
+  txtBazaNazwa.SetButtonName(u"Wskaż plik bazy");
+  lstBazy.SetEmptyText(u"(nie ma żadnej)");
+  lstProgramy.SetEmptyText(u"Brak plików struktur *.stb w\u00A0folderze zimbrata");
+  lstProgDodaj.SetEmptyText(u"Brak struktur, pliki *.stb czytane są z\u00A0folderu zimbrata");
 }
 
 void mdiMenu::MakeHandlers() {

@@ -110,6 +110,7 @@ class mdiMenu : public platform::Form {
   platform::ProgressBar progBar;
 
   platform::Panel pboxKoniec;
+  platform::Label labOpisKon;
   platform::TextBox txtOpisKon;
   platform::CheckBox cbListabaz;
 

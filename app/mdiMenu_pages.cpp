@@ -149,7 +149,9 @@ std::u16string mdiMenu::NoteOn(const suite::Comparison& comparison) const {
 void mdiMenu::LeaveNowaBaza() {
   txtNBazaNazwa.SetText(std::u16string(WithoutExtension(txtNBazaNazwa.Text())));
   txtNBazaFolder.SetText(FullPath(state_, txtNBazaFolder.Text()));
-  if (!ValidateNameAndFolder(state_, txtNBazaNazwa.Text(), txtNBazaFolder.Text())) return;
+  if (!ValidateNameAndFolder(state_, txtNBazaNazwa.Text(), txtNBazaFolder.Text())) {
+    return txtNBazaNazwa.Text().empty() ? txtNBazaNazwa.SetFocus() : txtNBazaFolder.SetFocus();
+  }
   ShowNext(ChosenTask() == Task::Nowa ? u"ProgBazy" : u"Okresy");
 }
 

@@ -138,10 +138,14 @@ class TextBox : public Control {
 // A text field with a button.
 class OrvClick : public TextBox {
  public:
+  // What the button does, for those who do not see the picture on it.
+  const std::u16string& ButtonName() const { return buttonName_; }
+  void SetButtonName(std::u16string_view name) { buttonName_ = name; }
   void SetOnClick(std::function<void()> click) { click_ = std::move(click); }
   void Click();
 
  private:
+  std::u16string buttonName_;
   std::function<void()> click_;
 };
 
@@ -214,6 +218,10 @@ class OrvList : public Control {
   // "LIST k;text|k;text": keys become values. Anything else empties the list.
   void SetRowSource(std::u16string_view source);
 
+  // Stands in the list while it has no items.
+  const std::u16string& EmptyText() const { return emptyText_; }
+  void SetEmptyText(std::u16string_view text) { emptyText_ = text; }
+
   void SetOnItemClick(std::function<void()> click) { click_ = std::move(click); }
   void ClickItem(int index);
 
@@ -222,6 +230,7 @@ class OrvList : public Control {
 
  private:
   int current_ = -1;
+  std::u16string emptyText_;
   std::function<void()> click_;
 };
 
