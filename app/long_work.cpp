@@ -13,8 +13,8 @@ LongWork::LongWork(suite::ProgramState& state, LongWork*& place, platform::Label
       what_(what),
       hourglass_(state.on.host),
       start_(state.on.clock.Milliseconds()) {
-  place_ = this;
   ShowLife();
+  place_ = this;
 }
 
 LongWork::~LongWork() {

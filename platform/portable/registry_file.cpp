@@ -88,7 +88,8 @@ void RegistryFile::Save(const std::string& bytes) {
 
 void RegistryFile::MakeFolder(std::u16string_view folder) {
   if (folder.empty() || files_.State(folder)) return;
-  MakeFolder(FolderOfPath(folder));
+  // A root has no folder above it: without the disk there is nothing to make.
+  if (const std::u16string_view above = FolderOfPath(folder); above != folder) MakeFolder(above);
   files_.CreateFolder(folder);
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/existing_database_run.h"
 #include "app/new_database_run.h"
+#include "tests/product/wizard_bench.h"
 #include "tests/support/small_volume.h"
 
 #include <stdexcept>
@@ -79,6 +80,19 @@ app::RunResult RunDodaj(DatabaseBench& bench) {
 app::RunResult RunSprawdz(DatabaseBench& bench) {
   return RunOnExisting(bench, Sprawdz,
                        {bench.PathOf(u"struktury/a.stb"), bench.PathOf(u"struktury/f.stb")});
+}
+
+// The wizard's form by itself, which shows and asks nothing whatever fails.
+app::RunResult RunAuto(DatabaseBench& bench) {
+  WizardProgram program(bench, bench.host);
+  program.state.structureFolder = bench.PathOf(u"struktury");
+  app::Main(program.state, program.form, u"auto|" + bench.PathOf(kTarget), [] {});
+  EXPECT_TRUE(bench.host.messages.empty()) << Utf8(bench.host.messages.front());
+  EXPECT_TRUE(bench.host.reports.empty()) << Utf8(bench.host.reports.front());
+  EXPECT_EQ(bench.host.busyDepth, 0);
+  EXPECT_FALSE(program.form.IsRunning());
+  const bool isThrough = program.form.akt_plansza == u"Koniec";
+  return {isThrough, program.host.Suppressed() + std::u16string(program.form.txtOpisGen.Text()), {}};
 }
 
 std::string StructureBytes(const std::string& utf8) {
@@ -210,7 +224,14 @@ const std::vector<Task>& AllTasks() {
                 {u"SELECT [Ilość] FROM FAPoz", "1,5 1,5 1,5 1,5"}},
        .usesCopy = true,
        .isDamaged = true},
+      {.name = "auto", .run = RunAuto, .effect = kChecked, .usesCopy = true},
   };
+  return tasks;
+}
+
+std::vector<Task> TellingTasks() {
+  std::vector<Task> tasks = AllTasks();
+  std::erase_if(tasks, [](const Task& task) { return task.run == RunAuto; });
   return tasks;
 }
 
