@@ -5,6 +5,9 @@
 
 #include <windows.h>
 
+#include <objbase.h>
+#include <shtypes.h>
+
 #include <utility>
 
 namespace zimbrat::platform {
@@ -60,10 +63,17 @@ struct LocalTraits {  // memory that the system allocated for its caller
   static void Close(Type handle) { ::LocalFree(handle); }
 };
 
+struct ItemListTraits {  // what names an item of the shell
+  using Type = PIDLIST_ABSOLUTE;
+  static Type None() { return nullptr; }
+  static void Close(Type list) { ::CoTaskMemFree(list); }
+};
+
 using FileHandle = UniqueHandle<FileTraits>;
 using FindHandle = UniqueHandle<FindTraits>;
 using ObjectHandle = UniqueHandle<ObjectTraits>;
 using KeyHandle = UniqueHandle<KeyTraits>;
 using LocalHandle = UniqueHandle<LocalTraits>;
+using ItemList = UniqueHandle<ItemListTraits>;
 
 }  // namespace zimbrat::platform
