@@ -69,11 +69,32 @@ struct ItemListTraits {  // what names an item of the shell
   static void Close(Type list) { ::CoTaskMemFree(list); }
 };
 
+struct WindowTraits {
+  using Type = HWND;
+  static Type None() { return nullptr; }
+  static void Close(Type window) { ::DestroyWindow(window); }
+};
+struct FontTraits {
+  using Type = HFONT;
+  static Type None() { return nullptr; }
+  static void Close(Type font) { ::DeleteObject(font); }
+};
+template <class Interface>
+struct ComTraits {
+  using Type = Interface*;
+  static Type None() { return nullptr; }
+  static void Close(Type object) { object->Release(); }
+};
+
 using FileHandle = UniqueHandle<FileTraits>;
 using FindHandle = UniqueHandle<FindTraits>;
 using ObjectHandle = UniqueHandle<ObjectTraits>;
 using KeyHandle = UniqueHandle<KeyTraits>;
 using LocalHandle = UniqueHandle<LocalTraits>;
+using WindowHandle = UniqueHandle<WindowTraits>;
+using FontHandle = UniqueHandle<FontTraits>;
+template <class Interface>
+using ComReference = UniqueHandle<ComTraits<Interface>>;
 using ItemList = UniqueHandle<ItemListTraits>;
 
 }  // namespace zimbrat::platform

@@ -1,4 +1,4 @@
-#include "person.h"
+#include "tests/wizard/person.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 
 #include <commctrl.h>
 
-#include "person.h"
+#include "tests/wizard/person.h"
 #include "platform/text.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/win32_shell.h"

@@ -1,0 +1,97 @@
+#include "busy_window.h"
+
+namespace zimbrat::app {
+namespace {
+
+constexpr const wchar_t* kShutdownReason =
+    L"Trwa praca na bazie danych. Zaczekaj, aż się skończy; baza pozostanie cała.";
+
+struct Range {
+  UINT first, last;
+};
+
+constexpr Range kInput[] = {{WM_KEYFIRST, WM_KEYLAST},
+                            {WM_MOUSEFIRST, WM_MOUSELAST},
+                            {WM_NCMOUSEMOVE, WM_NCXBUTTONDBLCLK}};
+
+bool IsInput(UINT message) {
+  for (const Range& range : kInput) {
+    if (message >= range.first && message <= range.last) return true;
+  }
+  return false;
+}
+
+void SetCloseBox(HWND window, bool isOpen) {
+  ::EnableMenuItem(::GetSystemMenu(window, FALSE), SC_CLOSE,
+                   static_cast<UINT>(MF_BYCOMMAND | (isOpen ? MF_ENABLED : MF_GRAYED)));
+}
+
+}  // namespace
+
+void BusyWindow::Begin(HWND window) {
+  if (depth_++ > 0) return;
+  SetCloseBox(window, false);
+  ::ShutdownBlockReasonCreate(window, kShutdownReason);
+  ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
+}
+
+void BusyWindow::End(HWND window) {
+  if (depth_ == 0 || --depth_ > 0) return;
+  DropInput();
+  ShowProgress(window, 0);
+  ::ShutdownBlockReasonDestroy(window);
+  SetCloseBox(window, true);
+  ::SetCursor(::LoadCursorW(nullptr, IDC_ARROW));
+}
+
+void BusyWindow::DropInput() {
+  MSG message = {};
+  for (const Range& range : kInput) {
+    while (::PeekMessageW(&message, nullptr, range.first, range.last, PM_REMOVE)) {
+    }
+  }
+}
+
+void BusyWindow::Pump() {
+  // A window that is never done painting must not hold the work.
+  constexpr int kMost = 1000;
+  MSG message = {};
+  for (int i = 0; i < kMost && ::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); ++i) {
+    if (message.message == WM_QUIT) return ::PostQuitMessage(static_cast<int>(message.wParam));
+    if (!IsInput(message.message)) ::DispatchMessageW(&message);
+  }
+}
+
+void BusyWindow::ShowProgress(HWND window, double share) {
+  if (!taskbar_.IsOpen() && share > 0) {
+    ::CoCreateInstance(CLSID_TaskbarList, nullptr, CLSCTX_INPROC_SERVER, IID_ITaskbarList3,
+                       reinterpret_cast<void**>(taskbar_.Receive()));
+  }
+  if (!taskbar_.IsOpen()) return;
+  constexpr int kWhole = 1000;
+  taskbar_.Get()->SetProgressState(window, share > 0 ? TBPF_NORMAL : TBPF_NOPROGRESS);
+  if (share > 0) {
+    taskbar_.Get()->SetProgressValue(window, static_cast<ULONGLONG>(share * kWhole), kWhole);
+  }
+}
+
+bool BusyWindow::Answer(UINT message, WPARAM wParam, LRESULT& answer) {
+  if (!IsBusy()) return false;
+  switch (message) {
+    case WM_SETCURSOR:
+      ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
+      answer = TRUE;
+      return true;
+    case WM_QUERYENDSESSION:
+      answer = FALSE;
+      return true;
+    case WM_ENDSESSION:
+      mustEnd_ = mustEnd_ || wParam != 0;
+      answer = 0;
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace zimbrat::app

@@ -1,0 +1,55 @@
+#include "drop_target.h"
+
+#include <shellapi.h>
+
+#include "platform/win32/wide_text.h"
+
+namespace zimbrat::app {
+namespace {
+
+// The file that is being dragged; empty for several of them and for other things.
+std::u16string FileOf(IDataObject* data) {
+  FORMATETC format = {CF_HDROP, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
+  STGMEDIUM medium = {};
+  if (data == nullptr || FAILED(data->GetData(&format, &medium))) return {};
+  const auto files = static_cast<HDROP>(medium.hGlobal);
+  std::u16string path;
+  if (::DragQueryFileW(files, 0xFFFFFFFF, nullptr, 0) == 1) {
+    path.resize(::DragQueryFileW(files, 0, nullptr, 0) + 1);
+    path.resize(::DragQueryFileW(files, 0, platform::LendRoom(path), static_cast<UINT>(path.size())));
+  }
+  ::ReleaseStgMedium(&medium);
+  return path;
+}
+
+}  // namespace
+
+HRESULT DropTarget::QueryInterface(REFIID id, void** object) {
+  const bool isOurs = IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IDropTarget);
+  *object = isOurs ? static_cast<IDropTarget*>(this) : nullptr;
+  return isOurs ? S_OK : E_NOINTERFACE;
+}
+
+HRESULT DropTarget::DragEnter(IDataObject* data, DWORD keys, POINTL place, DWORD* effect) {
+  file_ = FileOf(data);
+  return DragOver(keys, place, effect);
+}
+
+HRESULT DropTarget::DragOver(DWORD, POINTL, DWORD* effect) {
+  *effect &= Takes() ? DROPEFFECT_COPY | DROPEFFECT_LINK : DROPEFFECT_NONE;
+  return S_OK;
+}
+
+HRESULT DropTarget::DragLeave() {
+  file_.clear();
+  return S_OK;
+}
+
+HRESULT DropTarget::Drop(IDataObject* data, DWORD keys, POINTL place, DWORD* effect) {
+  file_ = FileOf(data);
+  DragOver(keys, place, effect);
+  if (Takes()) take_(file_);
+  return DragLeave();
+}
+
+}  // namespace zimbrat::app

@@ -1,0 +1,114 @@
+// The window's life: messages, work that holds the thread, closing.
+#include "wizard_window.h"
+
+#include "picture.h"
+#include "platform/error_numbers.h"
+#include "platform/run_time_error.h"
+
+namespace zimbrat::app {
+namespace {
+
+constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+
+}  // namespace
+
+WizardWindow::WizardWindow(mdiMenu& form, platform::Host& host)
+    : FormWindow(form, host, nullptr, kStyle),
+      wizard_(form),
+      drop_([&form](const std::u16string& path) { return form.TakesDrop(path); },
+            [&form](const std::u16string& path) { form.Drop(path); }) {
+  MakeFrame();
+  Settle();
+  OnHandled();
+  ::RegisterDragDrop(Window(), &drop_);
+}
+
+WizardWindow::~WizardWindow() { ::RevokeDragDrop(Window()); }
+
+void WizardWindow::Show(int showCommand) {
+  wizard_.SetVisible(true);
+  ::ShowWindow(Window(), showCommand);
+  ::UpdateWindow(Window());
+  wizard_.obStartNowa.SetFocus();
+}
+
+void WizardWindow::RunUntilClosed() {
+  MSG message = {};
+  while (!wizard_.IsUnloaded() && ::GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (TakesKey(message)) continue;
+    ::TranslateMessage(&message);
+    ::DispatchMessageW(&message);
+  }
+  ::ShowWindow(Window(), SW_HIDE);
+}
+
+void WizardWindow::SetBusy(bool busy) {
+  if (busy) {
+    busy_.Begin(Window());
+  } else {
+    busy_.End(Window());
+  }
+}
+
+void WizardWindow::Pulse() {
+  if (!busy_.IsBusy()) return;
+  wizard_.Pulse();
+  busy_.ShowProgress(Window(), wizard_.progBar.Fraction());
+  busy_.Pump();
+  if (busy_.MustEnd()) throw platform::OwnError(platform::kErrUserInterrupt);
+}
+
+platform::Button* WizardWindow::DefaultButton() {
+  if (!wizard_.cmdDalej.Visible()) return &wizard_.cmdAnuluj;
+  return wizard_.cmdDalej.Enabled() ? &wizard_.cmdDalej : nullptr;
+}
+
+void WizardWindow::OnCancel() { wizard_.cmdAnuluj.Click(); }
+
+void WizardWindow::OnClose() { wizard_.Unload(); }
+
+bool WizardWindow::OnMessage(UINT message, WPARAM wParam, LPARAM, LRESULT& answer) {
+  if (busy_.Answer(message, wParam, answer)) return true;
+  switch (message) {
+    case WM_PAINT:
+      Paint();
+      return true;
+    case WM_HELP:
+      wizard_.ShowHelp();
+      return true;
+    case WM_QUERYENDSESSION:
+      answer = TRUE;
+      return true;
+    default:
+      return false;
+  }
+}
+
+void WizardWindow::Paint() {
+  PAINTSTRUCT paint = {};
+  const HDC dc = ::BeginPaint(Window(), &paint);
+  RECT client = {};
+  ::GetClientRect(Window(), &client);
+  const RECT strip = {0, stripTop_, client.right, client.bottom};
+  ::FillRect(dc, &strip, ::GetSysColorBrush(COLOR_3DFACE));
+  const RECT line = {0, stripTop_, client.right, stripTop_ + 1};
+  ::FillRect(dc, &line, ::GetSysColorBrush(COLOR_3DLIGHT));
+  if (::RectVisible(dc, &picture_)) DrawPicture(dc, picture_, dpi_);
+  ::EndPaint(Window(), &paint);
+}
+
+// What the window shows of the form besides its views: the default button, and the description as the
+// name of the page, so that a change of page is heard.
+void WizardWindow::OnHandled() {
+  if (wizard_.IsUnloaded()) return ::PostQuitMessage(0);
+  ShowDefaultButton();
+  if (told_ == wizard_.labTytul.Caption()) return;
+  told_ = wizard_.labTytul.Caption();
+  for (const Page& page : pages_) {
+    if (!page.model->Visible()) continue;
+    SetText(page.view->Window(), told_);
+    ::NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, page.view->Window(), OBJID_WINDOW, CHILDID_SELF);
+  }
+}
+
+}  // namespace zimbrat::app

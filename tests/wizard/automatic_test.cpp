@@ -1,0 +1,155 @@
+// Zimbrat.exe as another program starts it: the outcome in the registry, no window whatever happens.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include "app/modMain.h"
+#include "platform/win32/handles.h"
+#include "platform/win32/wide_text.h"
+#include "platform/win32/win32_files.h"
+#include "platform/win32/win32_registry.h"
+#include "suite/ModSysReg.h"
+#include "tests/product/wizard_bench.h"
+
+namespace zimbrat::tests {
+namespace {
+
+constexpr DWORD kPatience = 60'000;  // milliseconds that a run may take at most
+
+BOOL CALLBACK CountOne(HWND window, LPARAM count) {
+  wchar_t name[64] = {};
+  ::GetClassNameW(window, name, 64);
+  // The system's own helpers of a thread that has loaded the input library.
+  const std::wstring_view type = name;
+  if (type != L"IME" && type != L"MSCTFIME UI") ++*reinterpret_cast<int*>(count);
+  return TRUE;
+}
+
+// One run of the program.
+class Child {
+ public:
+  Child(const std::filesystem::path& program, const std::u16string& tail) {
+    std::wstring line = L"\"" + program.wstring() + L"\" " + reinterpret_cast<const wchar_t*>(tail.c_str());
+    STARTUPINFOW start = {};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION made = {};
+    EXPECT_TRUE(::CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                 nullptr, &start, &made));
+    process_ = platform::ObjectHandle(made.hProcess);
+    thread_ = platform::ObjectHandle(made.hThread);
+    threadId_ = made.dwThreadId;
+  }
+
+  // Whether it ended within that many milliseconds, and how many windows it had meanwhile.
+  bool Ends(DWORD milliseconds) {
+    const ULONGLONG end = ::GetTickCount64() + milliseconds;
+    while (::WaitForSingleObject(process_.Get(), 1) == WAIT_TIMEOUT) {
+      ::EnumThreadWindows(threadId_, CountOne, reinterpret_cast<LPARAM>(&windows_));
+      if (::GetTickCount64() > end) return false;
+    }
+    return true;
+  }
+  int Windows() const { return windows_; }
+  void Kill() {
+    ::TerminateProcess(process_.Get(), 1);
+    ::WaitForSingleObject(process_.Get(), kPatience);
+  }
+
+ private:
+  platform::ObjectHandle process_, thread_;
+  DWORD threadId_ = 0;
+  int windows_ = 0;
+};
+
+// The program in a folder of its own, with a structure file and a database of it.
+class StartedByAProgram : public testing::Test {
+ protected:
+  void SetUp() override {
+    const std::filesystem::path here = std::filesystem::path(bench_.PathOf(u"Mój zimbrat"));
+    std::filesystem::create_directories(here);
+    program_ = here / L"Zimbrat.exe";
+    std::filesystem::copy_file(ZIMBRAT_PROGRAM, program_);
+    bench_.WriteStructure(u"Mój zimbrat/ab.stb", SmallProgram("AB"));
+    platform::ProgressBar bar;
+    ASSERT_TRUE(generator::GenerujNowaBaze(bench_.state, bench_.folder.Path(), u"Płace",
+                                           bench_.PathOf(u"Mój zimbrat/ab.stb"), {1, 2025, 1, 2025},
+                                           bar));
+    // Newer than the database, so that a run has something to do.
+    std::string newer = SmallProgram("AB");
+    bench_.WriteStructure(u"Mój zimbrat/ab.stb", newer.replace(newer.find("VerMinor=3"), 10, "VerMinor=4"));
+    suite::RegStringSave(registry_, ListKey(), u"Folder", Database());
+    SetStatus(u"-");
+  }
+  void TearDown() override {
+    ::RegDeleteTreeW(HKEY_CURRENT_USER, platform::Lend(ListKey()));
+  }
+
+  std::u16string ListedName() const { return u"Zimbrat próba " + platform::DecimalText(::GetCurrentProcessId()); }
+  std::u16string ListKey() const { return std::u16string(suite::kDatabaseListKey) + u"\\" + ListedName(); }
+  std::u16string Database() const { return bench_.PathOf(u"Płace.mdb"); }
+  void SetStatus(std::u16string_view status) {
+    suite::RegStringSave(registry_, suite::kWizardKey, app::kStatusValue, status);
+  }
+  std::string Status() {
+    return Utf8(suite::RegStringRead(registry_, suite::kWizardKey, app::kStatusValue, u""));
+  }
+  std::string Run(const std::u16string& tail) {
+    SetStatus(u"-");
+    Child child(program_, tail);
+    if (!child.Ends(kPatience)) {
+      child.Kill();
+      ADD_FAILURE() << "did not end: " << Utf8(tail);
+    }
+    EXPECT_EQ(child.Windows(), 0) << Utf8(tail);
+    return Status();
+  }
+
+  DatabaseBench bench_;
+  platform::Win32Registry registry_;
+  std::filesystem::path program_;
+};
+
+TEST_F(StartedByAProgram, LeavesItsOutcomeInTheRegistry) {
+  const std::pair<std::u16string, const char*> rows[] = {
+      {u"auto|" + ListedName(), "Ok"},
+      {u"auto|" + Database(), "Ok"},
+      {u"auto\t" + Database() + u"|3|4|5|6|7|8|9|10|11", "Ok"},
+      {u"auto|" + bench_.PathOf(u"brak.mdb"), "Error"},
+      {u"auto", "Error"},
+      {u"auto||" + Database(), "Error"},
+      {u"||" + Database(), "-"},
+      {u"/?", "Error"}};
+  for (const auto& [tail, status] : rows) EXPECT_EQ(Run(tail), status) << Utf8(tail);
+}
+
+TEST_F(StartedByAProgram, AsksForNoPassword) {
+  dao::Database& database = bench_.Open(u"Płace.mdb");
+  database.NewPassword(u"", u"tajne");
+  bench_.Close();
+  EXPECT_EQ(Run(u"auto|" + Database()), "Error");
+}
+
+// Another program has the database open, so that the run waits for it; there it is killed.
+TEST_F(StartedByAProgram, StaysAtStartWhenKilledAndEndsTheNextTime) {
+  std::optional<std::unique_ptr<platform::File>> other =
+      bench_.files.Open(Database(), platform::OpenMode::ReadWrite, platform::Sharing::None);
+  SetStatus(u"-");
+  Child child(program_, u"auto|" + Database());
+  for (int i = 0; i < 1000 && Status() != "start"; ++i) child.Ends(5);
+  EXPECT_EQ(Status(), "start");
+  child.Kill();
+  EXPECT_EQ(Status(), "start");
+  other.reset();
+  EXPECT_EQ(Run(u"auto|" + Database()), "Ok");
+}
+
+}  // namespace
+}  // namespace zimbrat::tests
