@@ -1,4 +1,5 @@
-# add_suite(NAME SOURCES ... USES ... [LABELS ...]): one GoogleTest program. GoogleTest is built from
+# add_suite(NAME SOURCES ... USES ... [LABELS ...] [SERIAL]): one GoogleTest program. The tests of a serial one
+# run while no other test does. GoogleTest is built from
 # Debian's sources, so that the native and the Windows tests use the same one.
 if(NOT TARGET gtest)
   set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
@@ -8,12 +9,12 @@ endif()
 include(GoogleTest)
 
 function(add_suite name)
-  cmake_parse_arguments(S "" "TIMEOUT" "SOURCES;USES;LABELS" ${ARGN})
+  cmake_parse_arguments(S "SERIAL" "TIMEOUT" "SOURCES;USES;LABELS" ${ARGN})
   if(NOT S_TIMEOUT)
     set(S_TIMEOUT 120)
   endif()
   add_executable(${name} ${S_SOURCES})
   target_link_libraries(${name} PRIVATE ${S_USES} gmock gtest gtest_main zimbrat_warnings)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 240
-                       PROPERTIES TIMEOUT ${S_TIMEOUT} LABELS "${S_LABELS}")
+                       PROPERTIES TIMEOUT ${S_TIMEOUT} RUN_SERIAL ${S_SERIAL} LABELS "${S_LABELS}")
 endfunction()

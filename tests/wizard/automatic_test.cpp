@@ -3,18 +3,15 @@
 
 #include <windows.h>
 
-#include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <memory>
-#include <optional>
 #include <string>
-#include <thread>
 
 #include "app/modMain.h"
+#include "app/win32/program.h"
+#include "app/win32/windows_host.h"
 #include "platform/win32/handles.h"
 #include "platform/win32/wide_text.h"
-#include "platform/win32/win32_files.h"
 #include "platform/win32/win32_registry.h"
 #include "suite/ModSysReg.h"
 #include "tests/product/wizard_bench.h"
@@ -139,7 +136,7 @@ TEST_F(StartedByAProgram, AsksForNoPassword) {
 
 // Another program has the database open, so that the run waits for it; there it is killed.
 TEST_F(StartedByAProgram, StaysAtStartWhenKilledAndEndsTheNextTime) {
-  std::optional<std::unique_ptr<platform::File>> other =
+  std::unique_ptr<platform::File> other =
       bench_.files.Open(Database(), platform::OpenMode::ReadWrite, platform::Sharing::None);
   SetStatus(u"-");
   Child child(program_, u"auto|" + Database());
@@ -149,6 +146,62 @@ TEST_F(StartedByAProgram, StaysAtStartWhenKilledAndEndsTheNextTime) {
   EXPECT_EQ(Status(), "start");
   other.reset();
   EXPECT_EQ(Run(u"auto|" + Database()), "Ok");
+}
+
+// Counts the windows that this thread makes, of whatever kind.
+class WindowCount {
+ public:
+  WindowCount() { Made() = 0; }
+  ~WindowCount() { ::UnhookWindowsHookEx(hook_); }
+  WindowCount(const WindowCount&) = delete;
+  WindowCount& operator=(const WindowCount&) = delete;
+
+  static int& Made() {
+    constinit static thread_local int made = 0;
+    return made;
+  }
+
+ private:
+  static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam) {
+    if (code == HCBT_CREATEWND) ++Made();
+    return ::CallNextHookEx(nullptr, code, wParam, lParam);
+  }
+
+  HHOOK hook_ = ::SetWindowsHookExW(WH_CBT, Hook, nullptr, ::GetCurrentThreadId());
+};
+
+TEST(AutomaticRunInWindows, MakesNoWindow) {
+  DatabaseBench bench;
+  bench.environment.programFolder = bench.folder.Path();
+  const std::u16string file = bench.WriteStructure(u"AB.stb", SmallProgram("AB"));
+  platform::ProgressBar bar;
+  ASSERT_TRUE(generator::GenerujNowaBaze(bench.state, bench.folder.Path(), u"Firma", file,
+                                         {1, 2025, 1, 2025}, bar));
+  for (const std::u16string_view database : {u"Firma.mdb", u"brak.mdb"}) {
+    app::WindowsHost windows([](std::u16string_view, std::u16string_view) {});
+    WizardProgram program(bench, windows);
+    const WindowCount count;
+    app::Main(program.state, program.form, u"auto|" + bench.PathOf(database), [] { ADD_FAILURE(); });
+    EXPECT_EQ(WindowCount::Made(), 0) << Utf8(database);
+    EXPECT_EQ(program.form.akt_plansza, database == u"Firma.mdb" ? u"Koniec" : u"NazwaBazy");
+  }
+  const WindowCount count;
+  ::DestroyWindow(::CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr,
+                                    nullptr, nullptr));
+  EXPECT_GT(WindowCount::Made(), 0) << "the count counts";
+}
+
+TEST(CommandLineOfTheProcess, IsWhatStandsBehindTheProgramsName) {
+  const std::pair<const char16_t*, const char16_t*> rows[] = {
+      {u"Zimbrat.exe", u""},
+      {u"Zimbrat.exe  auto|x y ", u"auto|x y "},
+      {u"\"C:\\Program Files\\Zimbrat.exe\" auto|x", u"auto|x"},
+      {u"\"C:\\Program Files\\Zimbrat.exe\"", u""},
+      {u"\"C:\\a b.exe\" \t\tx", u"\t\tx"},
+      {u"\"bez końca", u""},
+      {u"Zimbrat.exe\t\tx", u"\t\tx"},
+      {u"", u""}};
+  for (const auto& [whole, tail] : rows) EXPECT_EQ(Utf8(app::TailOf(whole)), Utf8(tail)) << Utf8(whole);
 }
 
 }  // namespace
