@@ -15,6 +15,7 @@ constexpr int kMessageId = 0xFFFF;
 
 struct Search {
   const std::vector<HWND>& answered;
+  const std::wstring& type;
   HWND found = nullptr;
 };
 
@@ -22,10 +23,11 @@ BOOL CALLBACK Look(HWND window, LPARAM parameter) {
   Search& search = *reinterpret_cast<Search*>(parameter);
   DWORD process = 0;
   ::GetWindowThreadProcessId(window, &process);
-  wchar_t type[16] = {};
-  ::GetClassNameW(window, type, 16);
-  const bool isOpen = process == ::GetCurrentProcessId() && std::wstring_view(type) == L"#32770" &&
-                      ::IsWindowVisible(window) && ::IsWindowEnabled(window);
+  wchar_t name[64] = {};
+  ::GetClassNameW(window, name, 64);
+  const bool isDialog = std::wstring_view(name) == L"#32770" || name == search.type;
+  const bool isOpen = process == ::GetCurrentProcessId() && isDialog && ::IsWindowVisible(window) &&
+                      ::IsWindowEnabled(window);
   if (!isOpen || std::ranges::find(search.answered, window) != search.answered.end()) return TRUE;
   search.found = window;
   return FALSE;
@@ -57,8 +59,10 @@ std::string MessageOf(HWND box) {
   return TextOf(box) + ": " + (message == nullptr ? "" : TextOf(message));
 }
 
-Person::Person(std::vector<Act> acts)
-    : thread_([this, acts = std::move(acts)] { Live(acts); }) {}
+Person::Person(std::vector<Act> acts, std::wstring type) : type_(std::move(type)) {
+  while (const HWND there = FindDialog()) answered_.push_back(there);
+  thread_ = std::thread([this, acts = std::move(acts)] { Live(acts); });
+}
 
 Person::~Person() {
   isGone_ = true;
@@ -85,30 +89,32 @@ void Person::SendAway() {
   constexpr int kStaysTooLong = 500;
   int waited = 0;
   for (; !isGone_ && waited < kStaysTooLong; ++waited) std::this_thread::sleep_for(10ms);
+  answered_.clear();
   while (!isGone_) {
-    std::vector<HWND> none;
-    Search search{none};
-    ::EnumWindows(Look, reinterpret_cast<LPARAM>(&search));
-    if (search.found != nullptr) {
+    if (const HWND dialog = FindDialog()) {
       isTired_ = true;
-      seen_.push_back("sent away: " + MessageOf(search.found));
-      for (const int id : {IDCANCEL, IDNO, IDOK}) Press(id)(search.found);
+      seen_.push_back("sent away: " + MessageOf(dialog));
+      for (const int id : {IDCANCEL, IDNO, IDOK}) Press(id)(dialog);
     }
     std::this_thread::sleep_for(100ms);
   }
+}
+
+HWND Person::FindDialog() const {
+  Search search{answered_, type_};
+  ::EnumWindows(Look, reinterpret_cast<LPARAM>(&search));
+  return search.found;
 }
 
 HWND Person::WaitForDialog() {
   using namespace std::chrono_literals;
   for (int waited = 0; waited < 500 && !isGone_; ++waited) {
     std::erase_if(answered_, [](HWND window) { return !::IsWindow(window); });
-    Search search{answered_};
-    ::EnumWindows(Look, reinterpret_cast<LPARAM>(&search));
-    if (search.found != nullptr) {
+    if (const HWND dialog = FindDialog()) {
       // It is there, but perhaps not yet filled.
       std::this_thread::sleep_for(50ms);
-      answered_.push_back(search.found);
-      return search.found;
+      answered_.push_back(dialog);
+      return dialog;
     }
     std::this_thread::sleep_for(10ms);
   }

@@ -26,8 +26,9 @@ std::string TextOf(HWND window);
 
 class Person {
  public:
-  // Waits for a dialog for each of `acts`; each dialog is acted upon once.
-  explicit Person(std::vector<Act> acts);
+  // Waits for a dialog for each of `acts`; each dialog that was not there before is acted upon once.
+  // Dialogs are those of the system, and windows of the class `type`.
+  explicit Person(std::vector<Act> acts, std::wstring type = L"#32770");
   // What did not appear, or stayed open for five seconds, fails the test.
   ~Person();
   Person(const Person&) = delete;
@@ -39,8 +40,10 @@ class Person {
  private:
   void Live(const std::vector<Act>& acts);
   void SendAway();
+  HWND FindDialog() const;
   HWND WaitForDialog();
 
+  std::wstring type_;
   std::vector<std::string> seen_;
   std::vector<HWND> answered_;
   std::atomic<bool> isTired_ = false;

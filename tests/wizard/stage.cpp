@@ -30,12 +30,14 @@ BOOL CALLBACK Collect(HWND window, LPARAM parameter) {
 
 }  // namespace
 
-Stage::Stage(const std::vector<std::string>& symbols)
+Stage::Stage(const std::vector<std::string>& symbols, Registry which)
     : windows([this](std::u16string_view path, std::u16string_view original) {
         engines::VerifyDatabase(bench.files, path, original, [this] { windows.Pulse(); });
       }),
       host(windows, state),
-      state({bench.files, bench.registry, bench.profile, bench.clock, bench.environment, host,
+      state({bench.files,
+             which == Registry::Real ? static_cast<platform::Registry&>(realRegistry) : bench.registry,
+             bench.profile, bench.clock, bench.environment, host,
              [this] {
                return engines::MakeEngine(bench.files, bench.clock, [this] { windows.Pulse(); });
              }}),

@@ -14,6 +14,7 @@
 #include "app/run_host.h"
 #include "app/win32/windows_host.h"
 #include "app/win32/wizard_window.h"
+#include "platform/win32/win32_registry.h"
 #include "platform/win32/win32_shell.h"
 #include "tests/product/database_bench.h"
 
@@ -21,8 +22,11 @@ namespace zimbrat::tests {
 
 class Stage {
  public:
+  enum class Registry { OfTheBench, Real };
+
   // With those programs' structure files in the program's folder.
-  explicit Stage(const std::vector<std::string>& symbols = {"AB"});
+  explicit Stage(const std::vector<std::string>& symbols = {"AB"},
+                 Registry which = Registry::OfTheBench);
   ~Stage();
   Stage(const Stage&) = delete;
   Stage& operator=(const Stage&) = delete;
@@ -52,6 +56,7 @@ class Stage {
   std::string Texts() const;
 
   DatabaseBench bench;
+  platform::Win32Registry realRegistry;
   app::WindowsHost windows;
   app::RunHost host;
   suite::ProgramState state;
