@@ -188,6 +188,7 @@ void mdiMenu::Drop(std::u16string_view path) {
   if (!TakesDrop(path)) return;
   obInnaLok.Select();
   txtBazaNazwa.SetText(path);
+  txtBazaNazwa.SetFocus();
 }
 
 void mdiMenu::ShowHelp() {

@@ -10,15 +10,31 @@ struct Range {
   UINT first, last;
 };
 
+constexpr UINT kLastOfPointers = 0x0257;  // fingers and pens, from Windows 8 on
+
 constexpr Range kInput[] = {{WM_KEYFIRST, WM_KEYLAST},
                             {WM_MOUSEFIRST, WM_MOUSELAST},
-                            {WM_NCMOUSEMOVE, WM_NCXBUTTONDBLCLK}};
+                            {WM_NCMOUSEMOVE, WM_NCXBUTTONDBLCLK},
+                            {WM_TOUCH, kLastOfPointers}};
 
 bool IsInput(UINT message) {
   for (const Range& range : kInput) {
     if (message >= range.first && message <= range.last) return true;
   }
   return false;
+}
+
+// Moving and menus would hold the thread until the mouse is let go.
+bool HoldsThread(WPARAM command) {
+  switch (command & 0xFFF0u) {
+    case SC_MOVE:
+    case SC_SIZE:
+    case SC_KEYMENU:
+    case SC_MOUSEMENU:
+      return true;
+    default:
+      return false;
+  }
 }
 
 void SetCloseBox(HWND window, bool isOpen) {
@@ -82,6 +98,9 @@ bool BusyWindow::Answer(UINT message, WPARAM wParam, LRESULT& answer) {
       ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
       answer = TRUE;
       return true;
+    case WM_SYSCOMMAND:
+      answer = 0;
+      return HoldsThread(wParam);
     case WM_QUERYENDSESSION:
       answer = FALSE;
       return true;

@@ -101,11 +101,19 @@ class ProgressView : public View {
 };
 
 LRESULT CALLBACK PageProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  LRESULT answer = 0;
-  if (AnswerForControls(message, wParam, lParam, answer)) return answer;
-  // What a box of several lines sends on Esc concerns the form, which hears of it by itself.
-  if (message == WM_CLOSE) return 0;
-  return ::DefWindowProcW(window, message, wParam, lParam);
+  switch (message) {
+    case WM_COMMAND:
+    case WM_NOTIFY:
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORBTN:
+      // One place answers for all controls, and catches what their handlers throw.
+      return ::SendMessageW(::GetParent(window), message, wParam, lParam);
+    case WM_CLOSE:
+      // What a box of several lines sends on Esc concerns the form, which hears of it by itself.
+      return 0;
+    default:
+      return ::DefWindowProcW(window, message, wParam, lParam);
+  }
 }
 
 const wchar_t* PageClass() {
@@ -123,19 +131,26 @@ const wchar_t* PageClass() {
 
 class PageView : public View {
  public:
-  PageView(HWND parent, platform::Panel& model)
+  PageView(HWND parent, platform::Panel& model, const platform::Label& description)
       : View(model, MakeControl(parent, PageClass(), WS_CLIPCHILDREN, WS_EX_CONTROLPARENT)),
-        model_(model) {
+        model_(model),
+        description_(description) {
     ShowAll();
   }
 
  private:
   void Show(Change change) override {
+    if (change != Change::Visible) return;
     // Access keys of a page that is not seen must not be heard.
-    if (change == Change::Visible) ::EnableWindow(Window(), model_.Visible());
+    ::EnableWindow(Window(), model_.Visible());
+    if (!model_.Visible()) return;
+    // The description is the page's name, so that a reader of the screen says it when the focus comes.
+    SetText(Window(), description_.Caption());
+    ::NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, Window(), OBJID_WINDOW, CHILDID_SELF);
   }
 
   platform::Panel& model_;
+  const platform::Label& description_;
 };
 
 }  // namespace
@@ -156,8 +171,8 @@ ViewPtr MakeProgressBar(HWND parent, platform::ProgressBar& model) {
   return std::make_unique<ProgressView>(parent, model);
 }
 
-ViewPtr MakePage(HWND parent, platform::Panel& model) {
-  return std::make_unique<PageView>(parent, model);
+ViewPtr MakePage(HWND parent, platform::Panel& model, const platform::Label& description) {
+  return std::make_unique<PageView>(parent, model, description);
 }
 
 }  // namespace zimbrat::app

@@ -127,6 +127,10 @@ void FormWindow::Place(View& view, const RECT& area, const Ruler& ruler) {
              ruler);
 }
 
+void FormWindow::ShowViews() {
+  for (const ViewPtr& view : views_) view->ShowAll();
+}
+
 bool FormWindow::TakesKey(MSG& message) {
   return ::IsDialogMessageW(Window(), &message) != FALSE;
 }
@@ -178,6 +182,9 @@ bool FormWindow::Answer(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& ans
       SetDpi(HIWORD(wParam));
       return true;
     }
+    case WM_SYSCOLORCHANGE:
+      for (const ViewPtr& view : views_) ::SendMessageW(view->Window(), message, wParam, lParam);
+      return false;
     case WM_SETTINGCHANGE:
       if (wParam == SPI_SETNONCLIENTMETRICS) SetDpi(ruler_->Dpi());
       return false;

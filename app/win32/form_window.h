@@ -51,6 +51,8 @@ class FormWindow {
   void KeepName(HWND parent, std::u16string_view name);
   // `area` in dialog units of the parent.
   void Place(View& view, const RECT& area, const Ruler& ruler);
+  // Draws all views anew as their models are.
+  void ShowViews();
   // Draws the default button anew after a change.
   void ShowDefaultButton();
 

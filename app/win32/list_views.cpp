@@ -15,20 +15,46 @@ std::u16string_view TextOf(const platform::OrvList& model, int index) {
   return model.Items()[static_cast<std::size_t>(index)].text;
 }
 
+// A control's surface with its font.
+class Surface {
+ public:
+  explicit Surface(HWND window)
+      : window_(window),
+        dc_(::GetDC(window)),
+        former_(::SelectObject(dc_, reinterpret_cast<HFONT>(::SendMessageW(window, WM_GETFONT, 0, 0)))) {}
+  ~Surface() {
+    ::SelectObject(dc_, former_);
+    ::ReleaseDC(window_, dc_);
+  }
+  Surface(const Surface&) = delete;
+  Surface& operator=(const Surface&) = delete;
+  HDC Dc() const { return dc_; }
+
+ private:
+  HWND window_;
+  HDC dc_;
+  HGDIOBJ former_;
+};
+
 // What stands in a list without items.
 void DrawEmptyText(HWND list, const std::u16string& text) {
-  const HDC dc = ::GetDC(list);
-  const HGDIOBJ former =
-      ::SelectObject(dc, reinterpret_cast<HFONT>(::SendMessageW(list, WM_GETFONT, 0, 0)));
+  const Surface surface(list);
   RECT area = {};
   ::GetClientRect(list, &area);
   ::InflateRect(&area, -4, -4);
-  ::SetBkMode(dc, TRANSPARENT);
-  ::SetTextColor(dc, ::GetSysColor(COLOR_GRAYTEXT));
-  ::DrawTextW(dc, platform::Lend(text), static_cast<int>(text.size()), &area,
+  ::SetBkMode(surface.Dc(), TRANSPARENT);
+  ::SetTextColor(surface.Dc(), ::GetSysColor(COLOR_GRAYTEXT));
+  ::DrawTextW(surface.Dc(), platform::Lend(text), static_cast<int>(text.size()), &area,
               DT_WORDBREAK | DT_NOPREFIX);
-  ::SelectObject(dc, former);
-  ::ReleaseDC(list, dc);
+}
+
+// Pixels that the text takes in the list, with a little air.
+int WidthIn(HWND list, std::u16string_view text) {
+  const Surface surface(list);
+  const std::u16string lent(text);
+  SIZE size = {};
+  ::GetTextExtentPoint32W(surface.Dc(), platform::Lend(lent), static_cast<int>(lent.size()), &size);
+  return size.cx + size.cy / 2;
 }
 
 // A list that says why it is empty.
@@ -50,7 +76,8 @@ class ListBoxView : public ItemsView {
  public:
   ListBoxView(HWND parent, platform::OrvList& model)
       : ItemsView(model, MakeControl(parent, WC_LISTBOXW,
-                                     LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | WS_TABSTOP,
+                                     LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | WS_HSCROLL |
+                                         WS_TABSTOP,
                                      WS_EX_CLIENTEDGE)),
         model_(model) {
     ShowAll();
@@ -61,21 +88,42 @@ class ListBoxView : public ItemsView {
     model_.ClickItem(static_cast<int>(::SendMessageW(Window(), LB_GETCURSEL, 0, 0)));
   }
 
+  // Names are measured anew with another font.
+  void Place(const RECT& area, const Ruler& ruler) override {
+    View::Place(area, ruler);
+    ::SendMessageW(Window(), LB_SETITEMHEIGHT, 0, ruler.LineHeight());
+    ::SendMessageW(Window(), LB_RESETCONTENT, 0, 0);
+    Show(Change::Items);
+  }
+
  private:
   void Show(Change change) override {
-    if (change == Change::Items) {
-      ::SendMessageW(Window(), LB_RESETCONTENT, 0, 0);
-      for (const auto& item : model_.Items()) {
-        ::SendMessageW(Window(), LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(platform::Lend(item.text)));
-      }
-      ::InvalidateRect(Window(), nullptr, TRUE);
-    }
+    if (change == Change::Items) ShowItems();
     if (change == Change::Items || change == Change::Current) {
       ::SendMessageW(Window(), LB_SETCURSEL, static_cast<WPARAM>(model_.Current()), 0);
     }
   }
 
+  void ShowItems() {
+    const int shown = static_cast<int>(::SendMessageW(Window(), LB_GETCOUNT, 0, 0));
+    // Lists grow item by item, and a folder may hold thousands.
+    const bool hasGrown = shown > 0 && shown + 1 == model_.Count();
+    if (!hasGrown) {
+      ::SendMessageW(Window(), LB_RESETCONTENT, 0, 0);
+      widest_ = 0;
+    }
+    for (int i = hasGrown ? shown : 0; i < model_.Count(); ++i) {
+      const std::u16string text(TextOf(model_, i));
+      ::SendMessageW(Window(), LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(platform::Lend(text)));
+      widest_ = std::max(widest_, WidthIn(Window(), text));
+    }
+    // Long names can be scrolled to their ends.
+    ::SendMessageW(Window(), LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widest_), 0);
+    ::InvalidateRect(Window(), nullptr, TRUE);
+  }
+
   platform::OrvList& model_;
+  int widest_ = 0;  // pixels of the longest name
 };
 
 class CheckListView : public ItemsView {
@@ -175,10 +223,11 @@ class ComboView : public View {
     ShowAll();
   }
   void OnCommand(WORD code) override {
-    if (code != CBN_SELCHANGE) return;
+    // A list that closes may fall back to what was chosen before it opened.
+    if (code != CBN_SELCHANGE && code != CBN_CLOSEUP) return;
     const int index = static_cast<int>(::SendMessageW(Window(), CB_GETCURSEL, 0, 0));
-    if (index >= model_.Count()) return;  // the text that names no item
-    const Taking taking(*this);
+    // Behind the last item stands a text that names none.
+    if (index < 0 || index >= model_.Count() || index == model_.Current()) return;
     model_.ClickItem(index);
   }
 

@@ -20,6 +20,8 @@ void PasswordWindow::RunModally() {
   ::ShowWindow(Window(), SW_SHOW);
   first.SetFocus();
   RunModal(*this, password_);
+  // The program is told to end meanwhile.
+  if (password_.Visible()) password_.cmdAnuluj.Click();
 }
 
 SIZE PasswordWindow::LayOut(const Ruler& ruler) {

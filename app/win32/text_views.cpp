@@ -40,6 +40,11 @@ class EditView : public View {
     ::SendMessageW(Window(), EM_SETLIMITTEXT, model.MaxLength(), 0);
     Subclass();
   }
+  ~EditView() override {
+    // The system gives its memory back as it is: a password is written over.
+    if (!model_.Masked()) return;
+    SetText(Window(), std::u16string(static_cast<std::size_t>(::GetWindowTextLengthW(Window())), u'*'));
+  }
 
   void OnCommand(WORD code) override {
     if (code != EN_CHANGE || isShowing_) return;

@@ -35,16 +35,18 @@ class View {
   // Whether it is drawn as a field to write in, though it may be read only.
   virtual bool IsField() const { return false; }
 
+  // Draws the whole model, whatever the control shows.
+  void ShowAll();
+
   // The view whose control that is, or null.
   static View* Of(HWND control);
 
  protected:
   View(platform::Control& model, HWND window);
 
-  // What the model has become. Enabled, visible and focus are done already.
+  // What the model has become. Enabled, visible and focus are done already. Each constructor ends with
+  // ShowAll.
   virtual void Show(platform::Change change) = 0;
-  // Draws the whole model; for the end of each constructor.
-  void ShowAll();
   // A further control of the same view.
   void Adopt(HWND control);
 
@@ -98,8 +100,8 @@ ViewPtr MakeList(HWND parent, platform::OrvList& model);
 ViewPtr MakeCheckList(HWND parent, platform::OrvListCheck& model);
 ViewPtr MakeCombo(HWND parent, platform::OrvCombo& model, bool startsGroup);
 ViewPtr MakeProgressBar(HWND parent, platform::ProgressBar& model);
-// A container of views.
-ViewPtr MakePage(HWND parent, platform::Panel& model);
+// A container of views; `description` is read when it becomes visible.
+ViewPtr MakePage(HWND parent, platform::Panel& model, const platform::Label& description);
 
 // What a container answers to the messages of its controls; nothing for others.
 bool AnswerForControls(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& answer);

@@ -15,16 +15,22 @@ namespace {
 // The usual pointer while somebody is asked something in the middle of work.
 class Asking {
  public:
-  Asking() {
+  explicit Asking(bool& isAsking) : isAsking_(isAsking), wasAsking_(isAsking) {
+    isAsking_ = true;
     // What was pressed before the question appeared is no answer to it.
     BusyWindow::DropInput();
     former_ = ::SetCursor(::LoadCursorW(nullptr, IDC_ARROW));
   }
-  ~Asking() { ::SetCursor(former_); }
+  ~Asking() {
+    ::SetCursor(former_);
+    isAsking_ = wasAsking_;
+  }
   Asking(const Asking&) = delete;
   Asking& operator=(const Asking&) = delete;
 
  private:
+  bool& isAsking_;
+  bool wasAsking_;
   HCURSOR former_;
 };
 
@@ -32,10 +38,16 @@ class Asking {
 
 HWND WindowsHost::Owner() const { return window_ == nullptr ? nullptr : window_->Window(); }
 
+// The window in front: a message of the password window lies over that one.
+HWND WindowsHost::Front() const {
+  const HWND owner = Owner();
+  return owner == nullptr ? nullptr : ::GetLastActivePopup(owner);
+}
+
 int WindowsHost::ShowMessage(std::u16string_view prompt, int buttons, std::u16string_view title) {
-  const Asking asking;
+  const Asking asking(isAsking_);
   const std::u16string text(prompt), caption(title);
-  return ::MessageBoxW(Owner(), platform::Lend(text), platform::Lend(caption),
+  return ::MessageBoxW(Front(), platform::Lend(text), platform::Lend(caption),
                        static_cast<UINT>(buttons));
 }
 
@@ -44,7 +56,7 @@ void WindowsHost::Pulse() {
 }
 
 std::optional<platform::Secret> WindowsHost::AskPassword(std::u16string_view database) {
-  const Asking asking;
+  const Asking asking(isAsking_);
   return dialogs::PromptForPassword(*this, database, [this](dialogs::dlgBazaHaslo& form) {
     PasswordWindow window(form, *this, Owner());
     form.SetVisible(true);
@@ -59,7 +71,8 @@ void WindowsHost::ReportError(const platform::RunTimeError& error, std::u16strin
 }
 
 void WindowsHost::SetBusy(bool busy) {
-  if (window_ != nullptr) window_->SetBusy(busy);
+  // A form that asks sets the usual pointer back; the work below it goes on afterwards.
+  if (window_ != nullptr && !isAsking_) window_->SetBusy(busy);
 }
 
 }  // namespace zimbrat::app

@@ -31,8 +31,11 @@ class WindowsHost : public platform::Host {
   void SetBusy(bool busy) override;
 
  private:
+  HWND Front() const;
+
   Verify verify_;
   WizardWindow* window_ = nullptr;
+  bool isAsking_ = false;
 };
 
 }  // namespace zimbrat::app

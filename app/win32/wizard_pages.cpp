@@ -40,7 +40,7 @@ void WizardWindow::MakeFrame() {
 }
 
 WizardWindow::Page& WizardWindow::AddPage(platform::Panel& model) {
-  pages_.push_back({&model, &Keep(MakePage(Window(), model)), {}});
+  pages_.push_back({&model, &Keep(MakePage(Window(), model, wizard_.labTytul)), {}});
   return pages_.back();
 }
 

@@ -50,6 +50,10 @@ void WizardWindow::SetBusy(bool busy) {
   }
 }
 
+// While the thread is held, or a window over this one asks something. Programs that click for people
+// need no mouse, so that dropping input is not enough.
+bool WizardWindow::IsDeaf() const { return busy_.IsBusy() || !::IsWindowEnabled(Window()); }
+
 void WizardWindow::Pulse() {
   if (!busy_.IsBusy()) return;
   wizard_.Pulse();
@@ -69,7 +73,14 @@ void WizardWindow::OnClose() { wizard_.Unload(); }
 
 bool WizardWindow::OnMessage(UINT message, WPARAM wParam, LPARAM, LRESULT& answer) {
   if (busy_.Answer(message, wParam, answer)) return true;
+  answer = 0;
   switch (message) {
+    case WM_COMMAND:
+    case WM_NOTIFY:
+      hasMissed_ = hasMissed_ || IsDeaf();
+      return IsDeaf();
+    case WM_CLOSE:
+      return !busy_.IsBusy() && IsDeaf();
     case WM_PAINT:
       Paint();
       return true;
@@ -97,18 +108,13 @@ void WizardWindow::Paint() {
   ::EndPaint(Window(), &paint);
 }
 
-// What the window shows of the form besides its views: the default button, and the description as the
-// name of the page, so that a change of page is heard.
 void WizardWindow::OnHandled() {
   if (wizard_.IsUnloaded()) return ::PostQuitMessage(0);
-  ShowDefaultButton();
-  if (told_ == wizard_.labTytul.Caption()) return;
-  told_ = wizard_.labTytul.Caption();
-  for (const Page& page : pages_) {
-    if (!page.model->Visible()) continue;
-    SetText(page.view->Window(), told_);
-    ::NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, page.view->Window(), OBJID_WINDOW, CHILDID_SELF);
+  if (hasMissed_ && !IsDeaf()) {
+    hasMissed_ = false;  // before the controls answer that they have changed
+    ShowViews();
   }
+  ShowDefaultButton();
 }
 
 }  // namespace zimbrat::app

@@ -59,6 +59,7 @@ class WizardWindow : public FormWindow {
   void OnCancel() override;
   void OnClose() override;
   bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& answer) override;
+  bool IsDeaf() const;
   void Paint();
   void OnHandled() override;
 
@@ -71,7 +72,7 @@ class WizardWindow : public FormWindow {
   unsigned dpi_ = 0;
   RECT picture_ = {};
   int stripTop_ = 0;  // of the strip with the buttons
-  std::u16string told_;  // the description that readers of the screen heard last
+  bool hasMissed_ = false;  // a control changed that its model did not hear of
   BusyWindow busy_;
   DropTarget drop_;
 };
