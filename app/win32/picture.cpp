@@ -95,7 +95,8 @@ void DrawDatabase(Graphics& graphics, float left, float bottom, float width, flo
   graphics.FillPath(&side, &body);
 
   const Gdiplus::SolidBrush lidBrush{Color(kLid)};
-  const Gdiplus::Pen outline(Color(kOutline), 1.5F);
+  Gdiplus::Pen outline(Color(kOutline), 1.5F);
+  outline.SetLineJoin(Gdiplus::LineJoinRound);
   graphics.FillEllipse(&lidBrush, left, top, width, lid);
   graphics.DrawPath(&outline, &body);
   graphics.DrawEllipse(&outline, left, top, width, lid);
@@ -103,7 +104,8 @@ void DrawDatabase(Graphics& graphics, float left, float bottom, float width, flo
     graphics.DrawArc(&outline, left, top + tableHeight * static_cast<float>(i), width, lid, 0, 180);
 }
 
-// A star around (x, y) with its first point upwards; `inner` is the share of `radius` between the points.
+// A star around (x, y) with its first point upwards; between the points it reaches the share
+// `inner` of `radius`.
 template <std::size_t Points>
 void DrawStar(Graphics& graphics, float x, float y, float radius, float inner) {
   std::array<PointF, 2 * Points> corners;
@@ -143,7 +145,7 @@ constexpr std::array<Sparkle, 9> kSparkles = {{{98, 0.09F, 7},
                                                {70, 0.52F, 5},
                                                {42, 0.59F, 4},
                                                {104, 0.57F, 8},
-                                               {84, 0.66F, 4}}};
+                                               {60, 0.66F, 4}}};
 
 void DrawScene(Graphics& graphics, float height) {
   DrawGround(graphics, height);
@@ -160,12 +162,8 @@ void DrawScene(Graphics& graphics, float height) {
 }  // namespace
 
 void DrawPicture(HDC dc, const RECT& area, unsigned dpi) {
-  if (HighContrast()) {
-    ::FillRect(dc, &area, ::GetSysColorBrush(COLOR_WINDOW));
-    return;
-  }
   const GdiplusSession session;
-  if (!session.Started()) {
+  if (HighContrast() || !session.Started()) {
     ::FillRect(dc, &area, ::GetSysColorBrush(COLOR_WINDOW));
     return;
   }
@@ -173,7 +171,8 @@ void DrawPicture(HDC dc, const RECT& area, unsigned dpi) {
   const auto width = static_cast<float>(area.right - area.left);
   const auto height = static_cast<float>(area.bottom - area.top);
   Graphics graphics(dc);
-  graphics.SetClip(RectF(static_cast<float>(area.left), static_cast<float>(area.top), width, height));
+  graphics.SetClip(
+      RectF(static_cast<float>(area.left), static_cast<float>(area.top), width, height));
   graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
   graphics.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
   // A wider or narrower area shows the middle.

@@ -5,8 +5,8 @@
 
 namespace zimbrat::app {
 
-// Fills `area`, in pixels of `dc`; the drawing in it is 128 by 420 pixels at 96 dots an inch, and grows
-// with `dpi`. In high contrast, the window's plain colour.
+// Fills `area`, in pixels of `dc`; the drawing in it is 128 by 420 pixels at 96 dots an inch, and
+// grows with `dpi`. In high contrast, the window's plain colour.
 void DrawPicture(HDC dc, const RECT& area, unsigned dpi);
 
 }  // namespace zimbrat::app
