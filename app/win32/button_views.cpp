@@ -11,7 +11,7 @@ using platform::Change;
 class ButtonView : public View {
  public:
   ButtonView(HWND parent, platform::Button& model, int id)
-      : View(model, MakeControl(parent, WC_BUTTONW, BS_PUSHBUTTON | WS_TABSTOP, 0, id)),
+      : View(model, MakeControl(parent, WC_BUTTONW, BS_PUSHBUTTON | WS_TABSTOP | WS_GROUP, 0, id)),
         model_(model) {
     ShowAll();
   }
@@ -57,7 +57,7 @@ class OptionView : public View {
 class CheckBoxView : public View {
  public:
   CheckBoxView(HWND parent, platform::CheckBox& model)
-      : View(model, MakeControl(parent, WC_BUTTONW, BS_AUTOCHECKBOX | WS_TABSTOP)), model_(model) {
+      : View(model, MakeControl(parent, WC_BUTTONW, BS_AUTOCHECKBOX | WS_TABSTOP | WS_GROUP)), model_(model) {
     ShowAll();
   }
   void OnCommand(WORD code) override {

@@ -139,7 +139,8 @@ class TextWithButtonView : public EditView {
   TextWithButtonView(HWND parent, platform::OrvClick& model)
       : EditView(parent, model, ES_AUTOHSCROLL),
         model_(model),
-        button_(MakeControl(parent, WC_BUTTONW, BS_PUSHBUTTON | WS_TABSTOP | WS_VISIBLE)) {
+        button_(MakeControl(parent, WC_BUTTONW,
+                            BS_PUSHBUTTON | WS_TABSTOP | WS_GROUP | WS_VISIBLE)) {
     Adopt(button_);
     SetText(button_, model.ButtonName());
     ShowAll();

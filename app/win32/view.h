@@ -91,7 +91,8 @@ ViewPtr MakeTextBox(HWND parent, platform::TextBox& model);
 ViewPtr MakeReadingBox(HWND parent, platform::TextBox& model);
 ViewPtr MakeTextWithButton(HWND parent, platform::OrvClick& model);
 ViewPtr MakeUpDown(HWND parent, platform::OrvUpDown& model);
-// Buttons. `startsGroup` bounds the arrow keys.
+// Buttons, each a group of its own. Arrow keys stay among the options from one that starts a group to the
+// next control that does.
 ViewPtr MakeButton(HWND parent, platform::Button& model, int id);
 ViewPtr MakeOption(HWND parent, platform::OptionButton& model, bool startsGroup);
 ViewPtr MakeCheckBox(HWND parent, platform::CheckBox& model);
