@@ -79,16 +79,18 @@ void BusyWindow::Pump() {
 }
 
 void BusyWindow::ShowProgress(HWND window, double share) {
-  if (!taskbar_.IsOpen() && share > 0) {
+  constexpr int kWhole = 1000;
+  const auto done = static_cast<ULONGLONG>(share * kWhole);
+  // The taskbar belongs to another process: it is told what it does not show yet.
+  if (done == shown_) return;
+  shown_ = done;
+  if (!taskbar_.IsOpen()) {
     ::CoCreateInstance(CLSID_TaskbarList, nullptr, CLSCTX_INPROC_SERVER, IID_ITaskbarList3,
                        reinterpret_cast<void**>(taskbar_.Receive()));
   }
   if (!taskbar_.IsOpen()) return;
-  constexpr int kWhole = 1000;
-  taskbar_.Get()->SetProgressState(window, share > 0 ? TBPF_NORMAL : TBPF_NOPROGRESS);
-  if (share > 0) {
-    taskbar_.Get()->SetProgressValue(window, static_cast<ULONGLONG>(share * kWhole), kWhole);
-  }
+  taskbar_.Get()->SetProgressState(window, done > 0 ? TBPF_NORMAL : TBPF_NOPROGRESS);
+  if (done > 0) taskbar_.Get()->SetProgressValue(window, done, kWhole);
 }
 
 bool BusyWindow::Answer(UINT message, WPARAM wParam, LRESULT& answer) {

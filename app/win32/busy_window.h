@@ -33,6 +33,7 @@ class BusyWindow {
   int depth_ = 0;
   bool mustEnd_ = false;
   platform::ComReference<ITaskbarList3> taskbar_;
+  ULONGLONG shown_ = 0;  // thousandths on the taskbar
 };
 
 }  // namespace zimbrat::app

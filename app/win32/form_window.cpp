@@ -55,13 +55,20 @@ RECT WorkAreaOf(HWND window) {
   return monitor.rcWork;
 }
 
-// 45 % of the free height above, wholly within the screen where it fits.
-POINT PlaceWithin(const RECT& area, const RECT& screen, SIZE size) {
-  POINT place = {area.left + (area.right - area.left - size.cx) / 2,
-                 area.top + ::MulDiv(area.bottom - area.top - size.cy, 45, 100)};
-  place.x = std::max(screen.left, std::min(place.x, screen.right - size.cx));
-  place.y = std::max(screen.top, std::min(place.y, screen.bottom - size.cy));
-  return place;
+// The place, or the nearest one at which the window lies wholly on the screen.
+POINT Within(const RECT& screen, POINT place, SIZE size) {
+  return {std::max(screen.left, std::min(place.x, screen.right - size.cx)),
+          std::max(screen.top, std::min(place.y, screen.bottom - size.cy))};
+}
+
+// 45 % of the free height above.
+POINT MiddleOf(const RECT& area, SIZE size) {
+  return {area.left + (area.right - area.left - size.cx) / 2,
+          area.top + ::MulDiv(area.bottom - area.top - size.cy, 45, 100)};
+}
+
+void MoveTo(HWND window, POINT place) {
+  ::SetWindowPos(window, nullptr, place.x, place.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 }  // namespace
@@ -94,13 +101,19 @@ void FormWindow::Settle() {
   ::GetWindowRect(Window(), &size);
   const RECT screen = WorkAreaOf(owner == nullptr ? ::GetForegroundWindow() : owner);
   if (owner == nullptr || !::GetWindowRect(owner, &area)) area = screen;
-  const POINT place =
-      PlaceWithin(area, screen, {size.right - size.left, size.bottom - size.top});
-  ::SetWindowPos(Window(), nullptr, place.x, place.y, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  const SIZE outer = {size.right - size.left, size.bottom - size.top};
+  MoveTo(Window(), Within(screen, MiddleOf(area, outer), outer));
 }
 
 void FormWindow::SetDpi(unsigned dpi) {
+  Resize(dpi);
+  RECT place = {};
+  ::GetWindowRect(Window(), &place);
+  const SIZE size = {place.right - place.left, place.bottom - place.top};
+  MoveTo(Window(), Within(WorkAreaOf(Window()), {place.left, place.top}, size));
+}
+
+void FormWindow::Resize(unsigned dpi) {
   auto ruler = std::make_unique<Ruler>(dpi);
   const SIZE client = LayOut(*ruler);
   // The former font goes when nothing is drawn with it any more.
@@ -110,7 +123,20 @@ void FormWindow::SetDpi(unsigned dpi) {
       client, style, static_cast<DWORD>(::GetWindowLongPtrW(Window(), GWL_EXSTYLE)));
   ::SetWindowPos(Window(), nullptr, 0, 0, outer.cx, outer.cy,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  TakeIcons(dpi);
   ::InvalidateRect(Window(), nullptr, TRUE);
+}
+
+// The drawing made for that size, where one of another size would be stretched.
+void FormWindow::TakeIcons(unsigned dpi) {
+  const std::pair<WPARAM, int> kinds[] = {{ICON_BIG, SM_CXICON}, {ICON_SMALL, SM_CXSMICON}};
+  for (const auto& [kind, measure] : kinds) {
+    const int size = SystemMeasure(measure, dpi);
+    platform::IconHandle icon(static_cast<HICON>(::LoadImageW(
+        ::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(kIconId), IMAGE_ICON, size, size, 0)));
+    ::SendMessageW(Window(), WM_SETICON, kind, reinterpret_cast<LPARAM>(icon.Get()));
+    icons_[kind] = std::move(icon);
+  }
 }
 
 View& FormWindow::Keep(ViewPtr view) {
@@ -177,9 +203,9 @@ bool FormWindow::Answer(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& ans
       return true;
     case WM_DPICHANGED: {
       const RECT& place = *reinterpret_cast<const RECT*>(lParam);
-      ::SetWindowPos(Window(), nullptr, place.left, place.top, 0, 0,
-                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-      SetDpi(HIWORD(wParam));
+      // While it is drawn from one monitor to the other it must not jump back.
+      MoveTo(Window(), {place.left, place.top});
+      Resize(HIWORD(wParam));
       return true;
     }
     case WM_SYSCOLORCHANGE:

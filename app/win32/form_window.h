@@ -24,7 +24,7 @@ class FormWindow {
   HWND Window() const { return window_.Get(); }
   // Keys that move the focus or press buttons; true when the message was one.
   bool TakesKey(MSG& message);
-  // Lays the window out anew for that resolution, around its present place.
+  // Lays the window out anew for that resolution, and keeps it on the screen.
   void SetDpi(unsigned dpi);
 
  protected:
@@ -59,6 +59,8 @@ class FormWindow {
   static constexpr int kDefaultId = IDOK;
 
  private:
+  void Resize(unsigned dpi);
+  void TakeIcons(unsigned dpi);
   static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   bool Answer(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& answer);
   void OnCommand(WPARAM wParam, LPARAM lParam);
@@ -68,6 +70,7 @@ class FormWindow {
   platform::WindowHandle window_;
   std::unique_ptr<Ruler> ruler_;
   std::vector<ViewPtr> views_;
+  platform::IconHandle icons_[2];
 };
 
 // Runs the window until its form is hidden, its owner deaf meanwhile.

@@ -63,6 +63,12 @@ unsigned DpiOf(HWND window) {
   return dpi == 0 ? DpiOfSystem() : dpi;
 }
 
+int SystemMeasure(int index, unsigned dpi) {
+  using MetricsForDpi = int(WINAPI*)(int, UINT);
+  const auto ask = FindCall<MetricsForDpi>("GetSystemMetricsForDpi");
+  return ask == nullptr ? ::GetSystemMetrics(index) : ask(index, dpi);
+}
+
 Ruler::Ruler(unsigned dpi) : dpi_(dpi) {
   const LOGFONTW font = MessageFont(dpi);
   font_ = platform::FontHandle(::CreateFontIndirectW(&font));

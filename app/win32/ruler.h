@@ -12,6 +12,9 @@ namespace zimbrat::app {
 // Dots an inch of the window's monitor, or of the system where Windows has one for all.
 unsigned DpiOf(HWND window);
 
+// GetSystemMetrics for that resolution, as far as the system tells them apart.
+int SystemMeasure(int index, unsigned dpi);
+
 class Ruler {
  public:
   explicit Ruler(unsigned dpi);

@@ -79,6 +79,11 @@ struct FontTraits {
   static Type None() { return nullptr; }
   static void Close(Type font) { ::DeleteObject(font); }
 };
+struct IconTraits {
+  using Type = HICON;
+  static Type None() { return nullptr; }
+  static void Close(Type icon) { ::DestroyIcon(icon); }
+};
 template <class Interface>
 struct ComTraits {
   using Type = Interface*;
@@ -93,6 +98,7 @@ using KeyHandle = UniqueHandle<KeyTraits>;
 using LocalHandle = UniqueHandle<LocalTraits>;
 using WindowHandle = UniqueHandle<WindowTraits>;
 using FontHandle = UniqueHandle<FontTraits>;
+using IconHandle = UniqueHandle<IconTraits>;
 template <class Interface>
 using ComReference = UniqueHandle<ComTraits<Interface>>;
 using ItemList = UniqueHandle<ItemListTraits>;
