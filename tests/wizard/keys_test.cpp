@@ -233,6 +233,20 @@ TEST(Keys, SpaceChecksAnItemAndLettersFindOne) {
   EXPECT_EQ(Utf8(stage.form->lstProgramy.CheckedTexts()), "Żółty v.1.0");
 }
 
+TEST(Keys, F1OpensTheHelpOrSaysThatThereIsNone) {
+  Stage stage;
+  stage.state.helpFile = u"C:\\brak\\Zimbrat.chm";
+  stage.Open();
+  const Person person({Press(IDOK)});
+  // The system makes the request of a key that was really pressed, and hands it to the focus.
+  HELPINFO help = {};
+  help.cbSize = sizeof help;
+  help.iContextType = HELPINFO_WINDOW;
+  ::SendMessageW(::GetFocus(), WM_HELP, 0, reinterpret_cast<LPARAM>(&help));
+  EXPECT_THAT(person.Seen(),
+              testing::ElementsAre("Zimbrat bazy: Brak pliku pomocy: C:\\brak\\Zimbrat.chm"));
+}
+
 // The marked part of a box.
 std::pair<DWORD, DWORD> Marked(HWND box) {
   DWORD from = 0, to = 0;
