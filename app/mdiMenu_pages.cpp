@@ -72,9 +72,10 @@ void mdiMenu::Show(std::u16string_view key, std::u16string_view description) {
   platform::Panel& former = PageOf(akt_plansza);
   labTytul.SetCaption(description);
   akt_plansza = key;
-  if (&former != &PageOf(key)) former.SetVisible(false);
   PageOf(key).SetVisible(true);
+  // Before the former page goes: with it the focus would wander to whatever comes next.
   FocusOn(key);
+  if (&former != &PageOf(key)) former.SetVisible(false);
 }
 
 void mdiMenu::FocusOn(std::u16string_view key) {

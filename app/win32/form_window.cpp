@@ -145,7 +145,8 @@ View& FormWindow::Keep(ViewPtr view) {
 }
 
 void FormWindow::KeepName(HWND parent, std::u16string_view name) {
-  SetText(MakeControl(parent, WC_STATICW, SS_LEFT | SS_NOPREFIX), name);
+  // Not of the group before it, which the arrow keys go round.
+  SetText(MakeControl(parent, WC_STATICW, SS_LEFT | SS_NOPREFIX | WS_GROUP), name);
 }
 
 void FormWindow::Place(View& view, const RECT& area, const Ruler& ruler) {
