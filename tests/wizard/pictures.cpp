@@ -104,20 +104,21 @@ void TakeDialogs(tests::Stage& stage, Album& album) {
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   if (argc < 4) return 2;
-  const std::filesystem::path structures(argv[1]);
-  Album album(argv[2], std::string("-") + argv[3]);
+  const auto structures = std::filesystem::absolute(argv[1]);
+  // The file dialog moves the current folder.
+  Album album(std::filesystem::absolute(argv[2]), std::string("-") + argv[3]);
   const auto dpi = static_cast<unsigned>(std::atoi(argv[3]));
   tests::Stage first(std::vector<std::string>{});
   TakeExamples(first, structures);
   first.Open();
-  first.window->SetDpi(dpi);
+  if (app::DpiOf(first.Top()) != dpi) first.window->SetDpi(dpi);
   TakeNewDatabase(first, album);
   tests::Stage second(std::vector<std::string>{});
   TakeExamples(second, structures);
   std::filesystem::copy_file(std::filesystem::path(first.bench.PathOf(u"Firma ABC.mdb")),
                              std::filesystem::path(second.bench.PathOf(u"Firma ABC.mdb")));
   second.Open();
-  second.window->SetDpi(dpi);
+  if (app::DpiOf(second.Top()) != dpi) second.window->SetDpi(dpi);
   TakeExistingDatabase(second, album);
   TakeDialogs(second, album);
   return album.Failures() == 0 && !testing::Test::HasFailure() ? 0 : 1;
