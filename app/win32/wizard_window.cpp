@@ -8,6 +8,16 @@
 namespace zimbrat::app {
 namespace {
 
+// Whether the notification tells that its control shows something else than before.
+bool TellsChange(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NOTIFY) {
+    return reinterpret_cast<const NMHDR*>(lParam)->code == static_cast<UINT>(LVN_ITEMCHANGED);
+  }
+  const WORD code = HIWORD(wParam);
+  static_assert(LBN_SELCHANGE == CBN_SELCHANGE);
+  return code == BN_CLICKED || code == LBN_SELCHANGE || code == EN_CHANGE;
+}
+
 constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
 
 }  // namespace
@@ -71,13 +81,13 @@ void WizardWindow::OnCancel() { wizard_.cmdAnuluj.Click(); }
 
 void WizardWindow::OnClose() { wizard_.Unload(); }
 
-bool WizardWindow::OnMessage(UINT message, WPARAM wParam, LPARAM, LRESULT& answer) {
+bool WizardWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& answer) {
   if (busy_.Answer(message, wParam, answer)) return true;
   answer = 0;
   switch (message) {
     case WM_COMMAND:
     case WM_NOTIFY:
-      hasMissed_ = hasMissed_ || IsDeaf();
+      hasMissed_ = hasMissed_ || (IsDeaf() && TellsChange(message, wParam, lParam));
       return IsDeaf();
     case WM_CLOSE:
       return !busy_.IsBusy() && IsDeaf();

@@ -165,6 +165,22 @@ TEST_F(Work, GoesOnAfterAPassword) {
   EXPECT_FALSE(CloseBoxIsGrey(stage_.Top()));
 }
 
+TEST(CheckList, StaysWhereItIsWhenAMessageLiesOverIt) {
+  Stage stage({"AB", "CD"});
+  stage.Open();
+  stage.Next();
+  stage.form->txtNBazaNazwa.SetText(u"Firma");
+  stage.form->txtNBazaFolder.SetText(stage.bench.folder.Path());
+  stage.Next();
+  stage.Key(VK_DOWN);
+  {
+    const Person person({Press(IDOK)});
+    stage.Next();
+  }
+  const HWND list = stage.TheOne(WC_LISTVIEWW);
+  EXPECT_EQ(::SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED), 1);
+}
+
 TEST(Combo, ForgetsTheTextOfNoItemOnceOneIsPicked) {
   Stage stage;
   stage.form->cmbBazaNazwa.Add(u"Firma", u"C:\\Firma.mdb");
