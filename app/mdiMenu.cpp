@@ -96,6 +96,10 @@ void mdiMenu::MakeHandlers() {
   cmdDalej.SetOnClick([this] { cmdDalej_Click(); });
   cmdWstecz.SetOnClick([this] { cmdWstecz_Click(); });
   cmdAnuluj.SetOnClick([this] { cmdAnuluj_Click(); });
+  // A typed folder is looked into once it stands there whole, not at each letter: it may be far away.
+  txtNBazaFolder.SetOnLeave([this] {
+    if (!IsRunning() && FullPath(state_, txtNBazaFolder.Text()) != listedFolder_) ListBazy();
+  });
   txtNBazaFolder.SetOnClick([this] { txtNBazaFolder_ButtonClick(); });
   txtBazaNazwa.SetOnClick([this] { txtBazaNazwa_ButtonClick(); });
   lstBazy.SetOnItemClick([this] { lstBazy_ItemClick(); });
@@ -125,7 +129,7 @@ void mdiMenu::Form_Load() {
     }
     LoadPeriods();
     LoadFolders();
-    suite::ListDatabases(state_, lstBazy, txtNBazaFolder.Text());
+    ListBazy();
     if (!suite::RegBaseListLoad(state_, cmbBazaNazwa)) cmbBazaNazwa.SetShownText(suite::kNoDatabase);
     suite::LoadProgramList(state_, lstProgramy);
   });
@@ -207,10 +211,15 @@ void mdiMenu::txtNBazaFolder_ButtonClick() {
         BrowseForFolder(shell_, u"Wybierz folder", kBrowseFlags, kBrowseRoot);
     if (!folder.empty()) {
       txtNBazaFolder.SetText(folder);
-      suite::ListDatabases(state_, lstBazy, folder);
+      ListBazy();
     }
     state_.on.environment.SetCurrentFolder(current);
   });
+}
+
+void mdiMenu::ListBazy() {
+  listedFolder_ = FullPath(state_, txtNBazaFolder.Text());
+  suite::ListDatabases(state_, lstBazy, listedFolder_);
 }
 
 void mdiMenu::txtBazaNazwa_ButtonClick() {

@@ -148,6 +148,7 @@ class mdiMenu : public platform::Form {
   RunResult RunCreation();
 
   void txtNBazaFolder_ButtonClick();
+  void ListBazy();
   void txtBazaNazwa_ButtonClick();
   void lstBazy_ItemClick();
   void lstProgDodaj_ItemClick();
@@ -157,6 +158,7 @@ class mdiMenu : public platform::Form {
   suite::ProgramState& state_;
   platform::Shell& shell_;
   Selection selection_;
+  std::u16string listedFolder_;  // whose databases stand in lstBazy
   bool isUnloaded_ = false;
   LongWork* work_ = nullptr;  // while the thread is held
 };

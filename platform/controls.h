@@ -128,9 +128,15 @@ class TextBox : public Control {
   void SetMasked(bool masked);
   // Asks the view to select the whole text.
   void SelectAll() { Tell(Change::Selection); }
+  // The user has gone on to another control.
+  void SetOnLeave(std::function<void()> leave) { leave_ = std::move(leave); }
+  void Leave() const {
+    if (leave_) leave_();
+  }
 
  private:
   Secret text_;
+  std::function<void()> leave_;
   std::size_t maxLength_ = 0;
   bool masked_ = false;
 };

@@ -138,6 +138,7 @@ void ListDatabases(ProgramState& state, platform::OrvList& list, std::u16string_
   constexpr std::size_t kExtensionLength = 4;
   Attempt([&] {
     list.Clear();
+    if (folder.empty()) return;
     for (const std::u16string& name : state.on.files.List(folder, u"*.mdb")) {
       list.Add(std::u16string_view(name).substr(0, name.size() - kExtensionLength),
                std::u16string(folder) + platform::kPathSeparator + name);

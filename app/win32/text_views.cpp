@@ -47,6 +47,7 @@ class EditView : public View {
   }
 
   void OnCommand(WORD code) override {
+    if (code == EN_KILLFOCUS) return model_.Leave();
     if (code != EN_CHANGE || isShowing_) return;
     const Taking taking(*this);
     TakeText();

@@ -402,6 +402,18 @@ TEST_F(Wizard, TakesAFolderFromTheBrowserUnlessItIsCancelled) {
   EXPECT_EQ(Utf8(wizard_.bench.environment.currentFolder), "/tu");
 }
 
+TEST_F(Wizard, LooksIntoATypedFolderOnceItIsLeft) {
+  wizard_.bench.folder.Write(u"bazy/Stara.mdb", "x");
+  Load();
+  form_.txtNBazaFolder.SetText(wizard_.bench.PathOf(u"bazy"));
+  EXPECT_EQ(form_.lstBazy.Count(), 0);
+  form_.txtNBazaFolder.Leave();
+  EXPECT_EQ(form_.lstBazy.Count(), 1);
+  form_.txtNBazaFolder.SetText(u"");
+  form_.txtNBazaFolder.Leave();
+  EXPECT_EQ(form_.lstBazy.Count(), 0);
+}
+
 TEST_F(Wizard, AsksBeforeItClosesInTheMiddle) {
   LoadWithDatabase();
   Next();
