@@ -81,6 +81,25 @@ void TakeExistingDatabase(tests::Stage& stage, Album& album) {
   }
 }
 
+// The name of a database that is there: the question in the middle of the run, and what follows a no.
+void TakeFailedRun(tests::Stage& stage, Album& album) {
+  while (stage.Page() != "Start") stage.Click("< Wstecz");
+  stage.form->obStartNowa.Select();
+  stage.form->txtNBazaNazwa.SetText(u"Firma ABC");
+  stage.form->txtNBazaFolder.SetText(stage.bench.folder.Path());
+  stage.form->lstProgramy.SetChecked(0, true);
+  stage.Next(4);
+  {
+    const Act look = [&](HWND box) {
+      album.Take(stage.Top(), "14-praca");
+      album.Take(box, "15-nadpisanie");
+    };
+    const tests::Person person({Then(look, Press(IDNO))});
+    stage.Click("Utwórz");
+  }
+  album.Take(stage.Top(), "9-blad");
+}
+
 void TakeDialogs(tests::Stage& stage, Album& album) {
   {
     const tests::Person person({Then(album.Taking("12-folder"), Press(IDCANCEL))});
@@ -120,6 +139,7 @@ int main(int argc, char** argv) {
   second.Open();
   if (app::DpiOf(second.Top()) != dpi) second.window->SetDpi(dpi);
   TakeExistingDatabase(second, album);
+  TakeFailedRun(second, album);
   TakeDialogs(second, album);
   return album.Failures() == 0 && !testing::Test::HasFailure() ? 0 : 1;
 }
