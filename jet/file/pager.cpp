@@ -12,7 +12,9 @@ namespace zimbrat::jet {
 namespace {
 constexpr std::size_t kCachePages = 4096;       // 16 MiB
 constexpr std::size_t kImagesInMemory = 2048;   // 8 MiB; further ones go to a temporary file
-constexpr std::uint32_t kPulsePages = 64;       // page accesses that missed the cache between pulses
+// Between pulses: so many accesses to cached pages, or fewer that took longer.
+constexpr std::uint32_t kPulseEffort = 16384;
+constexpr std::uint32_t kEffortOfReading = kPulseEffort / 64;
 }  // namespace
 
 // Former contents of a page: in memory or at a place of the undo file.
@@ -71,17 +73,20 @@ void Pager::Require(PageNumber page) const {
 }
 
 PageRef Pager::Get(PageNumber page) {
+  GivePulse();
   Require(page);
   if (page == 0) RaiseDamagedPage(page, u"nie jest stroną danych");
   return PageRef(*this, Load(page, true));
 }
 
 PageRef Pager::GetHeader() {
+  GivePulse();
   Require(0);
   return PageRef(*this, Load(0, true));
 }
 
 PageRef Pager::GetZeroed(PageNumber page) {
+  GivePulse();
   if (page == pageCount_) {
     if (page >= kMaxPages) Raise(platform::kErrDatabaseFull);
     ++pageCount_;
@@ -95,7 +100,15 @@ PageRef Pager::GetZeroed(PageNumber page) {
   return ref;
 }
 
+// Whoever is pulsed may throw: not while something is half done, and never while changes are undone.
+void Pager::GivePulse() {
+  if (effort_ < kPulseEffort) return;
+  effort_ = 0;
+  if (pulse) pulse();
+}
+
 CachedPage& Pager::Load(PageNumber number, bool read) {
+  ++effort_;
   const auto found = pages_.find(number);
   if (found != pages_.end()) {
     CachedPage& page = *found->second;
@@ -111,7 +124,7 @@ CachedPage& Pager::Load(PageNumber number, bool read) {
   }
   std::fill(page->bytes.begin() + static_cast<std::ptrdiff_t>(have), page->bytes.end(), std::byte{0});
   if (have != 0) Code(number, page->bytes);
-  if (pulse && ++sincePulse_ % kPulsePages == 0) pulse();
+  effort_ += kEffortOfReading;
   // Its place is ready before it is kept: a page without one, or a place without a page, must not stay
   // when memory is out.
   std::list<CachedPage*> place{page.get()};

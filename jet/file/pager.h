@@ -103,7 +103,7 @@ class Pager {
   // Changed pages to the file (not to the device).
   void Flush();
 
-  // Called from time to time during long work.
+  // Called from time to time during long work, also while all its pages are in the cache.
   std::function<void()> pulse;
 
  private:
@@ -111,6 +111,7 @@ class Pager {
   struct Image;
   struct Savepoint;
 
+  void GivePulse();
   CachedPage& Load(PageNumber page, bool read);
   void MakeRoom();
   void WriteOut(CachedPage& page);
@@ -134,7 +135,7 @@ class Pager {
   PageNumber pageCount_ = 0;
   PageNumber writtenCount_ = 0;  // pages that the file on disk has
   std::uint64_t generation_ = 0;
-  std::uint32_t sincePulse_ = 0;
+  std::uint32_t effort_ = 0;  // since the last pulse
   std::unordered_map<PageNumber, std::unique_ptr<CachedPage>> pages_;
   std::list<CachedPage*> order_;  // most recently used first
   std::vector<std::unique_ptr<Savepoint>> savepoints_;

@@ -149,6 +149,15 @@ TEST_F(SqlRows, PairsOfCachedRowsGiveThePulse) {
   EXPECT_GT(pulses_, 5);
 }
 
+TEST_F(SqlRows, ChangesOfCachedRowsGiveThePulse) {
+  Fill(20'000);
+  for (const auto statement : {u"UPDATE N SET j = j + 1", u"DELETE FROM N WHERE i > 10"}) {
+    pulses_ = 0;
+    Run(statement);
+    EXPECT_GT(pulses_, 10) << platform::Utf8FromUtf16(statement);
+  }
+}
+
 TEST_F(SqlRows, RowsOfOneTableCanBeEditedThroughAQuery) {
   Fill(5);
   auto rows = Open(u"SELECT i * 2 AS dwa, t AS Opis FROM N WHERE i > 2 ORDER BY i DESC");
