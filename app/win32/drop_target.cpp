@@ -3,6 +3,7 @@
 #include <shellapi.h>
 
 #include "platform/win32/wide_text.h"
+#include "suite/manners.h"
 
 namespace zimbrat::app {
 namespace {
@@ -30,8 +31,20 @@ HRESULT DropTarget::QueryInterface(REFIID id, void** object) {
   return isOurs ? S_OK : E_NOINTERFACE;
 }
 
+// The system knows no exceptions: a file that cannot be looked at is none.
+void DropTarget::Look(IDataObject* data) {
+  file_.clear();
+  suite::Attempt([&] { file_ = FileOf(data); });
+}
+
+bool DropTarget::Takes() const {
+  bool takes = false;
+  suite::Attempt([&] { takes = !file_.empty() && takes_(file_); });
+  return takes;
+}
+
 HRESULT DropTarget::DragEnter(IDataObject* data, DWORD keys, POINTL place, DWORD* effect) {
-  file_ = FileOf(data);
+  Look(data);
   return DragOver(keys, place, effect);
 }
 
@@ -46,9 +59,9 @@ HRESULT DropTarget::DragLeave() {
 }
 
 HRESULT DropTarget::Drop(IDataObject* data, DWORD keys, POINTL place, DWORD* effect) {
-  file_ = FileOf(data);
+  Look(data);
   DragOver(keys, place, effect);
-  if (Takes()) take_(file_);
+  if (Takes()) suite::Attempt([&] { take_(file_); });
   return DragLeave();
 }
 

@@ -30,7 +30,8 @@ class DropTarget : public IDropTarget {
                                  DWORD* effect) override;
 
  private:
-  bool Takes() const { return !file_.empty() && takes_(file_); }
+  void Look(IDataObject* data);
+  bool Takes() const;
 
   std::function<bool(const std::u16string& path)> takes_;
   std::function<void(const std::u16string& path)> take_;

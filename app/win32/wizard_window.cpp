@@ -25,7 +25,7 @@ constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | W
 WizardWindow::WizardWindow(mdiMenu& form, platform::Host& host)
     : FormWindow(form, host, nullptr, kStyle),
       wizard_(form),
-      drop_([&form](const std::u16string& path) { return form.TakesDrop(path); },
+      drop_([this](const std::u16string& path) { return !IsDeaf() && wizard_.TakesDrop(path); },
             [&form](const std::u16string& path) { form.Drop(path); }) {
   MakeFrame();
   Settle();
