@@ -87,6 +87,7 @@ void BusyWindow::ShowProgress(HWND window, double share) {
   if (!taskbar_.IsOpen()) {
     ::CoCreateInstance(CLSID_TaskbarList, nullptr, CLSCTX_INPROC_SERVER, IID_ITaskbarList3,
                        reinterpret_cast<void**>(taskbar_.Receive()));
+    if (taskbar_.IsOpen()) taskbar_.Get()->HrInit();
   }
   if (!taskbar_.IsOpen()) return;
   taskbar_.Get()->SetProgressState(window, done > 0 ? TBPF_NORMAL : TBPF_NOPROGRESS);
