@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <shlobj.h>
 
 #include "suite/ModSysReg.h"
 #include "tests/wizard/driver.h"
@@ -48,6 +49,17 @@ TEST_F(Driver, OpensTheBrowserAndTheFileDialog) {
     stage_.Click("Wybierz folder");
   }
   EXPECT_EQ(TextOf(stage_.Seen(WC_EDITW)[1]), "C:\\dawny");
+  stage_.bench.folder.Write(u"Bazy łódź 1/Stara ąę.mdb", "x");
+  const std::u16string folder = stage_.bench.PathOf(u"Bazy łódź 1");
+  {
+    const Act choose = [&](HWND browser) {
+      ::SendMessageW(browser, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.c_str()));
+    };
+    const Person person({Then(choose, Press(IDOK))});
+    stage_.Click("Wybierz folder");
+  }
+  EXPECT_EQ(TextOf(stage_.Seen(WC_EDITW)[1]), Utf8(folder));
+  EXPECT_EQ(ListItems(stage_.TheOne(WC_LISTBOXW)), "Stara ąę;");
   stage_.Click("< Wstecz");
   GoToDatabase("Rozbudować strukturę istniejącej bazy", u"");
   stage_.bench.folder.Write(u"Wybrana ąę.mdb", "x");

@@ -31,7 +31,8 @@ TEST_F(Driver, TellsThatAPathIsTooLong) {
   const std::u16string path = stage_.bench.folder.Path() + u"\\" + std::u16string(270, u'x') + u".mdb";
   GoToDatabase("Rozbudować strukturę istniejącej bazy", path);
   const std::string told = Answered(IDOK, [&] { stage_.Next(); });
-  EXPECT_EQ(told.rfind(": Baza nie może zostać otwarta. Błąd Nr ", 0), 0u) << told;
+  EXPECT_EQ(told.rfind(": Baza nie może zostać otwarta. Błąd Nr 3005 - „", 0), 0u) << told;
+  EXPECT_TRUE(told.ends_with("…” nie jest prawidłową nazwą bazy danych.")) << told;
   EXPECT_EQ(stage_.Page(), "NazwaBazy");
 }
 
@@ -66,6 +67,29 @@ TEST_F(Driver, AsksBeforeItOverwritesAndShowsTheWayBackFromAFailure) {
   Answered(IDYES, [&] { stage_.Click("Utwórz"); });
   EXPECT_EQ(stage_.Page(), "Koniec") << stage_.Texts();
   EXPECT_NE(stage_.bench.folder.Read(u"Firma.mdb"), former);
+}
+
+TEST_F(Driver, TellsWhereAStructureFileBreaksOff) {
+  stage_.Open();
+  stage_.Next();
+  TypeNameAndFolder(u"Firma", stage_.bench.folder.Path());
+  stage_.Next();
+  CheckAll();
+  stage_.Next(2);
+  const std::string whole = stage_.bench.folder.Read(u"CD.stb");
+  stage_.bench.folder.Write(u"CD.stb", whole.substr(0, whole.find("[CDDok]")));
+  stage_.Click("Utwórz");
+  EXPECT_EQ(stage_.Page(), "Generuj");
+  const std::string told = TextOf(stage_.TheOne(WC_EDITW));
+  EXPECT_EQ(told.rfind("Wystąpił bląd podczas generowania bazy danych. Baza nie została utworzona.\r\n"
+                       "Szczegóły:\r\nFunkcja: UtwórzTablice\r\nTablica: CDDok\r\n", 0), 0u) << told;
+  stage_.bench.folder.Write(u"CD.stb", whole);
+  stage_.Click("< Wstecz");
+  stage_.Next();
+  // What was written before the file broke off has stayed.
+  EXPECT_NE(Answered(IDYES, [&] { stage_.Click("Utwórz"); }).find("Firma.mdb istnieje."),
+            std::string::npos);
+  EXPECT_EQ(stage_.Page(), "Koniec") << stage_.Texts();
 }
 
 // Each run fails after the page checks let it pass; the box to read says why.

@@ -110,6 +110,43 @@ TEST_F(Work, EndsWithNothingMadeWhenTheSystemEnds) {
   EXPECT_FALSE(HasMadeAnything());
 }
 
+TEST_F(Work, LeavesTheDatabaseAsItWasWhenTheSystemEnds) {
+  stage_.MakeDatabase(u"Firma", {"AB"});
+  stage_.bench.WriteStructure(u"CD.stb", SmallProgram("CD"));
+  Open([] {});
+  stage_.Click("Rozbudować strukturę istniejącej bazy");
+  stage_.Next();
+  stage_.Click("Inna lokalizacja");
+  stage_.form->txtBazaNazwa.SetText(stage_.bench.PathOf(u"Firma.mdb"));
+  stage_.Next();
+  stage_.form->lstProgDodaj.SetChecked(1, true);
+  stage_.Next();
+  ASSERT_EQ(stage_.Page(), "Generuj") << stage_.Texts();
+  const std::string former = stage_.bench.folder.Read(u"Firma.mdb");
+  ::PostMessageW(stage_.FindCaption("Rozbuduj"), BM_CLICK, 0, 0);
+  ::PostMessageW(stage_.Top(), WM_ENDSESSION, TRUE, 0);
+  stage_.Pump();
+  EXPECT_EQ(stage_.Page(), "Generuj");
+  EXPECT_FALSE(::IsWindowEnabled(stage_.FindCaption("Rozbuduj")));
+  EXPECT_TRUE(stage_.bench.folder.Read(u"Firma.mdb") == former);
+}
+
+TEST_F(Work, ShowsHowLongItHasTaken) {
+  std::string texts;
+  HCURSOR cursor = nullptr;
+  Open([&] {
+    stage_.bench.clock.milliseconds += 61'000;
+    stage_.windows.Pulse();
+    texts = stage_.Texts();
+    cursor = ::GetCursor();
+  });
+  GoToCreation();
+  stage_.Next();
+  EXPECT_NE(texts.find("Trwa tworzenie bazy danych: 1:01\n"), std::string::npos) << texts;
+  EXPECT_EQ(cursor, ::LoadCursorW(nullptr, IDC_WAIT));
+  EXPECT_EQ(::GetCursor(), ::LoadCursorW(nullptr, IDC_ARROW));
+}
+
 // Types into the password window and says what its message lies over.
 class PasswordPerson {
  public:
