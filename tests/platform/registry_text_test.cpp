@@ -117,6 +117,7 @@ TEST_F(RegistryTextTest, PlaceFollowsTheEnvironment) {
       return name == u"ZIMBRAT_REJESTR" ? own : name == u"XDG_CONFIG_HOME" ? config : home;
     }
     std::u16string ProgramFolder() override { return {}; }
+    void SetCurrentFolder(std::u16string_view) override {}
     std::u16string CurrentFolder() override { return {}; }
     std::u16string TemporaryFolder() override { return {}; }
   } variables;
