@@ -16,6 +16,8 @@
 #include "platform/files.h"
 #include "platform/text.h"
 
+#include <algorithm>
+
 namespace zimbrat::app {
 namespace {
 
@@ -117,22 +119,26 @@ std::vector<platform::Panel*> mdiMenu::Pages() {
           &pboxStruktura, &pboxOkresy,   &pboxGeneruj,   &pboxKoniec};
 }
 
+// Start-up never stops: a step that fails is passed over.
 void mdiMenu::Form_Load() {
-  suite::Report(state_.on.host, u"Form_Load", [&] {
-    SetCaption(Caption() + u" v. " + std::u16string(ProgramVersion()));
+  using suite::Attempt;
+  Attempt([&] { SetCaption(Caption() + u" v. " + std::u16string(ProgramVersion())); });
+  Attempt([&] {
     akt_plansza = u"Start";
     labTytul.SetCaption(DescriptionOnNext(akt_plansza, state_.task));
-    for (platform::Panel* page : Pages()) {
-      if (page->Tag != kPageTag) continue;
-      page->Top = kPagesTop;
-      page->Left = kPagesLeft;
-    }
-    LoadPeriods();
-    LoadFolders();
-    ListBazy();
-    if (!suite::RegBaseListLoad(state_, cmbBazaNazwa)) cmbBazaNazwa.SetShownText(suite::kNoDatabase);
-    suite::LoadProgramList(state_, lstProgramy);
   });
+  for (platform::Panel* page : Pages()) {
+    if (page->Tag != kPageTag) continue;
+    page->Top = kPagesTop;
+    page->Left = kPagesLeft;
+  }
+  Attempt([&] { LoadPeriods(); });
+  Attempt([&] { LoadFolders(); });
+  Attempt([&] { ListBazy(); });
+  Attempt([&] {
+    if (!suite::RegBaseListLoad(state_, cmbBazaNazwa)) cmbBazaNazwa.SetShownText(suite::kNoDatabase);
+  });
+  Attempt([&] { suite::LoadProgramList(state_, lstProgramy); });
 }
 
 // The suite's folder, else the one in which the last database was made.
@@ -145,6 +151,8 @@ void mdiMenu::LoadFolders() {
     if (const auto* text = std::get_if<std::u16string>(&last)) folder = *text;
     if (!folder.empty() && !state_.on.files.IsFolder(folder)) folder.clear();
   }
+  // A text of the registry may hold anything, a path no NUL.
+  folder.resize(std::min(folder.find(u'\0'), folder.size()));
   state_.defaultFolder = folder;
   txtNBazaFolder.SetText(folder);
 }
@@ -237,9 +245,10 @@ void mdiMenu::lstProgDodaj_ItemClick() {
 }
 
 void mdiMenu::obInnaLok_Click() {
+  // First, so that the focus of the list finds it.
+  txtBazaNazwa.SetEnabled(true);
   cmbBazaNazwa.SetEnabled(false);
   cmbBazaNazwa.SetShownText(suite::kNoDatabase);
-  txtBazaNazwa.SetEnabled(true);
 }
 
 void mdiMenu::obListaBaz_Click() {

@@ -24,11 +24,6 @@ void ChooseDatabase(mdiMenu& form, std::u16string_view database) {
   form.txtBazaNazwa.SetText(database);
 }
 
-bool HasFoundAllRight(const mdiMenu& form) {
-  return form.cmdAnuluj.Caption() == u"Zakończ" &&
-         platform::Contains(form.txtOpisKon.Text(), u"posiadają poprawną strukturę");
-}
-
 void RunAutomatically(suite::ProgramState& state, mdiMenu& form) {
   using suite::Attempt;
   // Start, database, structures, the run itself.
@@ -51,14 +46,21 @@ void Main(suite::ProgramState& state, mdiMenu& form, std::u16string_view command
   Attempt([&] {
     state.helpFile = platform::JoinPath(state.on.environment.ProgramFolder(), u"Zimbrat.chm");
   });
-  Attempt([&] { form.Form_Load(); });
+  // The kind of run first: what fails at loading is shown to nobody in an automatic one.
   std::vector<std::u16string> Args;
   int most = 0;
-  if (!ParseCommandLine(commandLine, Args, most)) return show();
+  const bool isStartedByAProgram = ParseCommandLine(commandLine, Args, most);
   Args.resize(static_cast<std::size_t>(kMostTokens) + 1);
   state.ArgAuto = Args[1];
   state.ArgBaza = Args[2];
+  Attempt([&] { form.Form_Load(); });
+  if (!isStartedByAProgram) return show();
   if (!state.ArgAuto.empty()) RunAutomatically(state, form);
+}
+
+bool HasFoundAllRight(const mdiMenu& form) {
+  return form.cmdAnuluj.Caption() == u"Zakończ" &&
+         platform::Contains(form.txtOpisKon.Text(), u"posiadają poprawną strukturę");
 }
 
 bool ParseCommandLine(std::u16string_view commandLine, std::vector<std::u16string>& Args, int& most) {

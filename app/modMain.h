@@ -22,6 +22,9 @@ inline constexpr std::u16string_view kStatusValue = u"Aktualizacja status";
 void Main(suite::ProgramState& state, mdiMenu& form, std::u16string_view commandLine,
           const std::function<void()>& show);
 
+// Whether the form has come to its last page and found the structure right.
+bool HasFoundAllRight(const mdiMenu& form);
+
 // Splits at "|" and tabs: an empty token between two adjacent separators, none for a single one at an
 // end. Element 0 of `Args` is not used. `most` tokens are kept; less than 1 means 10. False for an empty
 // command line, with `most` empty tokens.

@@ -32,9 +32,10 @@ std::u16string DatabaseOf(Program& program) {
                                                 : form.txtBazaNazwa.Text());
 }
 
-bool IsOk(Program& program) {
+// The registry's operations say nothing of their failures.
+bool IsRecorded(Program& program, std::u16string_view status) {
   return suite::RegStringRead(program.state.on.registry, suite::kWizardKey, app::kStatusValue, u"") ==
-         u"Ok";
+         status;
 }
 
 Outcome OutcomeOf(Program& program) {
@@ -44,7 +45,11 @@ Outcome OutcomeOf(Program& program) {
   if (form.akt_plansza == u"Koniec") text += form.txtOpisKon.Text();
   // A run that failed leaves Next disabled and the reason in the summary's place.
   if (!form.cmdDalej.Enabled()) text += form.txtOpisGen.Text();
-  if (!IsOk(program)) return Failed(text.empty() ? u"Baza nie została sprawdzona." : text);
+  const bool isRight = app::HasFoundAllRight(form);
+  const bool isRecorded = IsRecorded(program, isRight ? u"Ok" : u"Error");
+  if (!isRight && text.empty()) text = u"Baza nie została sprawdzona.";
+  if (!isRecorded) text += u" Stanu pracy nie udało się zapisać w\u00A0rejestrze.";
+  if (!isRight || !isRecorded) return Failed(std::move(text));
   Outcome outcome;
   outcome.text = std::move(text);
   outcome.database = DatabaseOf(program);

@@ -71,6 +71,15 @@ void MoveTo(HWND window, POINT place) {
   ::SetWindowPos(window, nullptr, place.x, place.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+// A key held too long, a click that was meant to be one: on the next page the button starts the run.
+bool IsUnintended(const MSG& message) {
+  constexpr LPARAM kWasDown = LPARAM{1} << 30;
+  if (message.message == WM_KEYDOWN) return message.wParam == VK_RETURN && (message.lParam & kWasDown) != 0;
+  if (message.message != WM_LBUTTONDBLCLK) return false;
+  const LRESULT code = ::SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0);
+  return (code & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0;
+}
+
 }  // namespace
 
 FormWindow::FormWindow(platform::Form& form, platform::Host& host, HWND owner, DWORD style)
@@ -159,6 +168,7 @@ void FormWindow::ShowViews() {
 }
 
 bool FormWindow::TakesKey(MSG& message) {
+  if (IsUnintended(message)) return true;
   return ::IsDialogMessageW(Window(), &message) != FALSE;
 }
 

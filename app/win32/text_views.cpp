@@ -40,11 +40,7 @@ class EditView : public View {
     ::SendMessageW(Window(), EM_SETLIMITTEXT, model.MaxLength(), 0);
     Subclass();
   }
-  ~EditView() override {
-    // The system gives its memory back as it is: a password is written over.
-    if (!model_.Masked()) return;
-    SetText(Window(), std::u16string(static_cast<std::size_t>(::GetWindowTextLengthW(Window())), u'*'));
-  }
+  ~EditView() override { OverwriteMasked(); }
 
   void OnCommand(WORD code) override {
     if (code == EN_KILLFOCUS) return model_.Leave();
@@ -59,6 +55,7 @@ class EditView : public View {
     if (change == Change::Selection) ::SendMessageW(Window(), EM_SETSEL, 0, -1);
     if (change != Change::Text) return;
     isShowing_ = true;
+    OverwriteMasked();
     ::SendMessageW(Window(), EM_SETLIMITTEXT, model_.MaxLength(), 0);
     ::SendMessageW(Window(), EM_SETPASSWORDCHAR, model_.Masked() ? kMask : 0, 0);
     platform::Secret text(model_.Text());
@@ -78,6 +75,14 @@ class EditView : public View {
   }
 
  private:
+  // The system keeps its memory as it is: a password is written over before another text comes.
+  void OverwriteMasked() {
+    const int length = ::GetWindowTextLengthW(Window());
+    if (!model_.Masked() || length == 0) return;
+    SetText(Window(), std::u16string(static_cast<std::size_t>(length), u'*'));
+    ::SendMessageW(Window(), EM_EMPTYUNDOBUFFER, 0, 0);
+  }
+
   void TakeText() {
     std::u16string text(static_cast<std::size_t>(::GetWindowTextLengthW(Window())) + 1, u'\0');
     const int length = ::GetWindowTextW(Window(), platform::LendRoom(text), static_cast<int>(text.size()));

@@ -1,5 +1,7 @@
 #include "platform/system.h"
 
+#include <windows.h>
+
 #include "win32_clock.h"
 #include "win32_console.h"
 #include "win32_environment.h"
@@ -10,6 +12,8 @@
 namespace zimbrat::platform {
 
 System MakeSystem(int, char**) {
+  // A drive without a disk is an error like others, and no box of the system's own that waits for somebody.
+  ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
   System system;
   system.console = std::make_unique<Win32Console>();
   system.environment = std::make_unique<Win32Environment>();

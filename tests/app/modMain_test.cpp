@@ -141,6 +141,13 @@ TEST_F(AutomaticRun, EndsInErrorWhenTheRunFails) {
   EXPECT_NE(wizard_.bench.folder.Read(u"Firma ąę.mdb"), former);
 }
 
+// Not even what fails while the form is loaded.
+TEST_F(AutomaticRun, ShowsNothingOfWhatFailsAtItsStart) {
+  suite::RegStringSave(wizard_.bench.registry, suite::kSuiteKey, u"Folder baza",
+                       std::u16string_view(u"ab\0cd", 5));
+  EXPECT_EQ(Run(u"auto|Lista"), "Ok") << suppressed_;
+}
+
 TEST(InteractiveRun, ShowsTheFormAndItsMessages) {
   WizardBench wizard;
   bool isShown = false;

@@ -258,6 +258,11 @@ TEST_F(Zimbratc, RunsTheAutomaticCheck) {
   EXPECT_EQ(Run({u"auto", u"auto|Firma", u"1"}), 0) << error_;
   EXPECT_EQ(Run({u"auto", u"auto|Inna"}), 1);
   EXPECT_EQ(error_.rfind("Sprawdzenie, naprawa bazy nie powiodły się.", 0), 0u) << error_;
+  // A status that cannot be written is no success, and a former one is not this one's.
+  EXPECT_EQ(Run({u"auto", u"auto|Firma 1"}), 0);
+  std::filesystem::create_directories(folder_.PathOf(u"rejestr/rejestr.reg.new/x"));
+  EXPECT_EQ(Run({u"auto", u"auto|Inna"}), 1);
+  EXPECT_NE(error_.find("Stanu pracy nie udało się zapisać"), std::string::npos) << error_;
   for (const std::vector<std::u16string>& words :
        {std::vector<std::u16string>{u"auto"}, {u"auto", u""}, {u"auto", u"||Firma 1"}}) {
     EXPECT_EQ(Run(words), 2) << error_;
