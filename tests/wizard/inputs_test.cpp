@@ -7,6 +7,7 @@
 #include <shlobj.h>
 
 #include "suite/ModSysReg.h"
+#include "platform/win32/wide_text.h"
 #include "tests/wizard/driver.h"
 #include "tests/wizard/person.h"
 
@@ -40,6 +41,20 @@ TEST_F(Driver, PicksMonthsAndYears) {
             std::string::npos);
 }
 
+// The folder that the browser's tree stands on.
+std::string ChosenIn(HWND browser) {
+  constexpr int kFolderTree = 14145;
+  const HWND tree = ::GetDlgItem(browser, kFolderTree);
+  wchar_t text[100] = {};
+  TVITEMW item = {};
+  item.mask = TVIF_TEXT;
+  item.hItem = reinterpret_cast<HTREEITEM>(::SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+  item.pszText = text;
+  item.cchTextMax = 100;
+  ::SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+  return platform::Utf8FromUtf16(platform::FromWide(text));
+}
+
 TEST_F(Driver, OpensTheBrowserAndTheFileDialog) {
   stage_.Open();
   stage_.Next();
@@ -53,7 +68,11 @@ TEST_F(Driver, OpensTheBrowserAndTheFileDialog) {
   const std::u16string folder = stage_.bench.PathOf(u"Bazy łódź 1");
   {
     const Act choose = [&](HWND browser) {
-      ::SendMessageW(browser, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.c_str()));
+      // The tree fills itself for a while, and goes back to its root when it is done.
+      for (int i = 0; i < 50 && ChosenIn(browser) != "Bazy łódź 1"; ++i) {
+        ::SendMessageW(browser, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.c_str()));
+        ::Sleep(100);
+      }
     };
     const Person person({Then(choose, Press(IDOK))});
     stage_.Click("Wybierz folder");
