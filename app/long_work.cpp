@@ -30,13 +30,16 @@ void LongWork::Pulse() {
 }
 
 void LongWork::RefuseToClose() {
-  what_ = u"Zaczekaj na koniec pracy, potem zamkniesz okno";
+  constexpr std::uint64_t kShown = 5;
+  refusedUntil_ = seconds_ + kShown;
   ShowLife();
 }
 
 void LongWork::ShowLife() {
   const std::u16string seconds = platform::DecimalText(static_cast<long long>(seconds_ % 60));
-  label_.SetCaption(what_ + u": " + platform::DecimalText(static_cast<long long>(seconds_ / 60)) +
+  constexpr std::u16string_view kRefusal = u"Zaczekaj na koniec pracy, potem zamkniesz okno";
+  const std::u16string_view what = seconds_ < refusedUntil_ ? kRefusal : std::u16string_view(what_);
+  label_.SetCaption(std::u16string(what) + u": " + platform::DecimalText(static_cast<long long>(seconds_ / 60)) +
                     (seconds.size() < 2 ? u":0" : u":") + seconds);
 }
 

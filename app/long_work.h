@@ -34,6 +34,7 @@ class LongWork {
   suite::Hourglass hourglass_;
   std::uint64_t start_;  // milliseconds of the clock
   std::uint64_t seconds_ = 0;
+  std::uint64_t refusedUntil_ = 0;  // the refusal is shown up to this second
 };
 
 }  // namespace zimbrat::app

@@ -48,6 +48,8 @@ class mdiMenu : public platform::Form {
   // Whether a file dropped on the form would be taken now, and taking it as the database's path.
   bool TakesDrop(std::u16string_view path) const;
   void Drop(std::u16string_view path);
+  // Asks for the focus where the page begins.
+  void FocusPage() { FocusOn(akt_plansza); }
   // The help file, or that there is none.
   void ShowHelp();
 

@@ -11,6 +11,7 @@
 #include "suite/ModPrgFun.h"
 #include "suite/ModSysReg.h"
 #include "suite/manners.h"
+#include "platform/files.h"
 
 #include <algorithm>
 #include <iterator>
@@ -149,10 +150,13 @@ std::u16string mdiMenu::NoteOn(const suite::Comparison& comparison) const {
 
 void mdiMenu::LeaveNowaBaza() {
   txtNBazaNazwa.SetText(std::u16string(WithoutExtension(txtNBazaNazwa.Text())));
-  txtNBazaFolder.SetText(FullPath(state_, txtNBazaFolder.Text()));
-  if (!ValidateNameAndFolder(state_, txtNBazaNazwa.Text(), txtNBazaFolder.Text())) {
+  const std::u16string typed(txtNBazaFolder.Text()), full = FullPath(state_, typed);
+  // What is not there is named as it was typed.
+  const bool isThere = state_.on.files.IsFolder(full);
+  if (!ValidateNameAndFolder(state_, txtNBazaNazwa.Text(), isThere ? full : typed)) {
     return txtNBazaNazwa.Text().empty() ? txtNBazaNazwa.SetFocus() : txtNBazaFolder.SetFocus();
   }
+  txtNBazaFolder.SetText(full);
   ShowNext(ChosenTask() == Task::Nowa ? u"ProgBazy" : u"Okresy");
 }
 

@@ -49,7 +49,10 @@ HRESULT DropTarget::DragEnter(IDataObject* data, DWORD keys, POINTL place, DWORD
 }
 
 HRESULT DropTarget::DragOver(DWORD, POINTL, DWORD* effect) {
-  *effect &= Takes() ? DROPEFFECT_COPY | DROPEFFECT_LINK : DROPEFFECT_NONE;
+  // One effect, of those that the source offers.
+  const DWORD offered = *effect;
+  *effect = DROPEFFECT_NONE;
+  if (Takes()) *effect = (offered & DROPEFFECT_COPY) != 0 ? DROPEFFECT_COPY : offered & DROPEFFECT_LINK;
   return S_OK;
 }
 

@@ -122,7 +122,7 @@ void FormWindow::SetDpi(unsigned dpi) {
   MoveTo(Window(), Within(WorkAreaOf(Window()), {place.left, place.top}, size));
 }
 
-void FormWindow::Resize(unsigned dpi) {
+void FormWindow::Resize(unsigned dpi, std::optional<POINT> place) {
   auto ruler = std::make_unique<Ruler>(dpi);
   const SIZE client = LayOut(*ruler);
   // The former font goes when nothing is drawn with it any more.
@@ -130,8 +130,9 @@ void FormWindow::Resize(unsigned dpi) {
   const auto style = static_cast<DWORD>(::GetWindowLongPtrW(Window(), GWL_STYLE));
   const SIZE outer = ruler_->OuterSize(
       client, style, static_cast<DWORD>(::GetWindowLongPtrW(Window(), GWL_EXSTYLE)));
-  ::SetWindowPos(Window(), nullptr, 0, 0, outer.cx, outer.cy,
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  const POINT corner = place.value_or(POINT{});
+  ::SetWindowPos(Window(), nullptr, corner.x, corner.y, outer.cx, outer.cy,
+                 (place ? 0u : SWP_NOMOVE) | SWP_NOZORDER | SWP_NOACTIVATE);
   TakeIcons(dpi);
   ::InvalidateRect(Window(), nullptr, TRUE);
 }
@@ -215,8 +216,7 @@ bool FormWindow::Answer(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& ans
     case WM_DPICHANGED: {
       const RECT& place = *reinterpret_cast<const RECT*>(lParam);
       // While it is drawn from one monitor to the other it must not jump back.
-      MoveTo(Window(), {place.left, place.top});
-      Resize(HIWORD(wParam));
+      Resize(HIWORD(wParam), POINT{place.left, place.top});
       return true;
     }
     case WM_SYSCOLORCHANGE:

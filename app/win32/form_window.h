@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -59,7 +60,9 @@ class FormWindow {
   static constexpr int kDefaultId = IDOK;
 
  private:
-  void Resize(unsigned dpi);
+  // Stays where it is without a `place`. Both in one step: at its former size the window might belong to
+  // the other monitor.
+  void Resize(unsigned dpi, std::optional<POINT> place = std::nullopt);
   void TakeIcons(unsigned dpi);
   static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   bool Answer(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& answer);

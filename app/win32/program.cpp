@@ -29,6 +29,18 @@ class Ole {
   HRESULT result_;
 };
 
+// The host's window, as long as there is one.
+class Shown {
+ public:
+  Shown(WindowsHost& windows, WizardWindow& window) : windows_(windows) { windows_.SetWindow(&window); }
+  ~Shown() { windows_.SetWindow(nullptr); }
+  Shown(const Shown&) = delete;
+  Shown& operator=(const Shown&) = delete;
+
+ private:
+  WindowsHost& windows_;
+};
+
 // The window while it is on the screen.
 void ShowWizard(WindowsHost& windows, RunHost& host, mdiMenu& form, int showCommand) {
   const Ole ole;
@@ -37,10 +49,9 @@ void ShowWizard(WindowsHost& windows, RunHost& host, mdiMenu& form, int showComm
                                        ICC_UPDOWN_CLASS};
   ::InitCommonControlsEx(&controls);
   WizardWindow window(form, host);
-  windows.SetWindow(&window);
+  const Shown shown(windows, window);
   window.Show(showCommand);
   window.RunUntilClosed();
-  windows.SetWindow(nullptr);
 }
 
 }  // namespace

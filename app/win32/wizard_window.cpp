@@ -18,6 +18,8 @@ bool TellsChange(UINT message, WPARAM wParam, LPARAM lParam) {
   return code == BN_CLICKED || code == LBN_SELCHANGE || code == EN_CHANGE;
 }
 
+constexpr UINT kCheckFocus = WM_APP;
+
 constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
 
 }  // namespace
@@ -91,6 +93,15 @@ bool WizardWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
       return IsDeaf();
     case WM_CLOSE:
       return !busy_.IsBusy() && IsDeaf();
+    case WM_ACTIVATE:
+      // After the system has given the focus back, which may have been to a page that is gone by now.
+      if (LOWORD(wParam) != WA_INACTIVE) ::PostMessageW(Window(), kCheckFocus, 0, 0);
+      return false;
+    case kCheckFocus:
+      if (!busy_.IsBusy() && !::IsIconic(Window()) && !::IsWindowVisible(::GetFocus())) {
+        wizard_.FocusPage();
+      }
+      return true;
     case WM_PAINT:
       Paint();
       return true;
