@@ -120,16 +120,10 @@ void Stage::Type(HWND field, std::u16string_view text) {
   Pump();
 }
 
-void Stage::Key(WORD key, bool alt) {
+void Stage::Key(WORD key) {
   const HWND focus = ::GetFocus();
-  if (alt) {
-    constexpr LPARAM kAltIsDown = LPARAM{1} << 29;
-    ::PostMessageW(focus, WM_SYSKEYDOWN, key, kAltIsDown);
-    ::PostMessageW(focus, WM_SYSKEYUP, key, kAltIsDown);
-  } else {
-    ::PostMessageW(focus, WM_KEYDOWN, key, 0);
-    ::PostMessageW(focus, WM_KEYUP, key, 0);
-  }
+  ::PostMessageW(focus, WM_KEYDOWN, key, 0);
+  ::PostMessageW(focus, WM_KEYUP, key, 0);
   Pump();
 }
 

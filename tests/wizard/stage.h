@@ -43,7 +43,7 @@ class Stage {
   void Next(int presses = 1);
   // Types into the field that the text model belongs to, as a person at the keyboard.
   void Type(HWND field, std::u16string_view text);
-  void Key(WORD key, bool alt = false);
+  void Key(WORD key);
 
   // All windows of that class which can be seen, in the order of the Tab key.
   std::vector<HWND> Seen(const wchar_t* type = nullptr) const;
