@@ -3,6 +3,7 @@
 
 #include "platform/win32/wide_text.h"
 #include "ruler.h"
+#include "surface.h"
 
 #include <algorithm>
 
@@ -15,30 +16,13 @@ std::u16string_view TextOf(const platform::OrvList& model, int index) {
   return model.Items()[static_cast<std::size_t>(index)].text;
 }
 
-// A control's surface with its font.
-class Surface {
- public:
-  explicit Surface(HWND window)
-      : window_(window),
-        dc_(::GetDC(window)),
-        former_(::SelectObject(dc_, reinterpret_cast<HFONT>(::SendMessageW(window, WM_GETFONT, 0, 0)))) {}
-  ~Surface() {
-    ::SelectObject(dc_, former_);
-    ::ReleaseDC(window_, dc_);
-  }
-  Surface(const Surface&) = delete;
-  Surface& operator=(const Surface&) = delete;
-  HDC Dc() const { return dc_; }
-
- private:
-  HWND window_;
-  HDC dc_;
-  HGDIOBJ former_;
-};
+HFONT FontOf(HWND list) {
+  return reinterpret_cast<HFONT>(::SendMessageW(list, WM_GETFONT, 0, 0));
+}
 
 // What stands in a list without items.
 void DrawEmptyText(HWND list, const std::u16string& text) {
-  const Surface surface(list);
+  const Surface surface(list, FontOf(list));
   RECT area = {};
   ::GetClientRect(list, &area);
   ::InflateRect(&area, -4, -4);
@@ -50,7 +34,7 @@ void DrawEmptyText(HWND list, const std::u16string& text) {
 
 // Pixels that the text takes in the list, with a little air.
 int WidthIn(HWND list, std::u16string_view text) {
-  const Surface surface(list);
+  const Surface surface(list, FontOf(list));
   const std::u16string lent(text);
   SIZE size = {};
   ::GetTextExtentPoint32W(surface.Dc(), platform::Lend(lent), static_cast<int>(lent.size()), &size);

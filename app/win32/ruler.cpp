@@ -1,6 +1,7 @@
 #include "ruler.h"
 
 #include "platform/win32/wide_text.h"
+#include "surface.h"
 
 #include <string>
 
@@ -37,23 +38,6 @@ LOGFONTW MessageFont(unsigned dpi) {
   return metrics.lfMessageFont;
 }
 
-// The screen with a font chosen into it.
-class Measuring {
- public:
-  explicit Measuring(HFONT font) : dc_(::GetDC(nullptr)), former_(::SelectObject(dc_, font)) {}
-  ~Measuring() {
-    ::SelectObject(dc_, former_);
-    ::ReleaseDC(nullptr, dc_);
-  }
-  Measuring(const Measuring&) = delete;
-  Measuring& operator=(const Measuring&) = delete;
-  HDC Dc() const { return dc_; }
-
- private:
-  HDC dc_;
-  HGDIOBJ former_;
-};
-
 }  // namespace
 
 unsigned DpiOf(HWND window) {
@@ -73,11 +57,11 @@ Ruler::Ruler(unsigned dpi) : dpi_(dpi) {
   const LOGFONTW font = MessageFont(dpi);
   font_ = platform::FontHandle(::CreateFontIndirectW(&font));
   constexpr std::wstring_view kLetters = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-  const Measuring measuring(font_.Get());
+  const Surface screen(nullptr, font_.Get());
   SIZE size = {};
-  ::GetTextExtentPoint32W(measuring.Dc(), kLetters.data(), static_cast<int>(kLetters.size()), &size);
+  ::GetTextExtentPoint32W(screen.Dc(), kLetters.data(), static_cast<int>(kLetters.size()), &size);
   TEXTMETRICW metrics = {};
-  ::GetTextMetricsW(measuring.Dc(), &metrics);
+  ::GetTextMetricsW(screen.Dc(), &metrics);
   const int letters = static_cast<int>(kLetters.size());
   baseX_ = (size.cx + letters / 2) / letters;
   baseY_ = metrics.tmHeight;
@@ -85,9 +69,9 @@ Ruler::Ruler(unsigned dpi) : dpi_(dpi) {
 
 int Ruler::Width(std::u16string_view text) const {
   const std::u16string lent(text);
-  const Measuring measuring(font_.Get());
+  const Surface screen(nullptr, font_.Get());
   RECT area = {};
-  ::DrawTextW(measuring.Dc(), platform::Lend(lent), static_cast<int>(lent.size()), &area,
+  ::DrawTextW(screen.Dc(), platform::Lend(lent), static_cast<int>(lent.size()), &area,
               DT_CALCRECT | DT_SINGLELINE);
   return area.right;
 }

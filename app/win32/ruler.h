@@ -23,8 +23,6 @@ class Ruler {
   HFONT Font() const { return font_.Get(); }
   // 1/1440 inch.
   int Twips(int twips) const { return ::MulDiv(twips, static_cast<int>(dpi_), 1440); }
-  // Pixels of a screen of 96 dots an inch.
-  int Pixels(int pixels) const { return ::MulDiv(pixels, static_cast<int>(dpi_), 96); }
   // Dialog units: a quarter of the font's average width, an eighth of its height.
   int X(int units) const { return ::MulDiv(units, baseX_, 4); }
   int Y(int units) const { return ::MulDiv(units, baseY_, 8); }
