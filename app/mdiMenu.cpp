@@ -7,10 +7,10 @@
 #include "app/database_list.h"
 #include "app/page_texts.h"
 #include "app/period_rules.h"
-#include "app/version.h"
 #include "suite/ModPrgFun.h"
 #include "suite/ModSysReg.h"
 #include "suite/manners.h"
+#include "suite/product.h"
 #include "platform/clock.h"
 #include "platform/dates.h"
 #include "platform/files.h"
@@ -38,6 +38,7 @@ constexpr std::size_t kYearLength = 4;
 }  // namespace
 
 mdiMenu::mdiMenu(suite::ProgramState& state, platform::Shell& shell) : state_(state), shell_(shell) {
+  Tag = u"mdi";
   MakeCaptions();
   MakeHandlers();
   for (platform::OptionButton* option : TaskOptions()) option->SetGroup(TaskOptions());
@@ -61,7 +62,7 @@ mdiMenu::mdiMenu(suite::ProgramState& state, platform::Shell& shell) : state_(st
 
 void mdiMenu::MakeCaptions() {
   const std::pair<platform::Captioned*, std::u16string_view> captions[] = {
-      {this, u"Zimbrat baz danych pakietu Kalmix"},
+      {this, suite::ProductTitle()},
       {&cmdWstecz, u"< &Wstecz"},
       {&cmdDalej, u"Dalej >"},
       {&cmdAnuluj, u"Anuluj"},
@@ -122,7 +123,8 @@ std::vector<platform::Panel*> mdiMenu::Pages() {
 // Start-up never stops: a step that fails is passed over.
 void mdiMenu::Form_Load() {
   using suite::Attempt;
-  Attempt([&] { SetCaption(Caption() + u" v. " + std::u16string(ProgramVersion())); });
+  Attempt([&] { loaded_.emplace(state_, *this); });
+  Attempt([&] { SetCaption(Caption() + u" v. " + std::u16string(suite::ProductVersion())); });
   Attempt([&] {
     akt_plansza = u"Start";
     labTytul.SetCaption(DescriptionOnNext(akt_plansza, state_.task));
@@ -185,6 +187,7 @@ void mdiMenu::Unload() {
   Form_QueryUnload(Cancel, 0);
   if (Cancel) return;
   isUnloaded_ = true;
+  loaded_.reset();
   SetVisible(false);
 }
 

@@ -15,6 +15,7 @@
 #include "platform/controls.h"
 #include "platform/shell.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -159,6 +160,7 @@ class mdiMenu : public platform::Form {
 
   suite::ProgramState& state_;
   platform::Shell& shell_;
+  std::optional<suite::Loaded> loaded_;
   Selection selection_;
   std::u16string listedFolder_;  // whose databases stand in lstBazy
   bool isUnloaded_ = false;

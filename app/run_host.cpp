@@ -1,6 +1,7 @@
 #include "app/run_host.h"
 
 #include "app/modMain.h"
+#include "errors/ModError.h"
 #include "suite/ModPrgFun.h"
 #include "platform/run_time_error.h"
 #include "platform/text.h"
@@ -19,6 +20,7 @@ std::optional<platform::Secret> RunHost::AskPassword(std::u16string_view databas
 
 void RunHost::ReportError(const platform::RunTimeError& error, std::u16string_view routine) {
   if (!IsAutomatic()) return windows_.ReportError(error, routine);
+  errors::ErrorReportUnseen(state_, error, routine);
   Keep(error.Description() + u" [" + std::u16string(routine) + u"]");
 }
 

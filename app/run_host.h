@@ -13,7 +13,7 @@ class RunHost : public platform::Host {
  public:
   // `windows` verifies copies and gives the pulse in both kinds of run. `state` tells which kind it is,
   // and need not be constructed yet.
-  RunHost(platform::Host& windows, const suite::ProgramState& state)
+  RunHost(platform::Host& windows, suite::ProgramState& state)
       : windows_(windows), state_(state) {}
 
   // What an automatic run has kept to itself, each text once, on lines of their own.
@@ -33,7 +33,7 @@ class RunHost : public platform::Host {
   void Keep(std::u16string_view text);
 
   platform::Host& windows_;
-  const suite::ProgramState& state_;
+  suite::ProgramState& state_;
   std::u16string suppressed_;
 };
 

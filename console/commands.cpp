@@ -1,4 +1,5 @@
 // The commands that only show: programs, recorded databases, the state of a database.
+#include "console/explanations.h"
 #include "reading.h"
 
 #include "suite/ModPrgFun.h"
@@ -67,7 +68,7 @@ Outcome RunStan(const CommandContext& context) {
   if (const auto fault = TakeStructureFolder(context)) return Failed(*fault);
   suite::ProgramState& state = context.state;
   const std::u16string path = TakeDatabase(context, u"--baza");
-  if (!suite::OpenAndIdentify(state, path)) return Failed(context.host.Messages());
+  if (!suite::OpenAndIdentify(state, path)) return Failed(context.host.Messages() + Explanation(state));
   platform::OrvListCheck list(u';');
   const auto compared =
       suite::CompareWithDatabase(state, path, suite::StructureFiles(state), list, false);

@@ -1,6 +1,7 @@
 #include "console/console_host.h"
 
-#include "console/outcome.h"
+#include "console/explanations.h"
+#include "errors/ModError.h"
 #include "suite/ModPrgFun.h"
 #include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
@@ -25,7 +26,9 @@ std::optional<platform::Secret> ConsoleHost::AskPassword(std::u16string_view dat
 }
 
 void ConsoleHost::ReportError(const platform::RunTimeError& error, std::u16string_view routine) {
-  messages_ += ErrorText(error.Number(), error.Description()) + u" [" + std::u16string(routine) + u"]";
+  errors::ErrorReportUnseen(state_, error, routine);
+  messages_ += ErrorText(state_, {error.Number(), error.Source(),
+                                  error.Description() + u" [" + std::u16string(routine) + u"]"});
   messages_.append(suite::kCrLf);
 }
 

@@ -2,6 +2,7 @@
 // are answered by options, a password is asked for only where somebody can type it.
 #pragma once
 
+#include "suite/program_state.h"
 #include "platform/console.h"
 #include "platform/host.h"
 
@@ -13,9 +14,9 @@ namespace zimbrat::console {
 class ConsoleHost : public platform::Host {
  public:
   using Verify = std::function<void(std::u16string_view path, std::u16string_view original)>;
-  // `verify` throws when a finished copy must not be put in place.
-  ConsoleHost(platform::Console& console, Verify verify)
-      : console_(console), verify_(std::move(verify)) {}
+  // `verify` throws when a finished copy must not be put in place. `state` need not be constructed yet.
+  ConsoleHost(platform::Console& console, suite::ProgramState& state, Verify verify)
+      : console_(console), state_(state), verify_(std::move(verify)) {}
 
   // The answer to questions; without it they are answered with no and told as messages.
   void SetAnswersYes(bool yes) { answersYes_ = yes; }
@@ -34,6 +35,7 @@ class ConsoleHost : public platform::Host {
 
  private:
   platform::Console& console_;
+  suite::ProgramState& state_;
   Verify verify_;
   std::u16string messages_;
   bool answersYes_ = false;

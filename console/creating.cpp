@@ -1,4 +1,5 @@
 // The commands that make a database: a new, empty one, and one with another as its template.
+#include "console/explanations.h"
 #include "progress_line.h"
 #include "reading.h"
 #include "app/database_list.h"
@@ -36,7 +37,7 @@ Outcome Create(const CommandContext& context, const app::NewDatabaseOrder& order
   const app::RunResult result = WithProgressLine(context, [&](platform::ProgressBar& bar) {
     return run(context.state, order, bar);
   });
-  if (!result.done) return Failed(context.host.Messages() + result.text);
+  if (!result.done) return Failed(context.host.Messages() + result.text + Explanation(context.state));
   Outcome outcome;
   outcome.text = result.text;
   outcome.database = result.akt_baza + u".mdb";
@@ -64,7 +65,7 @@ Outcome RunWzorzec(const CommandContext& context) {
   if (auto refusal = ReadPeriods(context, order.periods)) return *refusal;
   order.templateDatabase = TakeDatabase(context, u"--wzorzec");
   if (!app::OpenTemplate(context.state, order.templateDatabase)) {
-    return Failed(context.host.Messages());
+    return Failed(context.host.Messages() + Explanation(context.state));
   }
   if (auto refusal = ReadNameAndFolder(context, order.name, order.folder)) return *refusal;
   return Create(context, order, app::RunFromTemplate);

@@ -1,4 +1,5 @@
 // The commands that work on an existing database: structures added to it; checked and upgraded.
+#include "console/explanations.h"
 #include "progress_line.h"
 #include "reading.h"
 #include "app/existing_database_run.h"
@@ -21,20 +22,19 @@ std::optional<Outcome> FindUnnamedProgram(const CommandContext& context,
 }
 
 // The rest of the list would be missing, and a check would praise what it has not seen.
-Outcome NotCompared(const std::u16string& database, const suite::Comparison& comparison) {
+Outcome NotCompared(const CommandContext& context, const std::u16string& database,
+                    const suite::Comparison& comparison) {
   std::u16string text = u"Nie można porównać struktur z bazą: " + database;
   if (!comparison.stoppedAt.empty()) text += u", plik struktury: " + comparison.stoppedAt;
-  return Failed(text + u". " +
-                ErrorText(comparison.error->Number(), comparison.error->Description()));
+  return Failed(text + u". " + ErrorText(context.state, *comparison.error));
 }
 
 // The message of the page, and the engine's reason where the message gives none.
 Outcome NotReady(const CommandContext& context) {
   std::u16string text = context.host.Messages();
   const suite::KontekstBledu& error = context.state.context;
-  if (error.Number != 0) {
-    text += ErrorText(error.Number, error.Description);
-  }
+  if (error.Number != 0) text += ErrorText(context.state, {error.Number, error.Source, error.Description});
+  if (context.state.openingError) text += Explanation(context.state);
   return Failed(std::move(text));
 }
 
@@ -45,7 +45,7 @@ Outcome Extend(const CommandContext& context, suite::Task task,
   platform::OrvListCheck programs(u';');
   const app::Prepared prepared = app::PrepareDatabase(state, task, database, structures, programs);
   if (!prepared) return NotReady(context);
-  if (prepared.comparison.error) return NotCompared(database, prepared.comparison);
+  if (prepared.comparison.error) return NotCompared(context, database, prepared.comparison);
   Outcome outcome;
   if (task == suite::Task::Dodaj) {
     for (int i = 0; i < programs.Count(); ++i) programs.SetChecked(i, true);
@@ -58,7 +58,7 @@ Outcome Extend(const CommandContext& context, suite::Task task,
   const app::RunResult result = WithProgressLine(context, [&](platform::ProgressBar& bar) {
     return app::RunExtension(state, task, database, selection, bar);
   });
-  if (!result.done) return Failed(context.host.Messages() + result.text);
+  if (!result.done) return Failed(context.host.Messages() + result.text + Explanation(context.state));
   outcome.text = context.host.Messages() + result.text;
   outcome.database = database;
   return outcome;

@@ -1,6 +1,6 @@
 #include "commands.h"
 
-#include "app/version.h"
+#include "suite/product.h"
 
 namespace zimbrat::console {
 namespace {
@@ -56,8 +56,8 @@ std::u16string_view HelpOf(std::u16string_view option) {
 }  // namespace
 
 std::u16string GeneralHelp() {
-  std::u16string text = u"Zimbrat baz danych pakietu Kalmix " +
-                        std::u16string(app::ProgramVersion()) + u"\n\nPolecenia:\n";
+  std::u16string text = std::u16string(suite::ProductTitle()) + u" " +
+                        std::u16string(suite::ProductVersion()) + u"\n\nPolecenia:\n";
   for (const CommandSpec& command : Commands()) {
     text.append(u"  ").append(Usage(command)).append(u"\n      ").append(command.purpose);
     text.append(u"\n");

@@ -34,10 +34,6 @@ std::u16string ForTerminal(std::u16string_view text) {
 
 }  // namespace
 
-std::u16string ErrorText(std::int32_t number, std::u16string_view description) {
-  return u"Błąd nr " + platform::DecimalText(number) + u"; (" + std::u16string(description) + u")";
-}
-
 Outcome Failed(std::u16string text) {
   return {kStatusFailed, std::move(text), {}, {}, {}};
 }

@@ -3,7 +3,6 @@
 
 #include "platform/console.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,9 +34,6 @@ struct Outcome {
   std::vector<ProgramRow> programs;
   std::vector<DatabaseRow> databases;
 };
-
-// "Błąd nr 70; (Odmowa uprawnień)".
-std::u16string ErrorText(std::int32_t number, std::u16string_view description);
 
 Outcome Failed(std::u16string text);
 Outcome WrongUsage(std::u16string text);

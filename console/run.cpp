@@ -1,10 +1,11 @@
 #include "console/run.h"
 
 #include "commands.h"
+#include "console/explanations.h"
 #include "engines/engine_choice.h"
-#include "app/version.h"
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"
+#include "suite/product.h"
 
 #include <string>
 #include <utility>
@@ -26,26 +27,35 @@ CommandFunction FunctionOf(std::u16string_view command) {
   return nullptr;
 }
 
+// The state and what it runs on, each of which knows the others.
+struct Program {
+  explicit Program(platform::System& system)
+      : host(*system.console, state,
+             [&](std::u16string_view path, std::u16string_view original) {
+               engines::VerifyDatabase(*system.files, path, original, [this] { host.Pulse(); });
+             }),
+        state({*system.files, *system.registry, *system.profile, *system.clock, *system.environment, host,
+               [&] { return engines::MakeEngine(*system.files, *system.clock, [this] { host.Pulse(); }); }}) {}
+
+  ConsoleHost host;
+  suite::ProgramState state;
+};
+
 Outcome Carry(platform::System& system, const Arguments& arguments) {
-  ConsoleHost host(*system.console, [&](std::u16string_view path, std::u16string_view original) {
-    engines::VerifyDatabase(*system.files, path, original, [&] { host.Pulse(); });
-  });
-  suite::ProgramState state(
-      {*system.files, *system.registry, *system.profile, *system.clock, *system.environment, host,
-       [&] { return engines::MakeEngine(*system.files, *system.clock, [&] { host.Pulse(); }); }});
+  Program program(system);
   // What a command has made must go when it is stopped.
   system.console->NoteInterrupts();
   Outcome outcome;
   const auto error = suite::Attempt([&] {
-    outcome = FunctionOf(arguments.command->name)({arguments, state, host, *system.console});
+    outcome = FunctionOf(arguments.command->name)({arguments, program.state, program.host, *system.console});
   });
   if (!error) return outcome;
-  return Failed(host.Messages() + ErrorText(error->Number(), error->Description()));
+  return Failed(program.host.Messages() + ErrorText(program.state, *error));
 }
 
 Outcome Decide(platform::System& system, const Arguments& arguments) {
   if (arguments.wantsVersion) {
-    return {kStatusDone, std::u16string(app::ProgramVersion()), {}, {}, {}};
+    return {kStatusDone, std::u16string(suite::ProductVersion()), {}, {}, {}};
   }
   if (arguments.wantsHelp) {
     return {kStatusDone,

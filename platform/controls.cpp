@@ -27,6 +27,11 @@ void Captioned::SetCaption(std::u16string_view caption) {
   Tell(Change::Caption);
 }
 
+void Form::SetHeight(int twips) {
+  height_ = twips;
+  Tell(Change::Height);
+}
+
 void Button::Click() {
   if (Enabled() && click_) click_();
 }

@@ -26,7 +26,8 @@ enum class Change {
   Caption,
   Progress,
   Focus,
-  Selection
+  Selection,
+  Height
 };
 
 class Control {
@@ -69,6 +70,14 @@ class Captioned : public Control {
 class Form : public Captioned {
  public:
   Form() { SetVisible(false); }
+
+  std::u16string Tag;
+  // Of the whole window with its frame, in twips; 0: what its controls need.
+  int Height() const { return height_; }
+  void SetHeight(int twips);
+
+ private:
+  int height_ = 0;
 };
 
 class Label : public Captioned {};

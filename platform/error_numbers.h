@@ -28,6 +28,8 @@ inline constexpr std::int32_t kErrInvalidNull = 94;
 inline constexpr std::int32_t kErrCannotCreateObject = 429;
 inline constexpr std::int32_t kErrNoSuchMember = 438;         // a member asked for by a wrong name
 inline constexpr std::int32_t kErrAutomation = 440;
+inline constexpr std::int32_t kErrMapi = 32000;               // and the code of MAPI added
+inline constexpr std::int32_t kErrNoMailSession = 32053;
 
 // DAO: files, passwords, sharing.
 inline constexpr std::int32_t kErrInvalidArgument = 3001;

@@ -38,6 +38,7 @@ constexpr ErrorText kErrorTexts[] = {
     {kErrCannotCreateObject, u"Składnik ActiveX nie może utworzyć obiektu"},
     {kErrNoSuchMember, u"Obiekt nie obsługuje tej właściwości lub metody"},
     {kErrAutomation, u"Błąd automatyzacji"},
+    {kErrNoMailSession, u"Brak sesji poczty"},
 };
 
 }  // namespace

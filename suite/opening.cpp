@@ -34,6 +34,7 @@ void TellOpenError(ProgramState& state, std::u16string_view path, const RunTimeE
         platform::kMsgExclamation, u"");
     return;
   }
+  state.openingError = error;
   state.on.host.ShowMessage(u"Baza nie może zostać otwarta. Błąd Nr " +
                                 platform::DecimalText(error.Number()) + u" - " +
                                 error.Description(),
@@ -102,6 +103,7 @@ std::u16string ChooseDatabaseFile(ProgramState& state, platform::Shell& shell,
 
 bool OpenAndIdentify(ProgramState& state, std::u16string_view path, platform::Secret& password) {
   Session session;
+  state.openingError.reset();
   auto error = TryOpen(state, path, password, session);
   if (error && error->Number() == platform::kErrInvalidPassword) {
     auto typed = state.on.host.AskPassword(path);

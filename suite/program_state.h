@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/clock.h"
+#include "platform/controls.h"
 #include "platform/dao.h"
 #include "platform/environment.h"
 #include "platform/files.h"
@@ -14,8 +15,10 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zimbrat::suite {
 
@@ -64,6 +67,7 @@ class ProgramState {
   Surroundings on;
   Task task = Task::Nowa;  // the option chosen on the start page
   KontekstBledu context;
+  std::optional<platform::RunTimeError> openingError;  // of the last database that could not be opened
   platform::Secret databasePassword;
   std::u16string ArgAuto;  // not empty: an automatic run
   std::u16string ArgBaza;
@@ -75,6 +79,7 @@ class ProgramState {
   std::u16string errorFolder;   // empty: the program's own
   std::u16string mailMethod;
   std::u16string helpFile;
+  std::vector<const platform::Form*> forms;  // that are loaded, in the order of loading
 
  private:
   std::shared_ptr<dao::Engine> engine_;
@@ -91,6 +96,21 @@ class DatabaseSession {
  private:
   std::shared_ptr<dao::Workspace> workspace_;
   std::shared_ptr<dao::Database> database_;
+};
+
+// The form counts as loaded while in scope.
+class Loaded {
+ public:
+  Loaded(ProgramState& state, const platform::Form& form) : forms_(state.forms), form_(&form) {
+    forms_.push_back(form_);
+  }
+  ~Loaded() { std::erase(forms_, form_); }
+  Loaded(const Loaded&) = delete;
+  Loaded& operator=(const Loaded&) = delete;
+
+ private:
+  std::vector<const platform::Form*>& forms_;
+  const platform::Form* form_;
 };
 
 // ";pwd=" + password + ";".

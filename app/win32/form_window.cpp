@@ -71,6 +71,34 @@ void MoveTo(HWND window, POINT place) {
   ::SetWindowPos(window, nullptr, place.x, place.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+// The program's other windows while one is modal.
+class OthersDeaf {
+ public:
+  explicit OthersDeaf(HWND modal) : modal_(modal) {
+    ::EnumThreadWindows(::GetCurrentThreadId(), Silence, reinterpret_cast<LPARAM>(this));
+  }
+  ~OthersDeaf() { Wake(); }
+  OthersDeaf(const OthersDeaf&) = delete;
+  OthersDeaf& operator=(const OthersDeaf&) = delete;
+
+  void Wake() {
+    for (const HWND window : deaf_) ::EnableWindow(window, TRUE);
+    deaf_.clear();
+  }
+
+ private:
+  static BOOL CALLBACK Silence(HWND window, LPARAM self) {
+    OthersDeaf& others = *reinterpret_cast<OthersDeaf*>(self);
+    if (window == others.modal_ || !::IsWindowVisible(window) || !::IsWindowEnabled(window)) return TRUE;
+    others.deaf_.push_back(window);
+    ::EnableWindow(window, FALSE);
+    return TRUE;
+  }
+
+  HWND modal_;
+  std::vector<HWND> deaf_;
+};
+
 // A key held too long, a click that was meant to be one: on the next page the button starts the run.
 bool IsUnintended(const MSG& message) {
   constexpr LPARAM kWasDown = LPARAM{1} << 30;
@@ -103,6 +131,7 @@ FormWindow::~FormWindow() {
 void FormWindow::Settle() {
   form_.SetListener([this](platform::Change change) {
     if (change == platform::Change::Caption) SetText(Window(), form_.Caption());
+    if (change == platform::Change::Height) SetDpi(ruler_->Dpi());
   });
   const HWND owner = ::GetWindow(Window(), GW_OWNER);
   SetDpi(DpiOf(owner == nullptr ? Window() : owner));
@@ -245,9 +274,8 @@ void FormWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
 bool FormWindow::OnMessage(UINT, WPARAM, LPARAM, LRESULT&) { return false; }
 
 void RunModal(FormWindow& window, const platform::Form& form) {
-  const HWND owner = ::GetWindow(window.Window(), GW_OWNER);
   const HWND focus = ::GetFocus();
-  if (owner != nullptr) ::EnableWindow(owner, FALSE);
+  OthersDeaf others(window.Window());
   ::ShowWindow(window.Window(), SW_SHOW);
   MSG message = {};
   while (form.Visible()) {
@@ -260,8 +288,8 @@ void RunModal(FormWindow& window, const platform::Form& form) {
     ::TranslateMessage(&message);
     ::DispatchMessageW(&message);
   }
-  // The owner first: a hidden window would hand the focus to another program.
-  if (owner != nullptr) ::EnableWindow(owner, TRUE);
+  // The others first: a hidden window would hand the focus to another program.
+  others.Wake();
   ::ShowWindow(window.Window(), SW_HIDE);
   if (focus != nullptr) ::SetFocus(focus);
 }

@@ -76,7 +76,7 @@ class FormWindow {
   platform::IconHandle icons_[2];
 };
 
-// Runs the window until its form is hidden, its owner deaf meanwhile.
+// Runs the window until its form is hidden, the program's others deaf meanwhile.
 void RunModal(FormWindow& window, const platform::Form& form);
 
 }  // namespace zimbrat::app

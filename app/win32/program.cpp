@@ -3,7 +3,10 @@
 #include "app/modMain.h"
 #include "app/run_host.h"
 #include "engines/engine_choice.h"
+#include "errors/mail_method.h"
 #include "platform/system.h"
+#include "platform/win32/win32_automation.h"
+#include "platform/win32/win32_mapi.h"
 #include "platform/win32/win32_shell.h"
 #include "windows_host.h"
 #include "wizard_window.h"
@@ -14,6 +17,9 @@
 
 namespace zimbrat::app {
 namespace {
+
+// Of a process that the user broke off.
+constexpr UINT kStatusAborted = 1;
 
 // COM for a thread with windows: dropped files, the shell's dialogs, the taskbar.
 class Ole {
@@ -54,27 +60,40 @@ void ShowWizard(WindowsHost& windows, RunHost& host, mdiMenu& form, int showComm
   window.RunUntilClosed();
 }
 
+// The state and what it runs on, each of which knows the others.
+struct Program {
+  explicit Program(platform::System& system)
+      : windows(
+            [&](std::u16string_view path, std::u16string_view original) {
+              engines::VerifyDatabase(*system.files, path, original, [this] { windows.Pulse(); });
+            },
+            state, outside),
+        host(windows, state),
+        state({*system.files, *system.registry, *system.profile, *system.clock, *system.environment, host,
+               [&] {
+                 return engines::MakeEngine(*system.files, *system.clock, [this] { windows.Pulse(); });
+               }}),
+        shell([this] { return windows.Front(); }),
+        mapi([this] { return windows.Front(); }) {}
+
+  WindowsHost windows;
+  RunHost host;
+  suite::ProgramState state;
+  platform::Win32Shell shell;
+  platform::Win32Automation automation;
+  platform::Win32Mapi mapi;
+  errors::Outside outside{shell, automation, mapi, [] { ::ExitProcess(kStatusAborted); }};
+};
+
 }  // namespace
 
 void RunProgram(std::u16string_view commandLine, int showCommand) {
   platform::System system = platform::MakeSystem(0, nullptr);
-  platform::Files& files = *system.files;
-  WindowsHost windows([&](std::u16string_view path, std::u16string_view original) {
-    engines::VerifyDatabase(files, path, original, [&] { windows.Pulse(); });
-  });
-  struct {
-    RunHost host;
-    suite::ProgramState state;
-  } program = {RunHost(windows, program.state),
-               suite::ProgramState({files, *system.registry, *system.profile, *system.clock,
-                                    *system.environment, program.host, [&] {
-                                      return engines::MakeEngine(files, *system.clock,
-                                                                 [&] { windows.Pulse(); });
-                                    }})};
-  platform::Win32Shell shell([&] { return windows.Owner(); });
-  mdiMenu form(program.state, shell);
+  Program program(system);
+  program.state.mailMethod = errors::ReadMailMethod(*system.registry);
+  mdiMenu form(program.state, program.shell);
   Main(program.state, form, commandLine,
-       [&] { ShowWizard(windows, program.host, form, showCommand); });
+       [&] { ShowWizard(program.windows, program.host, form, showCommand); });
 }
 
 std::u16string_view TailOf(std::u16string_view wholeCommandLine) {

@@ -1,9 +1,10 @@
 #include "windows_host.h"
 
 #include "dialogs/dlgBazaHaslo.h"
+#include "error_window.h"
 #include "password_window.h"
 #include "platform/run_time_error.h"
-#include "platform/text.h"
+#include "suite/manners.h"
 #include "platform/win32/wide_text.h"
 #include "wizard_window.h"
 
@@ -38,10 +39,10 @@ class Asking {
 
 HWND WindowsHost::Owner() const { return window_ == nullptr ? nullptr : window_->Window(); }
 
-// The window in front: a message of the password window lies over that one.
+// A message of the password window lies over that one.
 HWND WindowsHost::Front() const {
   const HWND owner = Owner();
-  return owner == nullptr ? nullptr : ::GetLastActivePopup(owner);
+  return owner == nullptr ? ::GetActiveWindow() : ::GetLastActivePopup(owner);
 }
 
 int WindowsHost::ShowMessage(std::u16string_view prompt, int buttons, std::u16string_view title) {
@@ -65,14 +66,36 @@ std::optional<platform::Secret> WindowsHost::AskPassword(std::u16string_view dat
 }
 
 void WindowsHost::ReportError(const platform::RunTimeError& error, std::u16string_view routine) {
-  ShowMessage(u"Błąd nr " + platform::DecimalText(error.Number()) + u": " + error.Description() +
-                  u" [" + std::u16string(routine) + u"]",
-              platform::kMsgCritical, u"Błąd programu");
+  // A window that fails while it shows a failure must not do so without end.
+  constexpr int kMostReports = 4;
+  const Asking asking(isAsking_);
+  ++reports_;
+  const auto failure = suite::Attempt([&] {
+    if (reports_ > kMostReports) throw error;
+    errors::ErrorReport(state_, error, routine, {}, outside_,
+                        [this](errors::dlgError& form, errors::DialogOwner owner) { ShowError(form, owner); });
+  });
+  --reports_;
+  if (!failure) return;
+  ::MessageBoxW(Front(), L"Błąd inicjowania okna obsługi błędów.", L"Błąd programu", MB_ICONERROR);
+}
+
+void WindowsHost::ShowError(errors::dlgError& form, errors::DialogOwner owner) {
+  HWND over = nullptr;
+  if (owner == errors::DialogOwner::FirstForm) over = Owner();
+  if (owner == errors::DialogOwner::ActiveForm) over = ::GetActiveWindow();
+  ErrorWindow window(form, *this, over);
+  form.SetVisible(true);
+  window.RunModally();
 }
 
 void WindowsHost::SetBusy(bool busy) {
-  // A form that asks sets the usual pointer back; the work below it goes on afterwards.
-  if (window_ != nullptr && !isAsking_) window_->SetBusy(busy);
+  // The work below a form that asks goes on afterwards.
+  if (isAsking_) {
+    ::SetCursor(::LoadCursorW(nullptr, busy ? IDC_WAIT : IDC_ARROW));
+  } else if (window_ != nullptr) {
+    window_->SetBusy(busy);
+  }
 }
 
 }  // namespace zimbrat::app

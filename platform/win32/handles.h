@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <objbase.h>
+#include <oleauto.h>
 #include <shtypes.h>
 
 #include <utility>
@@ -30,6 +31,8 @@ class UniqueHandle {
 
   Type Get() const { return handle_; }
   bool IsOpen() const { return handle_ != Traits::None(); }
+  // Gives the handle away.
+  Type Detach() { return std::exchange(handle_, Traits::None()); }
   // For calls that put the handle somewhere; only while there is none.
   Type* Receive() { return &handle_; }
 
@@ -69,6 +72,17 @@ struct ItemListTraits {  // what names an item of the shell
   static void Close(Type list) { ::CoTaskMemFree(list); }
 };
 
+struct BstrTraits {
+  using Type = BSTR;
+  static Type None() { return nullptr; }
+  static void Close(Type text) { ::SysFreeString(text); }
+};
+struct LibraryTraits {
+  using Type = HMODULE;
+  static Type None() { return nullptr; }
+  static void Close(Type library) { ::FreeLibrary(library); }
+};
+
 struct WindowTraits {
   using Type = HWND;
   static Type None() { return nullptr; }
@@ -102,5 +116,21 @@ using IconHandle = UniqueHandle<IconTraits>;
 template <class Interface>
 using ComReference = UniqueHandle<ComTraits<Interface>>;
 using ItemList = UniqueHandle<ItemListTraits>;
+using Bstr = UniqueHandle<BstrTraits>;
+using LibraryHandle = UniqueHandle<LibraryTraits>;
+
+// A value of automation with what it owns.
+class Variant {
+ public:
+  Variant() = default;
+  ~Variant() { ::VariantClear(&value_); }
+  Variant(const Variant&) = delete;
+  Variant& operator=(const Variant&) = delete;
+
+  VARIANT* Get() { return &value_; }
+
+ private:
+  VARIANT value_ = {};
+};
 
 }  // namespace zimbrat::platform

@@ -20,6 +20,9 @@ inline std::u16string_view ViewWide(std::wstring_view text) {
 }
 inline std::u16string FromWide(std::wstring_view text) { return std::u16string(ViewWide(text)); }
 
+// In the system's ANSI code page, up to the first NUL, letters that it lacks replaced as the system does.
+std::string AnsiText(const std::u16string& text);
+
 // For calls that fill a buffer of `size` units and return the length without the NUL, or, when the buffer
 // is too small, the size that they need with it; 0 is failure and gives an empty text.
 template <class Call>

@@ -3,13 +3,13 @@
 #include <windows.h>
 
 #include <commdlg.h>
-#include <objbase.h>
 #include <shellapi.h>
 #include <shlobj.h>
 
 #include <algorithm>
 #include <string>
 
+#include "com_apartment.h"
 #include "handles.h"
 #include "wide_text.h"
 
@@ -19,37 +19,16 @@ namespace {
 // The longest path that the system makes, in units.
 constexpr std::size_t kLongestPath = 32'768;
 
-// The dialogs of the shell are COM objects underneath.
-class Apartment {
- public:
-  Apartment() : result_(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
-  ~Apartment() {
-    if (SUCCEEDED(result_)) ::CoUninitialize();
-  }
-  Apartment(const Apartment&) = delete;
-  Apartment& operator=(const Apartment&) = delete;
-
- private:
-  HRESULT result_;
-};
-
 // "description|pattern" as the dialog wants it: each part ended by a NUL, a further one at the end.
 std::u16string FilterText(std::u16string filter) {
   std::ranges::replace(filter, u'|', u'\0');
   return filter + std::u16string(2, u'\0');
 }
 
-std::string AnsiText(const std::u16string& text) {
-  const int size = ::WideCharToMultiByte(CP_ACP, 0, Lend(text), -1, nullptr, 0, nullptr, nullptr);
-  std::string bytes(static_cast<std::size_t>(std::max(size, 1)), '\0');
-  ::WideCharToMultiByte(CP_ACP, 0, Lend(text), -1, bytes.data(), size, nullptr, nullptr);
-  bytes.resize(bytes.find('\0'));
-  return bytes;
-}
-
 }  // namespace
 
 std::u16string Win32Shell::BrowseForFolder(std::u16string_view title, unsigned flags, int root) {
+  // The dialogs of the shell are COM objects underneath.
   const Apartment apartment;
   const HWND owner = owner_();
   ItemList top;

@@ -1,5 +1,5 @@
 // The form's pages: where Next and Back lead, what they write, what they check.
-#include "app/version.h"
+#include "suite/product.h"
 #include "wizard_form.h"
 
 namespace zimbrat::tests {
@@ -32,7 +32,7 @@ TEST_F(Wizard, StandsOnItsFirstPage) {
   Load();
   EXPECT_PAGE(kStart);
   EXPECT_EQ(Utf8(form_.Caption()), "Zimbrat baz danych pakietu Kalmix v. " +
-                                       Utf8(app::ProgramVersion()));
+                                       Utf8(suite::ProductVersion()));
   EXPECT_EQ(form_.pboxKoniec.Top, 1100);
   EXPECT_EQ(form_.pboxKoniec.Left, 2100);
   EXPECT_EQ(Utf8(form_.cmbOdMiesiac.ShownText()) + " " + Utf8(form_.txtOdRok.Text()),

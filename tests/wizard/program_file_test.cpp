@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "app/version.h"
+#include "suite/product.h"
 #include "platform/text.h"
 #include "platform/win32/wide_text.h"
 
@@ -32,7 +32,7 @@ TEST(ProgramFile, TellsItsNameAndVersionInPolish) {
   ASSERT_TRUE(::VerQueryValueW(block.data(), L"\\VarFileInfo\\Translation", &data, &length));
   // The language in the lower half, the code page in the upper.
   EXPECT_EQ(*static_cast<const DWORD*>(data), MAKELONG(0x0415, 1200));
-  const std::string version = platform::Utf8FromUtf16(app::ProgramVersion());
+  const std::string version = platform::Utf8FromUtf16(suite::ProductVersion());
   const std::pair<const wchar_t*, std::string> rows[] = {
       {L"ProductName", "Zimbrat baz danych pakietu Kalmix"},
       {L"Comments", "Zakłada, rozszerza, kopiuje, sprawdza i naprawia bazy danych pakietu Kalmix"},

@@ -33,7 +33,8 @@ BOOL CALLBACK Collect(HWND window, LPARAM parameter) {
 Stage::Stage(const std::vector<std::string>& symbols, Registry which)
     : windows([this](std::u16string_view path, std::u16string_view original) {
         engines::VerifyDatabase(bench.files, path, original, [this] { windows.Pulse(); });
-      }),
+      },
+              state, outside),
       host(windows, state),
       state({bench.files,
              which == Registry::Real ? static_cast<platform::Registry&>(realRegistry) : bench.registry,
@@ -41,7 +42,8 @@ Stage::Stage(const std::vector<std::string>& symbols, Registry which)
              [this] {
                return engines::MakeEngine(bench.files, bench.clock, [this] { windows.Pulse(); });
              }}),
-      shell([this] { return windows.Owner(); }) {
+      shell([this] { return windows.Front(); }),
+      mapi([this] { return windows.Front(); }) {
   bench.environment.programFolder = bench.folder.Path();
   for (const std::string& symbol : symbols) {
     bench.WriteStructure(platform::Utf16FromUtf8(symbol + ".stb"), SmallProgram(symbol));

@@ -14,6 +14,9 @@
 #include "app/run_host.h"
 #include "app/win32/windows_host.h"
 #include "app/win32/wizard_window.h"
+#include "errors/ModError.h"
+#include "platform/win32/win32_automation.h"
+#include "platform/win32/win32_mapi.h"
 #include "platform/win32/win32_registry.h"
 #include "platform/win32/win32_shell.h"
 #include "tests/product/database_bench.h"
@@ -61,6 +64,10 @@ class Stage {
   app::RunHost host;
   suite::ProgramState state;
   platform::Win32Shell shell;
+  platform::Win32Automation automation;
+  platform::Win32Mapi mapi;
+  int ends = 0;  // of the program, that were asked for
+  errors::Outside outside{shell, automation, mapi, [this] { ++ends; }};
   std::unique_ptr<app::mdiMenu> form;
   std::unique_ptr<app::WizardWindow> window;
 };
