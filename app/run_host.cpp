@@ -2,6 +2,7 @@
 
 #include "app/modMain.h"
 #include "errors/ModError.h"
+#include "errors/error_texts.h"
 #include "suite/ModPrgFun.h"
 #include "platform/run_time_error.h"
 #include "platform/text.h"
@@ -21,7 +22,10 @@ std::optional<platform::Secret> RunHost::AskPassword(std::u16string_view databas
 void RunHost::ReportError(const platform::RunTimeError& error, std::u16string_view routine) {
   if (!IsAutomatic()) return windows_.ReportError(error, routine);
   errors::ErrorReportUnseen(state_, error, routine);
+  const std::u16string explanation =
+      errors::FindErrorText(state_, errors::SourceLabel(error.Source()), error.Number());
   Keep(error.Description() + u" [" + std::u16string(routine) + u"]");
+  if (!explanation.empty()) Keep(explanation);
 }
 
 void RunHost::SetBusy(bool busy) {

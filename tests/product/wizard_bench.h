@@ -2,32 +2,14 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "app/mdiMenu.h"
 #include "app/modMain.h"
 #include "app/run_host.h"
 #include "tests/product/database_bench.h"
+#include "tests/product/fake_shell.h"
 
 namespace zimbrat::tests {
-
-class FakeShell : public platform::Shell {
- public:
-  std::u16string folder;  // what the folder browser gives
-  std::u16string file;    // what the file dialog gives
-  std::vector<std::u16string> opened;
-  platform::FileDialog dialog;
-
-  std::u16string BrowseForFolder(std::u16string_view, unsigned, int) override { return folder; }
-  std::u16string OpenFileDialog(const platform::FileDialog& asked) override {
-    dialog = asked;
-    return file;
-  }
-  bool Open(std::u16string_view target) override {
-    opened.emplace_back(target);
-    return true;
-  }
-};
 
 // One start of the program on a bench, over those windows.
 struct WizardProgram {

@@ -188,7 +188,11 @@ TEST(AutomaticRunInWindows, MakesNoWindow) {
   ASSERT_TRUE(generator::GenerujNowaBaze(bench.state, bench.folder.Path(), u"Firma", file,
                                          {1, 2025, 1, 2025}, bar));
   for (const std::u16string_view database : {u"Firma.mdb", u"brak.mdb"}) {
-    app::WindowsHost windows([](std::u16string_view, std::u16string_view) {});
+    platform::Automation automation;
+    platform::Mapi mapi;
+    platform::Shell shell;
+    const errors::Outside outside{shell, automation, mapi, [] { ADD_FAILURE(); }};
+    app::WindowsHost windows([](std::u16string_view, std::u16string_view) {}, bench.state, outside);
     WizardProgram program(bench, windows);
     const WindowCount count;
     app::Main(program.state, program.form, u"auto|" + bench.PathOf(database), [] { ADD_FAILURE(); });
