@@ -39,7 +39,7 @@ SIZE ErrorWindow::LayOut(const Ruler& ruler) {
     top += kField + kGap;
   }
   Place(explanation_, {kMargin, kMargin, kColumn - kMargin, top - kGap}, ruler);
-  constexpr int kCheck = 10;
+  constexpr int kCheck = 12;
   Place(save_, {kMargin, top + 2, kRight, top + 2 + kCheck}, ruler);
   const int closed = top + 2 + kCheck + kMargin;
   constexpr int kNumberRight = kMargin + kName + kNumber, kSource = kNumberRight + kMargin;

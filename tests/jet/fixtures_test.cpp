@@ -30,6 +30,9 @@ struct Fixture {
   const char16_t* password;
 };
 
+// Test names are made of it.
+void PrintTo(const Fixture& fixture, std::ostream* out) { *out << fixture.name; }
+
 class AccessFiles : public ::testing::TestWithParam<Fixture> {
  protected:
   void SetUp() override {

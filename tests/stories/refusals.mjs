@@ -59,6 +59,11 @@ const cases = [
     repair: /^Sprawdzenie, naprawa bazy.*\nBłąd nr 3051; \(.*Firma\.mdb/s },
 ];
 
+// What a person can do about an error stands in the file beside the program, and at the end of what is said.
+const explanations = new Set(readText(path.join(path.dirname(zimbratc.at(-1)), "Errormsg.txt")).split("\r\n")
+  .map((line) => line.slice(line.indexOf("=") + 1)).filter((text) => text !== ""));
+const isExplained = (stderr) => !/Błąd nr/i.test(stderr) || explanations.has(stderr.trimEnd().split(/\r?\n/).at(-1));
+
 const commands = {
   stan: ["stan", "--baza", "Firma.mdb"],
   dodaj: ["dodaj", "--baza", "Firma.mdb", "--struktury", "../p1.stb"],
@@ -109,6 +114,7 @@ await tell("refusals", (folder) => {
     same(`${what}: status and result`, [status, stdout], [1, ""]);
     const due = (command === "sprawdz" && repair) || text;
     expect(due.test(stderr.replaceAll("\r\n", "\n")), `${what}: said ${stderr}`);
+    expect(isExplained(stderr), `${what}: explained nothing: ${stderr}`);
     expect(!stderr.includes(password), `${what}: tells the password`);
     same(`${what}: files`, inventory(data), before);
     same(`${what}: working folder`, fs.readdirSync(work), []);
@@ -149,7 +155,7 @@ await tell("refusals", (folder) => {
                                        { cwd: folder, env: { ...process.env, TEMP: work } });
     if (status === 77 || status === null) return false;
     same(`full disk, ${command}: status`, status, 1);
-    expect(/Błąd nr 61; \(.*praca wymaga \d MB wolnego miejsca, jest 1 MB.*\)\n\.:\nFirma\.mdb\n\n\.\.\/temp:\n$/s.test(stderr),
+    expect(/Błąd nr 61; \(.*praca wymaga \d MB wolnego miejsca, jest 1 MB.*\)\nNa dysku zabrakło wolnego miejsca\. [^\n]*\n\.:\nFirma\.mdb\n\n\.\.\/temp:\n$/s.test(stderr),
            `full disk, ${command}: said and left ${stderr}`);
     return true;
   }

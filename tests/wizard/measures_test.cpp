@@ -10,6 +10,7 @@
 #include <map>
 
 #include "app/page_texts.h"
+#include "app/win32/error_window.h"
 #include "app/win32/password_window.h"
 #include "platform/win32/wide_text.h"
 #include "tests/wizard/person.h"
@@ -178,6 +179,41 @@ TEST(Measures, DescriptionsAndNotesFit) {
   EXPECT_EQ(notes, 8) << "of two pages at four resolutions";
 }
 
+// Of a window beside the wizard: its texts have room, and it fits on the smallest screen.
+void ExpectRoom(app::FormWindow& window) {
+  for (const unsigned dpi : kResolutions) {
+    SCOPED_TRACE(dpi);
+    window.SetDpi(dpi);
+    RECT outer = {}, client = {};
+    ::GetWindowRect(window.Window(), &outer);
+    ::GetClientRect(window.Window(), &client);
+    EXPECT_LE(Width(outer), Scaled(800, dpi));
+    for (HWND child = ::GetWindow(window.Window(), GW_CHILD); child != nullptr;
+         child = ::GetWindow(child, GW_HWNDNEXT)) {
+      RECT place = {};
+      ::GetWindowRect(child, &place);
+      ::MapWindowPoints(nullptr, window.Window(), reinterpret_cast<POINT*>(&place), 2);
+      EXPECT_TRUE(place.right <= client.right && place.bottom <= client.bottom) << TextOf(child);
+      // Names for readers of the screen have no size.
+      if (Width(place) == 0) continue;
+      if (IsOfClass(child, WC_STATICW)) ExpectFits(child, WideTextOf(child));
+      if (IsOfClass(child, WC_BUTTONW)) ExpectCaptionFits(child, dpi);
+      if (!IsOfClass(child, WC_EDITW)) continue;
+      EXPECT_GE(Height(place), Extent(child, u"Ąg", 0, DT_SINGLELINE).cy) << TextOf(child);
+    }
+  }
+}
+
+TEST(Measures, TheErrorWindowHasRoomForItsTexts) {
+  Stage stage;
+  stage.Open();
+  errors::dlgError form(stage.state, stage.outside);
+  form.txtErrorNumber.SetText(u"-2147467259");
+  app::ErrorWindow window(form, stage.windows, stage.Top());
+  form.cmdSzczegol.Click();
+  ExpectRoom(window);
+}
+
 TEST(Measures, ThePasswordWindowHasRoomForItsTexts) {
   Stage stage;
   stage.Open();
@@ -185,15 +221,7 @@ TEST(Measures, ThePasswordWindowHasRoomForItsTexts) {
     dialogs::dlgBazaHaslo form(stage.windows);
     form.NoweHaslo(isPrompt);
     app::PasswordWindow window(form, stage.windows, stage.Top());
-    for (const unsigned dpi : kResolutions) {
-      SCOPED_TRACE(dpi);
-      window.SetDpi(dpi);
-      for (HWND child = ::GetWindow(window.Window(), GW_CHILD); child != nullptr;
-           child = ::GetWindow(child, GW_HWNDNEXT)) {
-        if (IsOfClass(child, WC_STATICW)) ExpectFits(child, WideTextOf(child));
-        if (IsOfClass(child, WC_BUTTONW)) ExpectCaptionFits(child, dpi);
-      }
-    }
+    ExpectRoom(window);
   }
 }
 

@@ -11,6 +11,7 @@
 
 #include "app/win32/password_window.h"
 #include "dialogs/dlgBazaHaslo.h"
+#include "platform/error_numbers.h"
 #include "tests/wizard/person.h"
 #include "tests/wizard/picture.h"
 #include "tests/wizard/stage.h"
@@ -47,6 +48,8 @@ void TakeExamples(tests::Stage& stage, const std::filesystem::path& structures) 
     std::filesystem::copy_file(file.path(), std::filesystem::path(stage.bench.folder.Path()) /
                                                 file.path().filename());
   }
+  std::filesystem::copy_file(structures.parent_path() / "errors" / "Errormsg.txt",
+                             std::filesystem::path(stage.bench.PathOf(u"Errormsg.txt")));
 }
 
 void TakeNewDatabase(tests::Stage& stage, Album& album) {
@@ -118,6 +121,20 @@ void TakeDialogs(tests::Stage& stage, Album& album) {
   album.Take(window.Window(), "10-haslo");
 }
 
+void TakeErrors(tests::Stage& stage, Album& album) {
+  const Act open = [](HWND dialog) {
+    for (HWND child = ::GetWindow(dialog, GW_CHILD); child != nullptr; child = ::GetWindow(child, GW_HWNDNEXT)) {
+      if (tests::TextOf(child) == "&Szczegóły") ::SendMessageW(child, BM_CLICK, 0, 0);
+    }
+  };
+  const tests::Person person({Then(Then(album.Taking("16-blad-programu"), open),
+                                   Then(album.Taking("17-blad-szczegoly"), Press(IDCANCEL)))},
+                             L"ZimbratOkno");
+  stage.host.ReportError({platform::kErrFileInUse, u"DAO.Workspace",
+                          u"Nie można użyć „" + stage.bench.PathOf(u"Firma ABC.mdb") + u"”; plik jest już używany."},
+                         u"RegBaseKeySave");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -141,5 +158,6 @@ int main(int argc, char** argv) {
   TakeExistingDatabase(second, album);
   TakeFailedRun(second, album);
   TakeDialogs(second, album);
+  TakeErrors(second, album);
   return album.Failures() == 0 && !testing::Test::HasFailure() ? 0 : 1;
 }
