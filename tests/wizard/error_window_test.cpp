@@ -325,6 +325,26 @@ TEST_F(ErrorWindowTest, OpensALinkOfTheMailProgram) {
                 "żółć & #1 [RegBaseKeySave]");
 }
 
+// The person's own registry: an interactive run keeps the choice directly under its root.
+TEST(ErrorWindow, KeepsTheChoiceUnderTheUsersRoot) {
+  const auto choice = [] {
+    wchar_t text[16] = L"<none>";
+    DWORD size = sizeof text;
+    ::RegGetValueW(HKEY_CURRENT_USER, nullptr, L"Zapisz błędy", RRF_RT_REG_SZ, nullptr, text, &size);
+    return std::wstring(text);
+  };
+  const auto forget = [] { ::RegDeleteKeyValueW(HKEY_CURRENT_USER, nullptr, L"Zapisz błędy"); };
+  forget();
+  Stage stage({"AB"}, Stage::Registry::Real);
+  stage.Open();
+  const Person person({Then([&](HWND) { EXPECT_EQ(choice(), L"0") << "the default is written back"; },
+                            Then(Click("Zapisuj błędy w\u00A0dzienniku Error.log"), Click("OK")))},
+                      kFormClass);
+  stage.host.ReportError({3022, u"DAO", u"x"}, u"RegBaseKeySave");
+  EXPECT_EQ(choice(), L"1");
+  forget();
+}
+
 class RaisingRegistry : public platform::Registry {
  public:
   std::int32_t CreateKey(platform::RegistryRoot, std::u16string_view, std::unique_ptr<platform::RegistryKey>&) override {

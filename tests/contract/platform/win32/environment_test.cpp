@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "platform/win32/win32_clock.h"
@@ -21,7 +22,20 @@ TEST(WindowsEnvironment, IsPolish) {
   EXPECT_EQ(std::wstring(letters), L"ĄĆĘŁŃÓŚŹŻ");
 }
 
-// The user's own pattern, not one of ours.
+// The user's setting of the date, put back at the end.
+class DatePattern {
+ public:
+  DatePattern() { ::GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SSHORTDATE, former_, 80); }
+  ~DatePattern() { Set(former_); }
+  DatePattern(const DatePattern&) = delete;
+  DatePattern& operator=(const DatePattern&) = delete;
+  void Set(const wchar_t* pattern) { EXPECT_TRUE(::SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SSHORTDATE, pattern)); }
+
+ private:
+  wchar_t former_[80] = {};
+};
+
+// The user's own pattern, not one of ours. One test, since the setting is one for all programs.
 TEST(WindowsClock, FollowsTheRegionalFormats) {
   Win32Clock clock;
   SYSTEMTIME now;
@@ -39,6 +53,16 @@ TEST(WindowsClock, FollowsTheRegionalFormats) {
     EXPECT_EQ(expectedDate.size(), 10u);
     EXPECT_EQ(expectedTime.size(), 5u);
   }
+  DatePattern pattern;
+  pattern.Set(L"yyyy-MM-dd");
+  const std::u16string dashes = clock.ShortDate();
+  pattern.Set(L"d/M/yy");
+  const std::u16string slashes = clock.ShortDate();
+  ASSERT_EQ(dashes.size(), 10u);
+  EXPECT_EQ(dashes[4], u'-');
+  EXPECT_EQ(dashes[7], u'-');
+  EXPECT_EQ(std::count(slashes.begin(), slashes.end(), u'/'), 2);
+  EXPECT_EQ(slashes.substr(slashes.size() - 2), dashes.substr(2, 2)) << "the year";
 }
 
 }  // namespace
