@@ -2,13 +2,12 @@
 
 #include "generator/ModGeneruj.h"
 #include "suite/manners.h"
+#include "suite/product.h"
 #include "platform/files.h"
 #include "platform/host.h"
 
 namespace zimbrat::app {
 namespace {
-
-constexpr std::u16string_view kTitle = u"Zimbrat bazy";
 
 constexpr std::u16string_view kNoChoice = u"Wskaż bazę danych i spróbuj ponownie.";
 
@@ -45,7 +44,7 @@ void TellLosses(suite::ProgramState& state, const dao::RepairOutcome& outcome) {
   if (!outcome.keptFile.empty()) {
     text.append(suite::kCrLf).append(u"Uszkodzony plik zachowano: ").append(outcome.keptFile);
   }
-  state.on.host.ShowMessage(text, platform::kMsgExclamation, kTitle);
+  state.on.host.ShowMessage(text, platform::kMsgExclamation, suite::MessageTitle());
 }
 
 }  // namespace

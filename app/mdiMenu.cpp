@@ -21,8 +21,6 @@
 namespace zimbrat::app {
 namespace {
 
-constexpr std::u16string_view kTitle = u"Zimbrat bazy";
-
 // Twips: the common place of all pages.
 constexpr std::u16string_view kPageTag = u"podklad";
 constexpr int kPagesTop = 1100;
@@ -178,7 +176,7 @@ void mdiMenu::Form_QueryUnload(bool& Cancel, int) {
   if (!state_.ArgAuto.empty() || pboxStart.Visible() || pboxKoniec.Visible()) return;
   Cancel = state_.on.host.ShowMessage(u"Chcesz zakończyć pracę zimbrata?",
                                       platform::kMsgQuestionYesNoDefaultNo,
-                                      kTitle) == platform::kAnswerNo;
+                                      suite::MessageTitle()) == platform::kAnswerNo;
 }
 
 void mdiMenu::Unload() {
@@ -212,7 +210,7 @@ void mdiMenu::ShowHelp() {
   if (isThere && shell_.Open(state_.helpFile)) return;
   state_.on.host.ShowMessage(
       (isThere ? u"Nie można otworzyć pliku pomocy: " : u"Brak pliku pomocy: ") + state_.helpFile,
-      platform::kMsgInformation, kTitle);
+      platform::kMsgInformation, suite::MessageTitle());
 }
 
 void mdiMenu::txtNBazaFolder_ButtonClick() {

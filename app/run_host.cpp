@@ -22,8 +22,7 @@ std::optional<platform::Secret> RunHost::AskPassword(std::u16string_view databas
 void RunHost::ReportError(const platform::RunTimeError& error, std::u16string_view routine) {
   if (!IsAutomatic()) return windows_.ReportError(error, routine);
   errors::ErrorReportUnseen(state_, error, routine);
-  const std::u16string explanation =
-      errors::FindErrorText(state_, errors::SourceLabel(error.Source()), error.Number());
+  const std::u16string explanation = errors::FindErrorText(state_, error);
   Keep(error.Description() + u" [" + std::u16string(routine) + u"]");
   if (!explanation.empty()) Keep(explanation);
 }

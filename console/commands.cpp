@@ -76,7 +76,7 @@ Outcome RunStan(const CommandContext& context) {
   outcome.database = path;
   ShowPrograms(context, list, outcome);
   if (!compared && list.Count() == 0 && !suite::StructureFiles(state).empty()) {
-    return Failed(u"Nie można porównać struktur z bazą: " + path);
+    return Failed(NotComparedText(state, path, compared));
   }
   return outcome;
 }

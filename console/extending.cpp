@@ -21,20 +21,15 @@ std::optional<Outcome> FindUnnamedProgram(const CommandContext& context,
   return std::nullopt;
 }
 
-// The rest of the list would be missing, and a check would praise what it has not seen.
-Outcome NotCompared(const CommandContext& context, const std::u16string& database,
-                    const suite::Comparison& comparison) {
-  std::u16string text = u"Nie można porównać struktur z bazą: " + database;
-  if (!comparison.stoppedAt.empty()) text += u", plik struktury: " + comparison.stoppedAt;
-  return Failed(text + u". " + ErrorText(context.state, *comparison.error));
-}
-
 // The message of the page, and the engine's reason where the message gives none.
 Outcome NotReady(const CommandContext& context) {
   std::u16string text = context.host.Messages();
   const suite::KontekstBledu& error = context.state.context;
-  if (error.Number != 0) text += ErrorText(context.state, {error.Number, error.Source, error.Description});
-  if (context.state.openingError) text += Explanation(context.state);
+  if (context.state.openingError) {
+    text += Explanation(context.state);
+  } else if (error.Number != 0) {
+    text += ErrorText(context.state, {error.Number, error.Source, error.Description});
+  }
   return Failed(std::move(text));
 }
 
@@ -45,7 +40,8 @@ Outcome Extend(const CommandContext& context, suite::Task task,
   platform::OrvListCheck programs(u';');
   const app::Prepared prepared = app::PrepareDatabase(state, task, database, structures, programs);
   if (!prepared) return NotReady(context);
-  if (prepared.comparison.error) return NotCompared(context, database, prepared.comparison);
+  // The rest of the list would be missing, and a check would praise what it has not seen.
+  if (prepared.comparison.error) return Failed(NotComparedText(state, database, prepared.comparison));
   Outcome outcome;
   if (task == suite::Task::Dodaj) {
     for (int i = 0; i < programs.Count(); ++i) programs.SetChecked(i, true);

@@ -20,7 +20,7 @@ void TellMissing(suite::ProgramState& state, std::int32_t number) {
           u". Program nie może wysłać pocztę elektroniczną stosująć aplikację MS Outlook. Zmień "  // sic
           u"ustawienia programu: menu Narzędzia, polecenie Parametry programu, zakładka Aplikacja i "
           u"spróbuj ponownie.",
-      platform::kMsgCritical, suite::ProductTitle());
+      platform::kMsgCritical, suite::MessageTitle());
 }
 
 void Attach(AutomationObject& item, std::u16string_view path) {

@@ -46,13 +46,13 @@ dlgError::dlgError(suite::ProgramState& state, const Outside& outside) : state_(
 }
 
 void dlgError::Unload() {
-  // The mail program may let the window's messages through while it is at work.
-  if (isSending_) return;
+  // While the mail program is at work, or a question stands over the window, messages may still come through.
+  if (isSending_ || isAsking_) return;
   Attempt([&] {
     suite::RegStringSave(state_.on.registry, state_.StatusKey, kSaveErrorsValue,
                          platform::DecimalText(cbrejestr.Value()));
   });
-  if (cbrejestr.Value() == 1) WriteErrorLog();
+  if (cbrejestr.Value() == 1) Attempt([&] { WriteErrorLog(); });
   SetVisible(false);
 }
 
@@ -75,10 +75,15 @@ void dlgError::WriteErrorLog() {
 }
 
 void dlgError::cmdPrzerwij_Click() {
-  if (isSending_) return;
-  const int answer = state_.on.host.ShowMessage(
-      u"Nastąpi przerwanie działania programu. Wszystkie niezapisane dane zostaną utracone. Kontynuować?",
-      platform::kMsgQuestionYesNoDefaultNo, suite::ProductTitle());
+  if (isAsking_) return;
+  isAsking_ = true;
+  int answer = platform::kAnswerNo;
+  Attempt([&] {
+    answer = state_.on.host.ShowMessage(
+        u"Nastąpi przerwanie działania programu. Wszystkie niezapisane dane zostaną utracone. Kontynuować?",
+        platform::kMsgQuestionYesNoDefaultNo, suite::ProductTitle());
+  });
+  isAsking_ = false;
   if (answer == platform::kAnswerYes) outside_.endProgram();
 }
 
@@ -93,7 +98,7 @@ void dlgError::cmdSzczegol_Click() {
 }
 
 void dlgError::cmdWyslij_Click() {
-  if (isSending_) return;
+  if (isSending_ || isAsking_) return;
   isSending_ = true;
   Attempt([&] {
     const suite::Hourglass hourglass(state_.on.host);

@@ -52,6 +52,9 @@ class dlgError : public platform::Form {
   platform::Button cmdSzczegol;
   platform::Button cmdWyslij;
 
+  // Whether the mail program is at work on a report.
+  bool IsSending() const { return isSending_; }
+
  private:
   void cmdPrzerwij_Click();
   void cmdSzczegol_Click();
@@ -65,6 +68,7 @@ class dlgError : public platform::Form {
   suite::Loaded loaded_{state_, *this};
   platform::MailSession session_ = platform::kNoMailSession;
   bool isSending_ = false;
+  bool isAsking_ = false;  // whether the program is to end
 };
 
 }  // namespace zimbrat::errors

@@ -61,6 +61,10 @@ std::u16string FindErrorText(const suite::ProgramState& state, std::u16string_vi
   return platform::Utf16FromAnsi1250(buffer);
 }
 
+std::u16string FindErrorText(const suite::ProgramState& state, const platform::RunTimeError& error) {
+  return FindErrorText(state, SourceLabel(error.Source()), error.Number());
+}
+
 std::u16string ErrorTextLookup(const suite::ProgramState& state, std::u16string_view sourceLabel,
                                std::int32_t errorNumber, std::u16string_view currentSource) {
   std::u16string text;

@@ -21,6 +21,9 @@ std::u16string SourceLabel(std::u16string_view source);
 std::u16string FindErrorText(const suite::ProgramState& state, std::u16string_view sourceLabel,
                              std::int32_t errorNumber);
 
+// The same for an error, by its source.
+std::u16string FindErrorText(const suite::ProgramState& state, const platform::RunTimeError& error);
+
 // Never empty: without a text of its own, what a person can do about an error of `currentSource`. Raises
 // nothing.
 std::u16string ErrorTextLookup(const suite::ProgramState& state, std::u16string_view sourceLabel,

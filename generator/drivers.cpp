@@ -2,6 +2,7 @@
 #include "generator/ModGeneruj.h"
 
 #include "drivers.h"
+#include "suite/product.h"
 #include "suite/manners.h"
 #include "platform/text.h"
 
@@ -10,7 +11,6 @@
 namespace zimbrat::generator {
 namespace {
 
-constexpr std::u16string_view kMessageTitle = u"Zimbrat bazy";
 
 void CreateEmptyDatabase(ProgramState& state, const std::u16string& path) {
   const auto workspace = state.Engine().CreateWorkspace(u"", u"Admin", u"");
@@ -54,7 +54,7 @@ bool MayTakePlace(ProgramState& state, const std::u16string& path) {
                                        u" istnieje. Wskazany plik może zawierać dane. Usunąć plik "
                                        u"i utworzyć nowy plik bazy?",
                                    platform::kMsgQuestionYesNoDefaultNo,
-                                   kMessageTitle) == platform::kAnswerYes;
+                                   suite::MessageTitle()) == platform::kAnswerYes;
 }
 
 std::vector<std::u16string> SplitFileList(std::u16string_view list, char16_t separator) {

@@ -115,10 +115,12 @@ void RegKeyValueSet(platform::Registry& registry, std::u16string_view path,
 
 RegVariant RegKeyValueGet(platform::Registry& registry, std::u16string_view path,
                           std::u16string_view name) {
-  std::unique_ptr<platform::RegistryKey> key;
-  registry.OpenKey(RegistryRoot::CurrentUser, path, RegistryAccess::All, key);
   RegVariant value;
-  RegValueQuery(key.get(), name, value);
+  Attempt([&] {
+    std::unique_ptr<platform::RegistryKey> key;
+    registry.OpenKey(RegistryRoot::CurrentUser, path, RegistryAccess::All, key);
+    RegValueQuery(key.get(), name, value);
+  });
   return value;
 }
 
@@ -149,7 +151,9 @@ std::u16string RegStringRead(platform::Registry& registry, std::u16string_view p
                              std::u16string_view name, std::u16string_view defaultText) {
   const RegVariant value = RegKeyValueGet(registry, path, name);
   if (!std::holds_alternative<std::monostate>(value)) return TextFromVariant(value);
-  RegKeyValueSet(registry, path, name, std::u16string(defaultText), platform::kRegSz);
+  Attempt([&] {
+    RegKeyValueSet(registry, path, name, std::u16string(defaultText), platform::kRegSz);
+  });
   return std::u16string(defaultText);
 }
 

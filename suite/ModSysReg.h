@@ -1,6 +1,7 @@
 // The suite's branch of the registry: the list of databases, the default folder, the wizard's own
 // settings. All operations work under the current user and raise nothing: a failure comes back as
-// the registry's code, as an empty result, or not at all.
+// the registry's code, as an empty result, or not at all. Only a write can raise what its registry raises
+// (exhausted memory).
 #pragma once
 
 #include "suite/program_state.h"

@@ -7,6 +7,8 @@
 namespace zimbrat::suite {
 
 std::u16string_view ProductTitle();
+// Of message boxes.
+std::u16string_view MessageTitle();
 // "major.minor.revision".
 std::u16string_view ProductVersion();
 // The e-mail address that error reports go to.

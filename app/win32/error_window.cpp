@@ -1,5 +1,7 @@
 #include "error_window.h"
 
+#include <algorithm>
+
 namespace zimbrat::app {
 
 ErrorWindow::ErrorWindow(errors::dlgError& form, platform::Host& host, HWND owner)
@@ -20,13 +22,17 @@ ErrorWindow::ErrorWindow(errors::dlgError& form, platform::Host& host, HWND owne
 }
 
 void ErrorWindow::RunModally() {
-  ShowDefaultButton();
   ::MessageBeep(MB_ICONERROR);
-  ::ShowWindow(Window(), SW_SHOW);
-  error_.cmdOK.SetFocus();
-  RunModal(*this, error_);
+  RunModal(error_.cmdOK);
   // The program is told to end meanwhile.
   if (error_.Visible()) error_.Unload();
+}
+
+bool ErrorWindow::OnMessage(UINT message, WPARAM, LPARAM, LRESULT& answer) {
+  if (message != WM_SETCURSOR || !error_.IsSending()) return false;
+  ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
+  answer = TRUE;
+  return true;
 }
 
 SIZE ErrorWindow::LayOut(const Ruler& ruler) {
@@ -51,7 +57,9 @@ SIZE ErrorWindow::LayOut(const Ruler& ruler) {
   if (error_.Height() != 0) {
     const SIZE frame = ruler.OuterSize({}, static_cast<DWORD>(::GetWindowLongPtrW(Window(), GWL_STYLE)),
                                        static_cast<DWORD>(::GetWindowLongPtrW(Window(), GWL_EXSTYLE)));
-    client.cy = ruler.Twips(error_.Height()) - frame.cy;
+    // Where the system's texts are very large, the description needs more.
+    const int least = ruler.Y(closed + 2 * (kField + kGap) + kMargin);
+    client.cy = std::max<LONG>(ruler.Twips(error_.Height()) - frame.cy, least);
   }
   description_.Place({ruler.X(kMargin), ruler.Y(closed + kField + kGap), ruler.X(kRight),
                       client.cy - ruler.Y(kMargin)},

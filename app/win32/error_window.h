@@ -21,6 +21,7 @@ class ErrorWindow : public FormWindow {
   platform::Button* DefaultButton() override { return &error_.cmdOK; }
   void OnCancel() override { error_.Unload(); }
   void OnClose() override { error_.Unload(); }
+  bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& answer) override;
 
   errors::dlgError& error_;
   View& explanation_;

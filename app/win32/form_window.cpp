@@ -1,5 +1,7 @@
 #include "form_window.h"
 
+#include "platform/error_numbers.h"
+#include "platform/run_time_error.h"
 #include "platform/win32/wide_text.h"
 #include "resources.h"
 #include "suite/manners.h"
@@ -117,6 +119,7 @@ FormWindow::FormWindow(platform::Form& form, platform::Host& host, HWND owner, D
   window_ = platform::WindowHandle(::CreateDialogIndirectParamW(
       ::GetModuleHandleW(nullptr), reinterpret_cast<const DLGTEMPLATE*>(description.data()), owner,
       Procedure, reinterpret_cast<LPARAM>(this)));
+  if (!window_.IsOpen()) throw platform::OwnError(platform::kErrOutOfMemory);
   KeepSizeOurs(Window());
   SetText(Window(), form.Caption());
 }
@@ -230,6 +233,9 @@ INT_PTR CALLBACK FormWindow::Procedure(HWND window, UINT message, WPARAM wParam,
 
 bool FormWindow::Answer(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& answer) {
   if (OnMessage(message, wParam, lParam, answer)) return true;
+  // Programs that click for people need no mouse.
+  const bool isOrder = message == WM_COMMAND || message == WM_CLOSE;
+  if (isOrder && !::IsWindowEnabled(Window())) return true;
   switch (message) {
     case WM_CTLCOLORDLG:
       answer = reinterpret_cast<LRESULT>(::GetSysColorBrush(COLOR_WINDOW));
@@ -273,24 +279,26 @@ void FormWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
 
 bool FormWindow::OnMessage(UINT, WPARAM, LPARAM, LRESULT&) { return false; }
 
-void RunModal(FormWindow& window, const platform::Form& form) {
+void FormWindow::RunModal(platform::Control& first) {
   const HWND focus = ::GetFocus();
-  OthersDeaf others(window.Window());
-  ::ShowWindow(window.Window(), SW_SHOW);
+  OthersDeaf others(Window());
+  ::ShowWindow(Window(), SW_SHOW);
+  first.SetFocus();
+  ShowDefaultButton();
   MSG message = {};
-  while (form.Visible()) {
+  while (form_.Visible()) {
     const BOOL got = ::GetMessageW(&message, nullptr, 0, 0);
     if (got <= 0) {
       ::PostQuitMessage(static_cast<int>(message.wParam));
       break;
     }
-    if (window.TakesKey(message)) continue;
+    if (TakesKey(message)) continue;
     ::TranslateMessage(&message);
     ::DispatchMessageW(&message);
   }
   // The others first: a hidden window would hand the focus to another program.
   others.Wake();
-  ::ShowWindow(window.Window(), SW_HIDE);
+  ::ShowWindow(Window(), SW_HIDE);
   if (focus != nullptr) ::SetFocus(focus);
 }
 

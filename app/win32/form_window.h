@@ -29,7 +29,8 @@ class FormWindow {
   void SetDpi(unsigned dpi);
 
  protected:
-  // `owner` may be null. The window is not shown yet. Errors in handlers go to `host`.
+  // `owner` may be null. The window is not shown yet. Errors in handlers go to `host`. Error 7 when the system
+  // makes no window.
   FormWindow(platform::Form& form, platform::Host& host, HWND owner, DWORD style);
 
   // The end of each constructor: everything in its place, the window in the middle of its owner or of
@@ -54,6 +55,9 @@ class FormWindow {
   void Place(View& view, const RECT& area, const Ruler& ruler);
   // Draws all views anew as their models are.
   void ShowViews();
+  // Shows the window with the focus on that control, until its form is hidden; the program's other windows are
+  // deaf meanwhile.
+  void RunModal(platform::Control& first);
   // Draws the default button anew after a change.
   void ShowDefaultButton();
 
@@ -75,8 +79,5 @@ class FormWindow {
   std::vector<ViewPtr> views_;
   platform::IconHandle icons_[2];
 };
-
-// Runs the window until its form is hidden, the program's others deaf meanwhile.
-void RunModal(FormWindow& window, const platform::Form& form);
 
 }  // namespace zimbrat::app

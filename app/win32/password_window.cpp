@@ -15,11 +15,8 @@ PasswordWindow::PasswordWindow(dialogs::dlgBazaHaslo& form, platform::Host& host
 }
 
 void PasswordWindow::RunModally() {
-  ShowDefaultButton();
   platform::TextBox& first = password_.txtOpis.Enabled() ? password_.txtOpis : password_.txtHaslo;
-  ::ShowWindow(Window(), SW_SHOW);
-  first.SetFocus();
-  RunModal(*this, password_);
+  RunModal(first);
   // The program is told to end meanwhile.
   if (password_.Visible()) password_.cmdAnuluj.Click();
 }

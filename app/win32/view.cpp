@@ -1,5 +1,7 @@
 #include "view.h"
 
+#include "platform/error_numbers.h"
+#include "platform/run_time_error.h"
 #include "platform/win32/wide_text.h"
 #include "ruler.h"
 
@@ -18,9 +20,11 @@ void GiveFocusAway(HWND control) {
 }  // namespace
 
 HWND MakeControl(HWND parent, const wchar_t* type, DWORD style, DWORD extendedStyle, int id) {
-  return ::CreateWindowExW(extendedStyle, type, L"", style | WS_CHILD, 0, 0, 0, 0, parent,
-                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                           ::GetModuleHandleW(nullptr), nullptr);
+  const HWND control = ::CreateWindowExW(extendedStyle, type, L"", style | WS_CHILD, 0, 0, 0, 0, parent,
+                                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                                         ::GetModuleHandleW(nullptr), nullptr);
+  if (control == nullptr) throw platform::OwnError(platform::kErrOutOfMemory);
+  return control;
 }
 
 void SetText(HWND window, std::u16string_view text) {

@@ -76,7 +76,7 @@ class View {
   int taking_ = 0;
 };
 
-// A control of the system's class on `parent`; shown as its view says.
+// A control of the system's class on `parent`; shown as its view says. Error 7 when the system makes none.
 HWND MakeControl(HWND parent, const wchar_t* type, DWORD style, DWORD extendedStyle = 0, int id = 0);
 void SetText(HWND window, std::u16string_view text);
 // Moves the focus as the keyboard would, so that the default button follows.

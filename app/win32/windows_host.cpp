@@ -4,6 +4,7 @@
 #include "error_window.h"
 #include "password_window.h"
 #include "platform/run_time_error.h"
+#include "platform/text.h"
 #include "suite/manners.h"
 #include "platform/win32/wide_text.h"
 #include "wizard_window.h"
@@ -77,7 +78,12 @@ void WindowsHost::ReportError(const platform::RunTimeError& error, std::u16strin
   });
   --reports_;
   if (!failure) return;
-  ::MessageBoxW(Front(), L"Błąd inicjowania okna obsługi błędów.", L"Błąd programu", MB_ICONERROR);
+  std::u16string text;
+  suite::Attempt([&] {
+    text = u"Błąd inicjowania okna obsługi błędów.\r\n\r\nBłąd nr " + platform::DecimalText(error.Number()) +
+           u"; (" + error.Description() + u") [" + std::u16string(routine) + u"]";
+  });
+  ::MessageBoxW(Front(), platform::Lend(text), L"Błąd programu", MB_ICONERROR);
 }
 
 void WindowsHost::ShowError(errors::dlgError& form, errors::DialogOwner owner) {

@@ -54,7 +54,8 @@ std::u16string SystemText(HRESULT code) {
 [[noreturn]] void Raise(EXCEPINFO& said) {
   if (said.pfnDeferredFillIn != nullptr) said.pfnDeferredFillIn(&said);
   const Bstr source(said.bstrSource), description(said.bstrDescription), help(said.bstrHelpFile);
-  const std::int32_t number = said.wCode != 0 ? said.wCode : NumberOf(said.scode);
+  std::int32_t number = said.wCode != 0 ? said.wCode : NumberOf(said.scode);
+  if (number == 0) number = kErrAutomation;
   const std::u16string text = TextOf(description);
   throw RunTimeError(number, TextOf(source), text.empty() ? SystemText(said.scode) : text);
 }

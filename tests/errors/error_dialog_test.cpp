@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "app/run_host.h"
+#include "errors/mail_method.h"
 #include "suite/ModSysReg.h"
 #include "suite/product.h"
 #include "tests/errors/error_bench.h"
@@ -17,7 +18,7 @@ std::string ProgramLine() {
   return "Program=" + Utf8(suite::ProductTitle()) + " ver. " + Utf8(suite::ProductVersion()) + "\r\n";
 }
 
-// The fifth key of one error.
+// One error, in the order of writing.
 std::string LogSection(const std::string& minute, const std::string& source, const std::string& number,
                        const std::string& routine, const std::string& description) {
   return "[" + minute + "]\r\n" + ProgramLine() + "Źródło=" + source + "\r\nNumer=" + number + "\r\nObiekt=" +
@@ -152,11 +153,15 @@ TEST(ErrorDialog, EndsTheProgramWithoutATrace) {
     ErrorBench bench;
     suite::RegStringSave(bench.bench.registry, kRoot, errors::kSaveErrorsValue, u"0");
     bench.host.answer = answer;
-    bench.use = [](dlgError& dialog) {
+    dlgError* shown = nullptr;
+    bench.use = [&](dlgError& dialog) {
+      shown = &dialog;
       dialog.cbrejestr.SetValue(1);
       dialog.cmdPrzerwij.Click();
       EXPECT_TRUE(dialog.Visible());
     };
+    // Somebody closes the window under the question: that runs no step either.
+    bench.host.onMessage = [&] { shown->Unload(); };
     bench.Report(3022, u"DAO", u"x");
     EXPECT_EQ(bench.ends, ends);
     EXPECT_EQ(bench.SavedChoice(kRoot), "0");
@@ -203,21 +208,22 @@ TEST(ErrorReport, IsLoggedUnseenInAnAutomaticRun) {
   }
 }
 
+// Exhausted memory, at every call; or a mere refusal.
 class RaisingRegistry : public platform::Registry {
  public:
-  bool isRaising = true;  // else it refuses
-  std::int32_t CreateKey(platform::RegistryRoot, std::u16string_view path,
+  bool isRaising = true;
+  std::int32_t CreateKey(platform::RegistryRoot, std::u16string_view,
                          std::unique_ptr<platform::RegistryKey>&) override {
-    return Answer(path);
+    return Answer();
   }
-  std::int32_t OpenKey(platform::RegistryRoot, std::u16string_view path, platform::RegistryAccess,
+  std::int32_t OpenKey(platform::RegistryRoot, std::u16string_view, platform::RegistryAccess,
                        std::unique_ptr<platform::RegistryKey>&) override {
-    return Answer(path);
+    return Answer();
   }
 
  private:
-  std::int32_t Answer(std::u16string_view path) const {
-    if (isRaising && path.starts_with(suite::kDatabaseListKey)) throw platform::OwnError(7);
+  std::int32_t Answer() const {
+    if (isRaising) throw platform::OwnError(7);
     return platform::kRegistryAccessDenied;
   }
 };
@@ -241,11 +247,11 @@ TEST(ErrorReport, ComesFromTheListOfDatabases) {
 }
 
 // Whatever is missing or refuses, the dialog is shown and can be closed.
-TEST(ErrorReport, NeedsNothingThatCouldFail) {
+TEST(ErrorReport, NeedsNeitherRegistryNorFolder) {
   RaisingRegistry registry;
-  registry.isRaising = false;
   ErrorBench bench(&registry);
   bench.state.errorFolder = std::u16string(u"\0:|?", 4);
+  EXPECT_EQ(errors::ReadMailMethod(registry), u"");
   bench.use = [](dlgError& dialog) {
     dialog.cbrejestr.SetValue(1);
     dialog.cmdOK.Click();

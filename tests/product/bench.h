@@ -27,9 +27,11 @@ class FakeHost : public platform::Host {
   // Throws for copies that are not sound; without it all are.
   std::function<void(std::u16string_view path, std::u16string_view original)> verify;
   int busyDepth = 0;
+  std::function<void()> onMessage;  // while one is shown
 
   int ShowMessage(std::u16string_view prompt, int, std::u16string_view) override {
     messages.emplace_back(prompt);
+    if (onMessage) onMessage();
     return answer;
   }
   void Pulse() override {}
