@@ -36,13 +36,17 @@ dlgError::dlgError(suite::ProgramState& state, const Outside& outside) : state_(
       {&cmdWyslij, u"&Wyślij"},
   };
   for (const auto& [control, caption] : captions) control->SetCaption(caption);
-  platform::Control* const details[] = {&labErrorNumber, &txtErrorNumber, &labErrorSource, &txtErrorSource,
-                                        &txtErrorOpis};
-  for (platform::Control* control : details) control->SetVisible(false);
+  ShowDetails(false);
   cmdOK.SetOnClick([this] { Unload(); });
   cmdPrzerwij.SetOnClick([this] { cmdPrzerwij_Click(); });
   cmdSzczegol.SetOnClick([this] { cmdSzczegol_Click(); });
   cmdWyslij.SetOnClick([this] { cmdWyslij_Click(); });
+}
+
+void dlgError::ShowDetails(bool areVisible) {
+  platform::Control* const details[] = {&labErrorNumber, &labErrorSource, &txtErrorNumber, &txtErrorSource,
+                                        &txtErrorOpis};
+  for (platform::Control* control : details) control->SetVisible(areVisible);
 }
 
 void dlgError::Unload() {
@@ -64,12 +68,12 @@ void dlgError::WriteErrorLog() {
       {u"Obiekt", errFunkcja},
       {u"Opis", std::u16string(txtErrorOpis.Text())},
   };
+  const std::u16string file = ErrorFile(state_, u"Error.log");
   for (const auto& [key, value] : facts) {
     Attempt([&] {
       const std::u16string now = state_.on.clock.ShortDate() + u" " + state_.on.clock.ShortTime();
       const std::string name = platform::Ansi1250FromUtf16(key), text = platform::Ansi1250FromUtf16(value);
-      state_.on.profile.Write(platform::Ansi1250FromUtf16(now), &name, &text,
-                              ErrorFile(state_, u"Error.log"));
+      state_.on.profile.Write(platform::Ansi1250FromUtf16(now), &name, &text, file);
     });
   }
 }
@@ -88,9 +92,7 @@ void dlgError::cmdPrzerwij_Click() {
 }
 
 void dlgError::cmdSzczegol_Click() {
-  platform::Control* const details[] = {&labErrorNumber, &labErrorSource, &txtErrorNumber, &txtErrorSource,
-                                        &txtErrorOpis};
-  for (platform::Control* control : details) control->SetVisible(true);
+  ShowDetails(true);
   SetHeight(kHeightWithDetails);
   // The button would take the focus along.
   txtErrorOpis.SetFocus();

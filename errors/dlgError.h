@@ -56,6 +56,7 @@ class dlgError : public platform::Form {
   bool IsSending() const { return isSending_; }
 
  private:
+  void ShowDetails(bool areVisible);
   void cmdPrzerwij_Click();
   void cmdSzczegol_Click();
   void cmdWyslij_Click();
