@@ -8,7 +8,6 @@
 #include "app/run_host.h"
 #include "suite/ModSysReg.h"
 #include "platform/shell.h"
-#include "platform/text.h"
 
 namespace zimbrat::console {
 namespace {
@@ -40,15 +39,6 @@ bool IsRecorded(Program& program, std::u16string_view status) {
          status;
 }
 
-// Why the engine failed, where the texts of the pages do not say it.
-std::u16string ReasonOf(const suite::ProgramState& state, std::u16string_view said) {
-  const suite::KontekstBledu& context = state.context;
-  const bool isSaid = context.Number == 0 || state.openingError ||
-                      platform::Contains(said, platform::DecimalText(context.Number));
-  return isSaid ? Explanation(state)
-                : ErrorText(state, {context.Number, context.Source, context.Description});
-}
-
 Outcome OutcomeOf(Program& program) {
   const app::mdiMenu& form = program.form;
   std::u16string text = program.host.Suppressed();
@@ -57,7 +47,7 @@ Outcome OutcomeOf(Program& program) {
   // A run that failed leaves Next disabled and the reason in the summary's place.
   if (!form.cmdDalej.Enabled()) text += form.txtOpisGen.Text();
   const bool isRight = app::HasFoundAllRight(form);
-  if (!isRight) text += ReasonOf(program.state, text);
+  if (!isRight) text += ReasonBehind(program.state, text);
   const bool isRecorded = IsRecorded(program, isRight ? u"Ok" : u"Error");
   if (!isRight && text.empty()) text = u"Baza nie została sprawdzona.";
   if (!isRecorded) text += u" Stanu pracy nie udało się zapisać w\u00A0rejestrze.";

@@ -17,6 +17,9 @@ std::u16string ErrorText(const suite::ProgramState& state, const platform::RunTi
 // where there is none.
 std::u16string Explanation(const suite::ProgramState& state);
 
+// Why a database could not be worked on, where `said` does not say it: what belongs behind that.
+std::u16string ReasonBehind(const suite::ProgramState& state, std::u16string_view said);
+
 // That the structures could not be compared with the database, and why.
 std::u16string NotComparedText(const suite::ProgramState& state, std::u16string_view database,
                                const suite::Comparison& comparison);

@@ -23,14 +23,8 @@ std::optional<Outcome> FindUnnamedProgram(const CommandContext& context,
 
 // The message of the page, and the engine's reason where the message gives none.
 Outcome NotReady(const CommandContext& context) {
-  std::u16string text = context.host.Messages();
-  const suite::KontekstBledu& error = context.state.context;
-  if (context.state.openingError) {
-    text += Explanation(context.state);
-  } else if (error.Number != 0) {
-    text += ErrorText(context.state, {error.Number, error.Source, error.Description});
-  }
-  return Failed(std::move(text));
+  const std::u16string& text = context.host.Messages();
+  return Failed(text + ReasonBehind(context.state, text));
 }
 
 Outcome Extend(const CommandContext& context, suite::Task task,
