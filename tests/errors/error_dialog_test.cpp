@@ -6,6 +6,7 @@
 #include "suite/ModSysReg.h"
 #include "suite/product.h"
 #include "tests/errors/error_bench.h"
+#include "tests/product/raising_registry.h"
 
 namespace zimbrat::tests {
 namespace {
@@ -207,26 +208,6 @@ TEST(ErrorReport, IsLoggedUnseenInAnAutomaticRun) {
     EXPECT_EQ(Utf8(host.Suppressed()), "Brak pamięci [RegBaseKeySave]\r\nWyjaśnienie\r\n");
   }
 }
-
-// Exhausted memory, at every call; or a mere refusal.
-class RaisingRegistry : public platform::Registry {
- public:
-  bool isRaising = true;
-  std::int32_t CreateKey(platform::RegistryRoot, std::u16string_view,
-                         std::unique_ptr<platform::RegistryKey>&) override {
-    return Answer();
-  }
-  std::int32_t OpenKey(platform::RegistryRoot, std::u16string_view, platform::RegistryAccess,
-                       std::unique_ptr<platform::RegistryKey>&) override {
-    return Answer();
-  }
-
- private:
-  std::int32_t Answer() const {
-    if (isRaising) throw platform::OwnError(7);
-    return platform::kRegistryAccessDenied;
-  }
-};
 
 TEST(ErrorReport, ComesFromTheListOfDatabases) {
   for (const bool isRaising : {true, false}) {

@@ -52,6 +52,15 @@ void Driver::TypeNameAndFolder(std::u16string_view name, const std::u16string& f
   stage_.Type(fields[1], folder);
 }
 
+void Driver::GoToCreation() {
+  stage_.Open();
+  stage_.Next();
+  TypeNameAndFolder(u"Firma", stage_.bench.folder.Path());
+  stage_.Next();
+  CheckAll();
+  stage_.Next(2);
+}
+
 void Driver::CheckAll() {
   const HWND list = stage_.TheOne(WC_LISTVIEWW);
   ::SetFocus(list);

@@ -23,6 +23,8 @@ class Driver : public testing::Test {
  protected:
   std::string Folder() const { return Utf8(stage_.bench.folder.Path()); }
   void TypeNameAndFolder(std::u16string_view name, const std::u16string& folder);
+  // Opened, and on the summary of a new database Firma with all programs.
+  void GoToCreation();
   // By the keyboard, on the page with a check list.
   void CheckAll();
   // Answers one message box while `act` runs; what stood in it.

@@ -5,6 +5,7 @@
 
 #include "suite/ModSysReg.h"
 #include "suite/product.h"
+#include "tests/product/raising_registry.h"
 #include "tests/wizard/error_driver.h"
 #include "tests/wizard/outlook_stand_in.h"
 #include "tests/wizard/tour.h"
@@ -143,17 +144,6 @@ TEST(ErrorWindowAndRegistry, KeepsTheChoiceUnderTheUsersRoot) {
   EXPECT_EQ(choice(), L"1");
   forget();
 }
-
-class RaisingRegistry : public platform::Registry {
- public:
-  std::int32_t CreateKey(platform::RegistryRoot, std::u16string_view, std::unique_ptr<platform::RegistryKey>&) override {
-    throw platform::OwnError(7);
-  }
-  std::int32_t OpenKey(platform::RegistryRoot, std::u16string_view, platform::RegistryAccess,
-                       std::unique_ptr<platform::RegistryKey>&) override {
-    throw platform::OwnError(7);
-  }
-};
 
 TEST_F(ErrorWindow, IsWhereAFailureOfTheRegistryEnds) {
   RaisingRegistry registry;

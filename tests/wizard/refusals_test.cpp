@@ -39,12 +39,7 @@ TEST_F(Driver, TellsThatAPathIsTooLong) {
 TEST_F(Driver, AsksBeforeItOverwritesAndShowsTheWayBackFromAFailure) {
   stage_.MakeDatabase(u"Firma", {"AB"});
   const std::string former = stage_.bench.folder.Read(u"Firma.mdb");
-  stage_.Open();
-  stage_.Next();
-  TypeNameAndFolder(u"Firma", stage_.bench.folder.Path());
-  stage_.Next();
-  CheckAll();
-  stage_.Next(2);
+  GoToCreation();
   {
     bool isNoDefault = false;
     const Person person({Then(
@@ -70,12 +65,7 @@ TEST_F(Driver, AsksBeforeItOverwritesAndShowsTheWayBackFromAFailure) {
 }
 
 TEST_F(Driver, TellsWhereAStructureFileBreaksOff) {
-  stage_.Open();
-  stage_.Next();
-  TypeNameAndFolder(u"Firma", stage_.bench.folder.Path());
-  stage_.Next();
-  CheckAll();
-  stage_.Next(2);
+  GoToCreation();
   const std::string whole = stage_.bench.folder.Read(u"CD.stb");
   stage_.bench.folder.Write(u"CD.stb", whole.substr(0, whole.find("[CDDok]")));
   stage_.Click("Utwórz");
