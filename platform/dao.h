@@ -253,6 +253,8 @@ struct RepairOutcome {
 class Engine {
  public:
   virtual ~Engine() = default;
+  // "wbudowany" for the embedded one, the program id of an installed one.
+  virtual std::u16string Name() = 0;
   // "3.6", "12.0" ... of DAO; the embedded engine says "4.0".
   virtual std::u16string Version() = 0;
   // Name "", user "Admin", password "": anything else is 3029.

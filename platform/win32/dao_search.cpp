@@ -1,0 +1,7 @@
+#include "platform/installed_engine.h"
+
+namespace zimbrat::platform {
+
+std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds&) { return nullptr; }
+
+}  // namespace zimbrat::platform
