@@ -7,7 +7,6 @@
 #include "platform/run_time_error.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -37,11 +36,12 @@ void VerifyDatabase(platform::Files& files, std::u16string_view path, std::u16st
   // The last one says that there are more, of which nothing is known.
   const auto errors = std::ranges::count_if(former, &jet::Fault::isError);
   if (static_cast<std::size_t>(errors) > options.maxFaults) former.pop_back();
-  const std::optional<jet::Fault> fault = jet::FindNewFault(faults, former);
-  if (!fault) return;
+  const std::vector<jet::Fault> found = jet::NewFaults(faults, former);
+  if (found.empty()) return;
+  const jet::Fault& fault = found.front();
   throw platform::RunTimeError(
       platform::kErrCannotOpenDatabase, u"Zimbrat",
-      u"Baza danych nie przeszła sprawdzenia: " + fault->place + u": " + fault->text);
+      u"Baza danych nie przeszła sprawdzenia: " + fault.place + u": " + fault.text);
 }
 
 }  // namespace zimbrat::engines

@@ -103,7 +103,7 @@ void FileCheck::CheckTables() {
     const bool isThere = std::any_of(all.begin(), all.end(), [&](const CatalogueObject& object) {
       return object.id == page && object.IsTable();
     });
-    if (!isThere) check_.Error(u"katalog", TextOf(u"brak tabeli systemowej ze strony ", page));
+    if (!isThere) check_.Loss(u"katalog", TextOf(u"brak tabeli systemowej ze strony ", page));
   }
   for (const CatalogueObject& object : catalogue_.Objects()) {
     if (check_.report.IsFull()) return;
@@ -125,8 +125,13 @@ void FileCheck::CheckUnclaimedPages() {
       check_.Unused(TextOf(u"strona ", page), u"strony nic nie używa, a nie jest wolna");
       continue;
     }
-    check_.Error(TextOf(u"strona ", page),
-                 TextOf(u"należy do tabeli ze strony ", owner, u", ale nie do jej map"));
+    const std::u16string text =
+        TextOf(u"należy do tabeli ze strony ", owner, u", ale nie do jej map");
+    if (type == kPageData) {
+      check_.Loss(TextOf(u"strona ", page), text);
+    } else {
+      check_.Error(TextOf(u"strona ", page), text);
+    }
   }
 }
 
@@ -141,7 +146,7 @@ std::vector<Fault> FileCheck::Run() {
   if (check_.pages.Count() == 0) Raise(platform::kErrUnrecognizedFormat, path_);
   CheckHeader();
   if (check_.pages.Count() < kLeastPages) {
-    check_.Error(u"plik", TextOf(u"plik ma tylko ", check_.pages.Count(), u" stron"));
+    check_.Loss(u"plik", TextOf(u"plik ma tylko ", check_.pages.Count(), u" stron"));
   } else {
     CheckTables();
     CheckUnclaimedPages();

@@ -23,6 +23,7 @@ struct Fault {
   std::u16string place;
   std::u16string text;
   bool isError = true;  // else a warning: odd, but readers cope and nothing is lost
+  bool isLoss = false;  // an error because of which pages, tables or rows cannot be read
 };
 
 // How many index keys were made anew from their rows, and how many of them byte for byte equal, by

@@ -34,7 +34,7 @@ std::u16string OwnerText(const PageOwner& owner) {
 
 std::vector<Fault> Report::Take() {
   if (IsFull()) {
-    faults_.push_back({u"plik", TextOf(u"sprawdzanie przerwano po ", limit_, u" błędach"), true});
+    faults_.push_back({u"plik", TextOf(u"sprawdzanie przerwano po ", limit_, u" błędach"), true, true});
   }
   return std::move(faults_);
 }
@@ -50,11 +50,11 @@ void Checking::NameUnusedRows(const std::u16string& place, PageNumber number) {
 
 bool Checking::Claim(const std::u16string& place, PageNumber page, const PageOwner& owner) {
   if (page == 0 || !pages.Has(page)) {
-    Error(place, TextOf(u"wskazuje stronę ", page, u", której nie ma w pliku"));
+    Loss(place, TextOf(u"wskazuje stronę ", page, u", której nie ma w pliku"));
     return false;
   }
   if (!census.Claim(page, owner)) {
-    PageError(place, page, TextOf(u"strona jest już ", OwnerText(census.OwnerOf(page))));
+    PageLoss(place, page, TextOf(u"strona jest już ", OwnerText(census.OwnerOf(page))));
     return false;
   }
   if (census.IsFree(page))

@@ -35,6 +35,13 @@ struct Checking {
   void PageError(const std::u16string& place, PageNumber page, std::u16string text) {
     report.Error(TextOf(place, u", strona ", page), std::move(text));
   }
+  // For what cannot be read.
+  void Loss(const std::u16string& place, std::u16string text) {
+    report.Loss(place, std::move(text));
+  }
+  void PageLoss(const std::u16string& place, PageNumber page, std::u16string text) {
+    report.Loss(TextOf(place, u", strona ", page), std::move(text));
+  }
   // For what nothing refers to: a warning where the options ask for it.
   void Unused(std::u16string place, std::u16string text) {
     if (options.reportUnused) report.Warning(std::move(place), std::move(text));

@@ -21,9 +21,11 @@ class PageJoiner {
  private:
   bool TakePage(PageNumber number);
   void CheckFreeBytes(PageNumber number, ConstBytes page, std::size_t end);
-  bool Fail(PageNumber number, std::u16string text) {
+  void Fault(PageNumber number, std::u16string text) {
     if (report_) check_.PageError(place_, number, std::move(text));
-    return false;
+  }
+  void Lose(PageNumber number, std::u16string text) {
+    if (report_) check_.PageLoss(place_, number, std::move(text));
   }
 
   Checking& check_;
@@ -37,9 +39,10 @@ bool PageJoiner::TakePage(PageNumber number) {
   if (number == 0 || !check_.pages.Has(number)) return false;
   const PageView page = check_.pages.Read(number);
   if (Get8(*page, 0) != kPageDefinition) {
-    return Fail(number, TextOf(u"nie jest stroną definicji (rodzaj ", Get8(*page, 0), u")"));
+    Lose(number, TextOf(u"nie jest stroną definicji (rodzaj ", Get8(*page, 0), u")"));
+    return false;
   }
-  if (Get8(*page, 1) != 1) Fail(number, u"drugi bajt strony jest różny od 1");
+  if (Get8(*page, 1) != 1) Fault(number, u"drugi bajt strony jest różny od 1");
   return true;
 }
 
@@ -48,7 +51,7 @@ void PageJoiner::CheckFreeBytes(PageNumber number, ConstBytes page, std::size_t 
   const std::size_t expected = end < kBytesOnNextPage ? kBytesOnNextPage - end : 0;
   const std::size_t found = Get16(page, kOffsetFreeBytes);
   if (found != expected) {
-    Fail(number, TextOf(u"liczba wolnych bajtów to ", found, u" zamiast ", expected));
+    Fault(number, TextOf(u"liczba wolnych bajtów to ", found, u" zamiast ", expected));
   }
 }
 
@@ -57,7 +60,7 @@ std::optional<std::vector<std::byte>> PageJoiner::Join(bool mayEndEarly) {
   PageView page = check_.pages.Read(first_);
   const std::size_t length = Get32(*page, kOffsetDefinitionLength);
   if (length < kSizeDefinitionHead || length > kMaxDefinition) {
-    Fail(first_, TextOf(u"niemożliwa długość definicji: ", length));
+    Lose(first_, TextOf(u"niemożliwa długość definicji: ", length));
     return std::nullopt;
   }
   std::vector<std::byte> bytes(page->begin(), page->begin() + std::min(length, kPageSize));
@@ -76,7 +79,7 @@ std::optional<std::vector<std::byte>> PageJoiner::Join(bool mayEndEarly) {
     CheckFreeBytes(number, *page, kSizeDefinitionPageHeader + count);
   }
   if (Get32(*page, kOffsetNextDefinitionPage) != 0) {
-    Fail(number, u"po ostatniej stronie definicji jest jeszcze jedna");
+    Fault(number, u"po ostatniej stronie definicji jest jeszcze jedna");
   }
   return bytes;
 }

@@ -16,7 +16,7 @@ std::optional<IndexPage> IndexPage::Read(Checking& check, const std::u16string& 
   const ConstBytes page = *result.page_;
   const std::uint8_t type = Get8(page, 0);
   if (type != kPageIndexNode && type != kPageIndexLeaf) {
-    check.PageError(place, number, TextOf(u"nie jest stroną indeksu (rodzaj ", type, u")"));
+    check.PageLoss(place, number, TextOf(u"nie jest stroną indeksu (rodzaj ", type, u")"));
     return std::nullopt;
   }
   result.isLeaf_ = type == kPageIndexLeaf;
@@ -25,8 +25,8 @@ std::optional<IndexPage> IndexPage::Read(Checking& check, const std::u16string& 
     check.PageError(place, number, u"nieużywane pole nagłówka strony nie jest zerem");
   }
   if (Get32(page, kOffsetOwner) != owner) {
-    check.PageError(place, number,
-                    TextOf(u"strona podaje jako właściciela ", Get32(page, kOffsetOwner)));
+    check.PageLoss(place, number,
+                   TextOf(u"strona podaje jako właściciela ", Get32(page, kOffsetOwner)));
     return std::nullopt;
   }
   if (result.isLeaf_ && result.Tail() != 0) check.PageError(place, number, u"liść ma ogon");
@@ -45,8 +45,8 @@ bool IndexPage::ReadMask(Checking& check, const std::u16string& place) {
     const std::size_t size = bit - end + (isFirst ? 0 : prefix_);
     if (bit > kSizeEntries || size <= pointer || size > kSizeEntries ||
         (isFirst && size <= prefix_)) {
-      check.PageError(place, number_,
-                      TextOf(u"wpis ", ends_.size(), u" ma niemożliwą długość ", size));
+      check.PageLoss(place, number_,
+                     TextOf(u"wpis ", ends_.size(), u" ma niemożliwą długość ", size));
       return false;
     }
     ends_.push_back(static_cast<std::uint16_t>(bit));

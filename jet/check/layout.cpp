@@ -112,6 +112,9 @@ class LayoutReader {
   void Fault(std::u16string text) {
     if (report_) check_.PageError(table_.place, table_.page, std::move(text));
   }
+  void Lose(std::u16string text) {
+    if (report_) check_.PageLoss(table_.place, table_.page, std::move(text));
+  }
 
   Checking& check_;
   ConstBytes bytes_;
@@ -142,8 +145,8 @@ bool LayoutReader::ArePlausible(std::uint64_t size) {
       indexes_ <= kMaxTrees && logicals_ <= kMaxLogicals && reader_.HasLeft(size)) {
     return true;
   }
-  Fault(TextOf(u"definicja o długości ", bytes_.size(), u" nie może mieć ", columns_, u" kolumn, ",
-               indexes_, u" i ", logicals_, u" indeksów"));
+  Lose(TextOf(u"definicja o długości ", bytes_.size(), u" nie może mieć ", columns_, u" kolumn, ",
+              indexes_, u" i ", logicals_, u" indeksów"));
   return false;
 }
 
@@ -225,7 +228,7 @@ void LayoutReader::ReadLongValueMaps() {
 void LayoutReader::CheckColumn(const ColumnLayout& column) {
   const std::size_t size = column.FixedSize();
   if (!IsKnownType(column.type))
-    Fault(TextOf(u"kolumna „", column.name, u"” jest nieznanego typu ", column.type));
+    Lose(TextOf(u"kolumna „", column.name, u"” jest nieznanego typu ", column.type));
   if (column.id >= table_.maxColumns)
     Fault(TextOf(u"kolumna „", column.name, u"” ma numer ", column.id));
   if (column.name.empty() || column.name.size() > kMaxNameLength) {
@@ -338,7 +341,7 @@ std::optional<TableLayout> LayoutReader::Read() {
   ReadLogicals();
   ReadLongValueMaps();
   if (reader_.HasFailed()) {
-    Fault(u"definicja urywa się");
+    Lose(u"definicja urywa się");
     return std::nullopt;
   }
   if (reader_.Place() != bytes_.size()) {

@@ -23,11 +23,11 @@ std::optional<RowView> TakeMapRow(Checking& check, const std::u16string& place, 
   }
   const std::optional<RowView> row = FindRow(check, map);
   if (!row || SlotFlags(*page, map.row) != 0) {
-    check.PageError(place, map.page, TextOf(u"mapy stron ", map.row, u" nie ma"));
+    check.PageLoss(place, map.page, TextOf(u"mapy stron ", map.row, u" nie ma"));
     return std::nullopt;
   }
   if (!check.heldRows.Add(map)) {
-    check.PageError(place, map.page, TextOf(u"mapa stron ", map.row, u" ma dwóch właścicieli"));
+    check.PageLoss(place, map.page, TextOf(u"mapa stron ", map.row, u" ma dwóch właścicieli"));
     return std::nullopt;
   }
   return row;
@@ -50,7 +50,7 @@ class MapWalk {
   void Fault(std::u16string text) { Fault(map_.page, std::move(text)); }
   void Fault(PageNumber page, std::u16string text) {
     hasFailed_ = true;
-    if (!isPeek_) check_.PageError(place_, page, std::move(text));
+    if (!isPeek_) check_.PageLoss(place_, page, std::move(text));
   }
 
   Checking& check_;
@@ -115,7 +115,7 @@ void ReadUsageMap(Checking& check, const std::u16string& place, RowPointer map,
   const Visit inFile = [&](PageNumber page) {
     if (check.pages.Has(page)) return visit(page);
     if (!saidSo)
-      check.PageError(place, map.page,
+      check.PageLoss(place, map.page,
                       TextOf(u"mapa stron ", map.row, u" zawiera strony spoza pliku"));
     saidSo = true;
   };

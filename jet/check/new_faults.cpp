@@ -59,15 +59,16 @@ void RemovePairs(Errors& errors, Errors& former, Likeness likeness) {
 
 }  // namespace
 
-std::optional<Fault> FindNewFault(const std::vector<Fault>& faults, const std::vector<Fault>& former) {
+std::vector<Fault> NewFaults(const std::vector<Fault>& faults, const std::vector<Fault>& former) {
   Errors errors = ErrorsOf(faults);
   Errors left = ErrorsOf(former);
   for (const Likeness likeness :
        {Likeness::SameWords, Likeness::OtherNumbers, Likeness::OtherNames}) {
     RemovePairs(errors, left, likeness);
   }
-  if (errors.empty()) return std::nullopt;
-  return *errors.front();
+  std::vector<Fault> found;
+  for (const Fault* fault : errors) found.push_back(*fault);
+  return found;
 }
 
 }  // namespace zimbrat::jet

@@ -1,17 +1,16 @@
 // The faults of a changed copy that the database it was made of did not have.
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "jet/check/check.h"
 
 namespace zimbrat::jet {
 
-// The first error of `faults` that none of `former` accounts for; warnings do not count. A change moves
+// The errors of `faults` that none of `former` accounts for, in their order; warnings do not count. A change moves
 // pages, counts anew and renames, so errors are paired one to one in three rounds: of the same words;
 // of the same words but for numbers; of the same words but for numbers and the names in quotes. What is
 // left over is new: of one kind of error there may be no more than there were.
-std::optional<Fault> FindNewFault(const std::vector<Fault>& faults, const std::vector<Fault>& former);
+std::vector<Fault> NewFaults(const std::vector<Fault>& faults, const std::vector<Fault>& former);
 
 }  // namespace zimbrat::jet

@@ -32,6 +32,9 @@ class Report {
   void Error(std::u16string place, std::u16string text) {
     Add({std::move(place), std::move(text), true});
   }
+  void Loss(std::u16string place, std::u16string text) {
+    Add({std::move(place), std::move(text), true, true});
+  }
   void Warning(std::u16string place, std::u16string text) {
     Add({std::move(place), std::move(text), false});
   }

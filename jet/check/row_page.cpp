@@ -35,12 +35,12 @@ bool CheckOffsets(Checking& check, const std::u16string& place, PageNumber numbe
   for (std::size_t slot = 0; slot < slots; ++slot) {
     const std::size_t start = StartOf(page, slot);
     if (start > previous || start < tableEnd) {
-      check.PageError(place, number,
-                      TextOf(u"wiersz ", slot, u" leży w niemożliwym miejscu (", start, u")"));
+      check.PageLoss(place, number,
+                     TextOf(u"wiersz ", slot, u" leży w niemożliwym miejscu (", start, u")"));
       return false;
     }
     if ((Slot(page, slot) & ~(kRowOffsetMask | kRowDeleted)) != 0) {
-      check.PageError(place, number, TextOf(u"wiersz ", slot, u" ma nieznaną flagę"));
+      check.PageLoss(place, number, TextOf(u"wiersz ", slot, u" ma nieznaną flagę"));
     }
     previous = start;
   }
@@ -157,20 +157,20 @@ std::vector<RowPlace> FindRowPlaces(ConstBytes page) {
 bool CheckRowPage(Checking& check, const std::u16string& place, PageNumber number, ConstBytes page,
                   std::uint32_t owner) {
   if (Get8(page, 0) != kPageData) {
-    check.PageError(place, number,
-                    TextOf(u"nie jest stroną wierszy (rodzaj ", Get8(page, 0), u")"));
+    check.PageLoss(place, number,
+                   TextOf(u"nie jest stroną wierszy (rodzaj ", Get8(page, 0), u")"));
     return false;
   }
   if (Get8(page, 1) != 1) check.PageError(place, number, u"drugi bajt strony jest różny od 1");
   if (Get32(page, kOffsetOwner) != owner) {
-    check.PageError(place, number, u"strona podaje innego właściciela");
+    check.PageLoss(place, number, u"strona podaje innego właściciela");
     return false;
   }
   if (owner != kOwnerLongValues && Get32(page, kOffsetUnused) != 0) {
     check.PageError(place, number, u"nieużywane pole nagłówka strony nie jest zerem");
   }
   if (Get16(page, kOffsetRowCount) > kMaxRowSlots) {
-    check.PageError(place, number, TextOf(u"zbyt wiele wierszy: ", Get16(page, kOffsetRowCount)));
+    check.PageLoss(place, number, TextOf(u"zbyt wiele wierszy: ", Get16(page, kOffsetRowCount)));
     return false;
   }
   return CheckOffsets(check, place, number, page);

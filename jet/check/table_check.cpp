@@ -16,7 +16,7 @@ std::u16string PlaceOfIndex(const TableLayout& table, const IndexLayout& index) 
 }  // namespace
 
 void TableCheck::RowError(RowPointer row, std::u16string text) {
-  check_.PageError(table_.place, row.page, TextOf(u"wiersz ", row.row, u": ", text));
+  check_.PageLoss(table_.place, row.page, TextOf(u"wiersz ", row.row, u": ", text));
 }
 
 void TableCheck::ReadMaps() {

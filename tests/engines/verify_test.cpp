@@ -151,8 +151,8 @@ TEST(NewFaults, ArePairedWithFormerOnes) {
   const Fault other{u"tabela „A”, strona 7", u"nie ma wpisu"};
   const Fault warning{u"tabela „A”, strona 7", u"odwrotna kolejność", false};
   const auto placeOf = [](const std::vector<Fault>& faults, const std::vector<Fault>& former) {
-    const auto fault = jet::FindNewFault(faults, former);
-    return fault ? platform::Utf8FromUtf16(fault->place + u": " + fault->text) : "";
+    const std::vector<Fault> found = jet::NewFaults(faults, former);
+    return found.empty() ? "" : platform::Utf8FromUtf16(found.front().place + u": " + found.front().text);
   };
   EXPECT_EQ("", placeOf({inA}, {inA}));
   EXPECT_EQ("", placeOf({movedInA}, {inA}));

@@ -1,5 +1,6 @@
 // Faults planted in sound databases: each is named, and nothing in a file makes the check crash or
 // hang.
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <random>
@@ -27,6 +28,7 @@ struct Planted {
   std::size_t offset;
   const char* bytes;
   const char16_t* line;
+  bool isLoss = false;  // something cannot be read any more; else it is only not as it should be
 };
 
 // comp-index.mdb: table on page 15 with data on 17 to 20 and maps on 16, index root 29 with leaves
@@ -41,24 +43,24 @@ const Planted kPlanted[] = {
      u"mapa podaje ją jako wolną"},
     {"end of file not free", "comp-index.mdb", 1, 0xFBB + 5 + 60, "00",
      u"za końcem pliku nie są wolne"},
-    {"map of another kind", "comp-index.mdb", 16, 0xFBB, "07", u"jest nieznanego rodzaju"},
-    {"data page missing in the map", "comp-index.mdb", 16, 0xFBB + 7, "1C", u"ale nie do jej map"},
+    {"map of another kind", "comp-index.mdb", 16, 0xFBB, "07", u"jest nieznanego rodzaju", true},
+    {"data page missing in the map", "comp-index.mdb", 16, 0xFBB + 7, "1C", u"ale nie do jej map", true},
     {"page outside the file in the map", "comp-index.mdb", 16, 0xFBB + 68, "80",
-     u"zawiera strony spoza pliku"},
-    {"another table's page in the map", "comp-index.mdb", 16, 0xFBB + 7, "9E", u"strona jest już"},
+     u"zawiera strony spoza pliku", true},
+    {"another table's page in the map", "comp-index.mdb", 16, 0xFBB + 7, "9E", u"strona jest już", true},
     {"free space on a foreign page", "comp-index.mdb", 16, 0xF76 + 8, "80",
      u"z wolnym miejscem nie należy"},
     {"index page missing in the map", "comp-index.mdb", 16, 0xF31 + 9, "01",
      u"której nie ma w mapie indeksu"},
-    {"deleted map", "comp-index.mdb", 16, 15, "CF", u"mapy stron 0 nie ma"},
+    {"deleted map", "comp-index.mdb", 16, 15, "CF", u"mapy stron 0 nie ma", true},
     // Definitions.
     {"rows", "comp-index.mdb", 15, 16, "01", u"definicja podaje 513 wierszy"},
-    {"length", "comp-index.mdb", 15, 8, "30", u"definicja"},
+    {"length", "comp-index.mdb", 15, 8, "30", u"definicja", true},
     {"free bytes of a definition", "comp-index.mdb", 15, 2, "C1", u"liczba wolnych bajtów"},
-    {"column of an unknown type", "comp-index.mdb", 15, 75, "0E", u"nieznanego typu 14"},
-    {"too many columns", "comp-index.mdb", 15, 45, "FF", u"nie może mieć"},
+    {"column of an unknown type", "comp-index.mdb", 15, 75, "0E", u"nieznanego typu 14", true},
+    {"too many columns", "comp-index.mdb", 15, 45, "FF", u"nie może mieć", true},
     {"definition that goes on", "comp-index.mdb", 15, 4, "15", u"jest jeszcze jedna"},
-    {"owned map is another table's", "comp-index.mdb", 15, 55, "00 06", u"ma dwóch właścicieli"},
+    {"owned map is another table's", "comp-index.mdb", 15, 55, "00 06", u"ma dwóch właścicieli", true},
     {"other end of a relationship", "index.mdb", 24, 583, "09", u"drugiego końca"},
     {"ends that do not meet", "index.mdb", 24, 583, "01", u"nie wskazują na siebie"},
     {"cascades that differ", "index.mdb", 24, 591, "01", u"różne reguły kaskadowe"},
@@ -66,22 +68,22 @@ const Planted kPlanted[] = {
     // Data pages and rows.
     {"second byte", "comp-index.mdb", 17, 1, "00", u"drugi bajt strony"},
     {"free bytes of a data page", "comp-index.mdb", 17, 2, "06", u"liczba wolnych bajtów"},
-    {"other owner", "comp-index.mdb", 17, 4, "15", u"innego właściciela"},
-    {"row above the one before", "comp-index.mdb", 17, 18, "E0", u"leży w niemożliwym miejscu"},
-    {"columns of a row", "comp-index.mdb", 17, 0xFE7, "09", u"podaje 9 kolumn"},
-    {"offsets of a row", "comp-index.mdb", 17, 0xFE7 + 18, "FF", u"część zmienna wiersza"},
-    {"moved row without target", "comp-index.mdb", 17, 15, "4F", u"przeniesionego wiersza nie ma"},
-    {"hidden row without home", "comp-index.mdb", 17, 15, "8F", u"nic nie wskazuje"},
+    {"other owner", "comp-index.mdb", 17, 4, "15", u"innego właściciela", true},
+    {"row above the one before", "comp-index.mdb", 17, 18, "E0", u"leży w niemożliwym miejscu", true},
+    {"columns of a row", "comp-index.mdb", 17, 0xFE7, "09", u"podaje 9 kolumn", true},
+    {"offsets of a row", "comp-index.mdb", 17, 0xFE7 + 18, "FF", u"część zmienna wiersza", true},
+    {"moved row without target", "comp-index.mdb", 17, 15, "4F", u"przeniesionego wiersza nie ma", true},
+    {"hidden row without home", "comp-index.mdb", 17, 15, "8F", u"nic nie wskazuje", true},
     {"deleted row with an entry", "comp-index.mdb", 17, 15, "CF",
      u"wpis wskazuje na brak wiersza 0"},
     {"value that is not its key's", "comp-index.mdb", 17, 0xFE7 + 2, "14",
      u"nie zgadza się z kolumną „CD_AGENTE”"},
-    {"pointer of a moved row", "overflow.mdb", 27, 0xF6F, "05", u"przeniesionego wiersza nie ma"},
-    {"two pointers to one row", "overflow.mdb", 27, 0xF6F, "00 1C", u"wskazują dwa wiersze"},
+    {"pointer of a moved row", "overflow.mdb", 27, 0xF6F, "05", u"przeniesionego wiersza nie ma", true},
+    {"two pointers to one row", "overflow.mdb", 27, 0xF6F, "00 1C", u"wskazują dwa wiersze", true},
     {"ghost of a moved row", "overflow.mdb", 27, 19, "CF",
-     u"na przeniesiony wiersz nic nie wskazuje"},
-    {"long value deleted", "comp-index.mdb", 30, 15, "CE", u"długiej wartości nie ma"},
-    {"long value moved", "comp-index.mdb", 30, 15, "4E", u"flagi przeniesionego wiersza"},
+     u"na przeniesiony wiersz nic nie wskazuje", true},
+    {"long value deleted", "comp-index.mdb", 30, 15, "CE", u"długiej wartości nie ma", true},
+    {"long value moved", "comp-index.mdb", 30, 15, "4E", u"flagi przeniesionego wiersza", true},
     // Indexes.
     {"child twice", "comp-index.mdb", 29, 492, "21", u"po raz drugi"},
     {"child outside the map", "comp-index.mdb", 29, 492, "11", u"której nie ma w mapie indeksu"},
@@ -91,9 +93,9 @@ const Planted kPlanted[] = {
     {"chain cut", "comp-index.mdb", 32, 16, "00", u"następną stroną jest 0"},
     {"chain backwards", "comp-index.mdb", 33, 12, "1D", u"poprzednią stroną jest 29"},
     {"free bytes of a leaf", "comp-index.mdb", 32, 2, "2A", u"liczba wolnych bajtów"},
-    {"owner of a leaf", "comp-index.mdb", 32, 4, "10", u"właściciela 16"},
-    {"kind of page", "comp-index.mdb", 33, 0, "01", u"nie jest stroną indeksu"},
-    {"mask", "comp-index.mdb", 32, 27, "02", u"niemożliwą długość"},
+    {"owner of a leaf", "comp-index.mdb", 32, 4, "10", u"właściciela 16", true},
+    {"kind of page", "comp-index.mdb", 33, 0, "01", u"nie jest stroną indeksu", true},
+    {"mask", "comp-index.mdb", 32, 27, "02", u"niemożliwą długość", true},
     {"prefix", "comp-index.mdb", 32, 24, "02", u"wpis"},
     {"order of keys", "comp-index.mdb", 32, 489, "EC", u"nie jest większy od poprzedniego"},
     {"row twice", "comp-index.mdb", 32, 494, "38", u"jest drugim wpisem wiersza"},
@@ -124,6 +126,7 @@ TEST(PlantedFaults, AreNamed) {
     EXPECT_NE(std::string::npos, found.find(platform::Utf8FromUtf16(planted.line)))
         << planted.name << ", found:\n"
         << found;
+    EXPECT_EQ(planted.isLoss, std::ranges::any_of(faults, &Fault::isLoss)) << planted.name << "\n" << found;
   }
 }
 
