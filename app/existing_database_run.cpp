@@ -3,6 +3,7 @@
 #include "generator/ModGeneruj.h"
 #include "suite/manners.h"
 #include "suite/product.h"
+#include "platform/error_numbers.h"
 #include "platform/files.h"
 #include "platform/host.h"
 
@@ -50,10 +51,13 @@ void TellLosses(suite::ProgramState& state, const dao::RepairOutcome& outcome) {
 }  // namespace
 
 bool NaprawBaze(suite::ProgramState& state, std::u16string_view path) {
-  return suite::Record(state.context, [&] {
+  const bool isDone = suite::Record(state.context, [&] {
     TellLosses(state, state.Engine().RepairDatabase(path));
     return true;
   });
+  // The next attempt asks for another one.
+  if (!isDone && state.context.Number == platform::kErrInvalidPassword) state.databasePassword.Clear();
+  return isDone;
 }
 
 Prepared PrepareDatabase(suite::ProgramState& state, suite::Task task, std::u16string_view path,

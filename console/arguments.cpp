@@ -4,12 +4,13 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <span>
 
 namespace zimbrat::console {
 namespace {
 
 constexpr OptionSpec kCommonOptions[] = {
-    {u"--json", u""}, {u"--cicho", u""}, {u"--pomoc", u""}, {u"--wersja", u""}};
+    {u"--json", u""}, {u"--cicho", u""}, {u"--pomoc", u""}, {u"--wersja", u""}, {kEngineOption, u"wbudowany"}};
 
 std::u16string_view CommonName(std::u16string_view name) {
   if (name == u"--help" || name == u"-h") return u"--pomoc";
@@ -17,15 +18,21 @@ std::u16string_view CommonName(std::u16string_view name) {
   return name;
 }
 
-bool IsCommon(std::u16string_view name) {
-  return std::any_of(std::begin(kCommonOptions), std::end(kCommonOptions),
-                     [&](const OptionSpec& option) { return option.name == name; });
+const OptionSpec* FindAmong(std::span<const OptionSpec> options, std::u16string_view name) {
+  const auto found = std::ranges::find(options, name, &OptionSpec::name);
+  return found == options.end() ? nullptr : &*found;
 }
 
-const OptionSpec* FindOption(const CommandSpec& command, std::u16string_view name) {
-  const auto found = std::find_if(command.options.begin(), command.options.end(),
-                                  [&](const OptionSpec& option) { return option.name == name; });
-  return found == command.options.end() ? nullptr : &*found;
+bool IsCommonSwitch(std::u16string_view name) {
+  const OptionSpec* option = FindAmong(kCommonOptions, name);
+  return option != nullptr && option->value.empty();
+}
+
+// One that takes a value, or a switch of the command's own.
+const OptionSpec* FindOption(const CommandSpec* command, std::u16string_view name) {
+  const OptionSpec* option = command == nullptr ? nullptr : FindAmong(command->options, name);
+  if (option != nullptr || IsCommonSwitch(name)) return option;
+  return FindAmong(kCommonOptions, name);
 }
 
 std::vector<std::u16string> OptionNames(const CommandSpec* command) {
@@ -50,7 +57,7 @@ class Reader {
     // Help, version and JSON count wherever they stand, also behind a fault.
     for (std::size_t i = 0; i < words_.size(); ++i) {
       const bool isValue = i > 0 && words_[i - 1].starts_with(u"--") && !words_[i].starts_with(u"--") &&
-                           !IsCommon(CommonName(words_[i - 1]));
+                           !IsCommonSwitch(CommonName(words_[i - 1]));
       const std::u16string_view word = words_[i];
       if (!isValue) NoteCommon(CommonName(word.substr(0, word.find(u'='))));
     }
@@ -68,8 +75,9 @@ class Reader {
   }
 
   void ReadWord(const std::u16string& word) {
-    if (IsCommon(CommonName(word))) return NoteCommon(CommonName(word));
-    if (result_.command != nullptr && !result_.command->words.empty()) {
+    if (IsCommonSwitch(CommonName(word))) return NoteCommon(CommonName(word));
+    const bool takesAll = result_.command != nullptr && !result_.command->words.empty();
+    if (takesAll && word.substr(0, word.find(u'=')) != kEngineOption) {
       if (!result_.words.empty()) result_.words += u' ';
       result_.words += word;
     } else if (word.starts_with(u"-")) {
@@ -96,9 +104,8 @@ class Reader {
   void ReadOption(const std::u16string& word) {
     const std::size_t equals = word.find(u'=');
     const std::u16string name = word.substr(0, equals);
-    const OptionSpec* option =
-        result_.command == nullptr ? nullptr : FindOption(*result_.command, name);
-    if (option == nullptr && IsCommon(CommonName(name))) {
+    const OptionSpec* option = FindOption(result_.command, name);
+    if (option == nullptr && IsCommonSwitch(CommonName(name))) {
       result_.fault = u"Opcja " + name + u" nie przyjmuje wartości.";
     } else if (option == nullptr) {
       result_.fault =
@@ -192,6 +199,7 @@ const std::vector<CommandSpec>& Commands() {
        u"pokazuje programy pakietu z wersjami struktur",
        {{u"--folder-struktur", u"F"}}},
       {u"lista", u"pokazuje zapamiętane bazy pakietu", {}},
+      {u"silnik", u"pokazuje, który silnik baz danych wykonuje zadania", {}},
       {u"auto",
        u"sprawdza i aktualizuje bazę tak, jak okno na żądanie innego programu; stan zostaje w "
        u"rejestrze",

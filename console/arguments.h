@@ -51,6 +51,8 @@ struct Arguments {
 // "--name value" and "--name=value". A value that begins with "--" needs the second form.
 Arguments ParseArguments(const std::vector<std::u16string>& words);
 
+// Of all commands; what it may say is looked at by those who choose.
+inline constexpr std::u16string_view kEngineOption = u"--silnik";
 inline constexpr std::u16string_view kPasswordOption = u"--haslo";
 // Overwrites the passwords among the words, here and where the system shows them.
 void ForgetPasswords(platform::Console& console, std::vector<std::u16string>& words);

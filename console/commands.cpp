@@ -64,6 +64,12 @@ Outcome RunLista(const CommandContext& context) {
   return outcome;
 }
 
+Outcome RunSilnik(const CommandContext& context) {
+  Outcome outcome;
+  outcome.text = context.state.EngineText();
+  return outcome;
+}
+
 Outcome RunStan(const CommandContext& context) {
   if (const auto fault = TakeStructureFolder(context)) return Failed(*fault);
   suite::ProgramState& state = context.state;

@@ -24,6 +24,7 @@ Outcome RunSprawdz(const CommandContext& context);
 Outcome RunStan(const CommandContext& context);
 Outcome RunProgramy(const CommandContext& context);
 Outcome RunLista(const CommandContext& context);
+Outcome RunSilnik(const CommandContext& context);
 Outcome RunAuto(const CommandContext& context);
 
 // A row of the outcome for each item of a program list.

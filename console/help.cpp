@@ -9,10 +9,11 @@ constexpr std::u16string_view kCommonHelp =
     u"\nWspólne opcje:\n"
     u"  --json           jeden obiekt JSON na standardowym wyjściu\n"
     u"  --cicho          bez paska postępu\n"
+    u"  --silnik S       silnik baz danych: wbudowany albo zainstalowany (w systemie)\n"
     u"  --pomoc, --help  ta pomoc (także: zimbratc POLECENIE --pomoc)\n"
     u"  --wersja, --version\n"
     u"\nStan wyjścia: 0 wykonano, 1 zadanie nie powiodło się, 2 błędne wywołanie.\n"
-    u"Hasło bazy można podać w zmiennej ZIMBRAT_HASLO.\n";
+    u"Hasło bazy można podać w zmiennej ZIMBRAT_HASLO, silnik w zmiennej ZIMBRAT_SILNIK.\n";
 
 std::u16string Usage(const CommandSpec& command) {
   std::u16string text = u"zimbratc " + std::u16string(command.name);

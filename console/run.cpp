@@ -2,7 +2,9 @@
 
 #include "commands.h"
 #include "console/explanations.h"
+#include "engine_wish.h"
 #include "engines/engine_choice.h"
+#include "errors/error_texts.h"
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"
 #include "suite/product.h"
@@ -20,7 +22,7 @@ CommandFunction FunctionOf(std::u16string_view command) {
   constexpr std::pair<std::u16string_view, CommandFunction> kFunctions[] = {
       {u"nowa", RunNowa},       {u"dodaj", RunDodaj}, {u"wzorzec", RunWzorzec},
       {u"sprawdz", RunSprawdz}, {u"stan", RunStan},   {u"programy", RunProgramy},
-      {u"lista", RunLista},     {u"auto", RunAuto}};
+      {u"lista", RunLista},     {u"silnik", RunSilnik}, {u"auto", RunAuto}};
   for (const auto& [name, function] : kFunctions) {
     if (name == command) return function;
   }
@@ -29,20 +31,30 @@ CommandFunction FunctionOf(std::u16string_view command) {
 
 // The state and what it runs on, each of which knows the others.
 struct Program {
-  explicit Program(platform::System& system)
+  Program(platform::System& system, engines::Wish wish)
       : host(*system.console, state,
-             [&](std::u16string_view path, std::u16string_view original) {
-               engines::VerifyDatabase(*system.files, path, original, [this] { host.Pulse(); });
-             }),
+             [this](std::u16string_view path, std::u16string_view original) { choice.Verify(path, original); }),
         state({*system.files, *system.registry, *system.profile, *system.clock, *system.environment, host,
-               [&] { return engines::MakeEngine(*system.files, *system.clock, [this] { host.Pulse(); }); }}) {}
+               [this](const suite::PasswordOf& password) { return choice.Engine(password); }}),
+        choice({.files = *system.files,
+                .clock = *system.clock,
+                .wish = wish,
+                .pulse = [this] { host.Pulse(); },
+                .log = errors::ErrorFile(state, engines::kVerificationLog)}) {}
 
   ConsoleHost host;
   suite::ProgramState state;
+  engines::EngineChoice choice;
 };
 
+Outcome Misused(const std::u16string& fault) {
+  return WrongUsage(fault + std::u16string(suite::kCrLf) + u"Pomoc: zimbratc --pomoc");
+}
+
 Outcome Carry(platform::System& system, const Arguments& arguments) {
-  Program program(system);
+  engines::Wish wish = engines::Wish::Found;
+  if (const auto fault = FindWishFault(arguments, *system.environment, wish)) return Misused(*fault);
+  Program program(system, wish);
   // What a command has made must go when it is stopped.
   system.console->NoteInterrupts();
   Outcome outcome;
@@ -64,8 +76,7 @@ Outcome Decide(platform::System& system, const Arguments& arguments) {
             {},
             {}};
   }
-  if (arguments.fault) return WrongUsage(*arguments.fault + std::u16string(suite::kCrLf) + 
-                      u"Pomoc: zimbratc --pomoc");
+  if (arguments.fault) return Misused(*arguments.fault);
   if (arguments.command == nullptr) return WrongUsage(GeneralHelp());
   return Carry(system, arguments);
 }

@@ -234,7 +234,7 @@ class JetEngine : public dao::Engine {
  public:
   explicit JetEngine(SurroundingsPtr surroundings) : surroundings_(std::move(surroundings)) {}
 
-  std::u16string Name() override { return u"wbudowany"; }
+  std::u16string Name() override { return dao::kEmbeddedEngine; }
   std::u16string Version() override { return u"4.0"; }
 
   std::shared_ptr<dao::Workspace> CreateWorkspace(std::u16string_view, std::u16string_view user,

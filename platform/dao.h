@@ -250,10 +250,12 @@ struct RepairOutcome {
   std::u16string keptFile;              // the damaged file as it was; empty when nothing was lost
 };
 
+inline constexpr const char16_t* kEmbeddedEngine = u"wbudowany";
+
 class Engine {
  public:
   virtual ~Engine() = default;
-  // "wbudowany" for the embedded one, the program id of an installed one.
+  // kEmbeddedEngine for the embedded one, the program id of an installed one.
   virtual std::u16string Name() = 0;
   // "3.6", "12.0" ... of DAO; the embedded engine says "4.0".
   virtual std::u16string Version() = 0;

@@ -16,9 +16,28 @@ void KontekstBledu::RecordError(const platform::RunTimeError& error) {
 }
 
 dao::Engine& ProgramState::Engine() {
-  if (!engine_ && on.makeEngine) engine_ = on.makeEngine();
+  if (!engine_ && on.makeEngine) {
+    engine_ = on.makeEngine([this](std::u16string_view path) { return PasswordOf(path); });
+  }
   if (!engine_) throw platform::OwnError(platform::kErrCannotCreateObject);
   return *engine_;
+}
+
+std::u16string ProgramState::EngineText() {
+  dao::Engine& engine = Engine();
+  const std::u16string name = engine.Name();
+  if (name == dao::kEmbeddedEngine) return name + u" (Jet " + engine.Version() + u")";
+  return u"zainstalowany w systemie: " + name + u", wersja " + engine.Version();
+}
+
+// The one that is held, else the one that a person types. That one is held: the database is opened next.
+std::optional<platform::Secret> ProgramState::PasswordOf(std::u16string_view path) {
+  if (databasePassword.IsEmpty()) {
+    std::optional<platform::Secret> typed = on.host.AskPassword(path);
+    if (!typed) return std::nullopt;
+    databasePassword = std::move(*typed);
+  }
+  return platform::Secret(databasePassword.View());
 }
 
 DatabaseSession::DatabaseSession(ProgramState& state, std::u16string_view path,

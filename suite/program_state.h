@@ -43,6 +43,9 @@ struct KontekstBledu {
   void RecordError(const platform::RunTimeError& error);
 };
 
+// Tells the password of that database; nothing when nobody knows it.
+using PasswordOf = std::function<std::optional<platform::Secret>(std::u16string_view path)>;
+
 // What the program runs on.
 struct Surroundings {
   platform::Files& files;
@@ -51,8 +54,9 @@ struct Surroundings {
   platform::Clock& clock;
   platform::Environment& environment;
   platform::Host& host;
-  // Called at most once, when a database is first needed; throws where there is no engine.
-  std::function<std::shared_ptr<dao::Engine>()> makeEngine;
+  // Called at most once, when a database is first needed; throws where there is no engine. `password` is for
+  // protected databases that are to be repaired.
+  std::function<std::shared_ptr<dao::Engine>(const PasswordOf& password)> makeEngine;
 };
 
 class ProgramState {
@@ -63,6 +67,8 @@ class ProgramState {
 
   // The database engine, made on first use and kept.
   dao::Engine& Engine();
+  // "wbudowany (Jet 4.0)": which one it is, for people. Throws where there is none.
+  std::u16string EngineText();
 
   Surroundings on;
   Task task = Task::Nowa;  // the option chosen on the start page
@@ -82,6 +88,8 @@ class ProgramState {
   std::vector<const platform::Form*> forms;  // that are loaded, in the order of loading
 
  private:
+  std::optional<platform::Secret> PasswordOf(std::u16string_view path);
+
   std::shared_ptr<dao::Engine> engine_;
 };
 

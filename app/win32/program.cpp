@@ -3,6 +3,7 @@
 #include "app/modMain.h"
 #include "app/run_host.h"
 #include "engines/engine_choice.h"
+#include "errors/error_texts.h"
 #include "errors/mail_method.h"
 #include "platform/system.h"
 #include "platform/win32/win32_automation.h"
@@ -60,25 +61,34 @@ void ShowWizard(WindowsHost& windows, RunHost& host, mdiMenu& form, int showComm
   window.RunUntilClosed();
 }
 
+// Nobody would see that an unknown word is refused.
+engines::Wish WishOf(platform::Environment& environment) {
+  return engines::FindWish(environment.Variable(engines::kEngineVariable)).value_or(engines::Wish::Found);
+}
+
 // The state and what it runs on, each of which knows the others.
 struct Program {
   explicit Program(platform::System& system)
       : windows(
-            [&](std::u16string_view path, std::u16string_view original) {
-              engines::VerifyDatabase(*system.files, path, original, [this] { windows.Pulse(); });
+            [this](std::u16string_view path, std::u16string_view original) {
+              choice.Verify(path, original);
             },
             state, outside),
         host(windows, state),
         state({*system.files, *system.registry, *system.profile, *system.clock, *system.environment, host,
-               [&] {
-                 return engines::MakeEngine(*system.files, *system.clock, [this] { windows.Pulse(); });
-               }}),
+               [this](const suite::PasswordOf& password) { return choice.Engine(password); }}),
+        choice({.files = *system.files,
+                .clock = *system.clock,
+                .wish = WishOf(*system.environment),
+                .pulse = [this] { windows.Pulse(); },
+                .log = errors::ErrorFile(state, engines::kVerificationLog)}),
         shell([this] { return windows.Front(); }),
         mapi([this] { return windows.Front(); }) {}
 
   WindowsHost windows;
   RunHost host;
   suite::ProgramState state;
+  engines::EngineChoice choice;
   platform::Win32Shell shell;
   platform::Win32Automation automation;
   platform::Win32Mapi mapi;

@@ -94,7 +94,9 @@ bool Stage::Says(const std::vector<Answer>& answers, std::string& told) {
 void Stage::CheckTarget(const std::string& where) {
   EXPECT_EQ(Read(kTemplate), SeedFile(kTemplate)) << where;
   if (IsOld()) return;
-  EXPECT_NO_THROW(engines::VerifyDatabase(Real(), PathOf(kTarget), {}, {})) << where;
+  tests::FakeClock clock;
+  engines::EngineChoice judge({.files = Real(), .clock = clock, .wish = engines::Wish::Embedded});
+  EXPECT_NO_THROW(judge.Verify(PathOf(kTarget), {})) << where;
   std::string told;
   if (Says(task_.effect, told)) return;
   EXPECT_TRUE(task_.mayLeaveAnother) << where << ": neither old nor new: " << told;

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "console/run.h"
-#include "engines/engine_choice.h"
+#include "jet/engine.h"
 #include "fake_console.h"
 #include "memory_scan.h"
 #include "platform/portable/posix_console.h"
@@ -134,7 +134,7 @@ class PasswordTraces : public testing::Test {
   }
   void ChangePassword(MaskedText from, MaskedText to) {
     const platform::System system = platform::MakeSystem(0, nullptr);
-    const auto engine = engines::MakeEngine(*system.files, *system.clock, {});
+    const auto engine = jet::MakeEngine(*system.files, *system.clock, {});
     const auto workspace = engine->CreateWorkspace(u"", u"Admin", u"");
     platform::Secret connect(u";pwd=");
     connect.Append(Unmasked(from));

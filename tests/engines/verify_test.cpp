@@ -30,7 +30,7 @@ class Verification : public testing::Test {
   // The copy, after work that has nothing to do with damage.
   void ChangeCopy(const std::function<void(dao::Database&)>& work) {
     Copy() = Original();
-    const auto workspace = MakeEngine(files, clock, {})->CreateWorkspace(u"", u"Admin", u"");
+    const auto workspace = choice.Engine()->CreateWorkspace(u"", u"Admin", u"");
     const auto database = workspace->OpenDatabase(kCopy, true, false);
     work(*database);
     database->Close();
@@ -38,7 +38,7 @@ class Verification : public testing::Test {
   // What the verification says against the copy.
   std::string Verdict(std::u16string_view original = kOriginal) {
     try {
-      VerifyDatabase(files, kCopy, original, {});
+      choice.Verify(kCopy, original);
       return {};
     } catch (const platform::RunTimeError& error) {
       return platform::Utf8FromUtf16(error.Description());
@@ -53,6 +53,7 @@ class Verification : public testing::Test {
 
   tests::MemoryFiles files;
   tests::FakeClock clock;
+  EngineChoice choice{{.files = files, .clock = clock, .wish = Wish::Embedded}};
 };
 
 void Rename(dao::Database& database) {
@@ -119,7 +120,7 @@ void LoseShortRows(tests::FileBytes& file) {
 // The check of a table tells of thousands of old faults before it comes to the new one.
 TEST_F(Verification, FindsANewFaultBehindThousandsOfOldOnes) {
   {
-    const auto workspace = MakeEngine(files, clock, {})->CreateWorkspace(u"", u"Admin", u"");
+    const auto workspace = choice.Engine()->CreateWorkspace(u"", u"Admin", u"");
     const auto database = workspace->CreateDatabase(kOriginal, dao::dbLangGeneral, dao::dbVersion40);
     database->Execute(u"CREATE TABLE Pierwsza (Id LONG CONSTRAINT PK PRIMARY KEY)");
     for (int i = 0; i < 3000; ++i) {

@@ -28,8 +28,7 @@ bool RunWithFault(const FaultPlan& plan, bool& done) {
 
   const std::string content = bench.folder.Read(u"Firma.mdb");
   if (content != kOld) {
-    EXPECT_NO_THROW(engines::VerifyDatabase(*system.files, bench.PathOf(u"Firma.mdb"), {}, {}))
-        << where;
+    EXPECT_NO_THROW(bench.choice.Verify(bench.PathOf(u"Firma.mdb"), {})) << where;
   }
   if (done) {
     EXPECT_NE(content, kOld) << where;

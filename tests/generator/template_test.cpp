@@ -41,8 +41,7 @@ class Template : public testing::Test {
     platform::ProgressBar bar;
     ASSERT_TRUE(generator::WyczyscWzorzec(bench_.state, bench_.PathOf(u"baza.mdb"), bar))
         << bench_.Summary();
-    EXPECT_NO_THROW(
-        engines::VerifyDatabase(bench_.files, bench_.PathOf(u"baza.mdb"), {}, {}));
+    EXPECT_NO_THROW(bench_.choice.Verify(bench_.PathOf(u"baza.mdb"), {}));
     bench_.Open(u"baza.mdb");
   }
   std::string Ids(std::u16string_view table) {

@@ -47,11 +47,13 @@ inline std::string SmallProgram(const std::string& symbol, const std::string& mo
 class DatabaseBench : public Bench {
  public:
   explicit DatabaseBench(platform::Files* others = nullptr) : Bench(others) {
-    state.on.makeEngine = [this] { return engines::MakeEngine(files, clock, {}); };
+    state.on.makeEngine = [this](const suite::PasswordOf&) { return choice.Engine(); };
     host.verify = [this](std::u16string_view path, std::u16string_view original) {
-      engines::VerifyDatabase(files, path, original, {});
+      choice.Verify(path, original);
     };
   }
+
+  engines::EngineChoice choice{{.files = files, .clock = clock, .wish = engines::Wish::Embedded}};
 
   // An empty database, open.
   dao::Database& Create(std::u16string_view name = u"baza.mdb") {

@@ -56,8 +56,7 @@ TEST_F(Driver, MakesANewDatabase) {
             "zimbrata.\nWynik pracy zimbrata\nBaza danych: Żółta Firma\r\nFolder: " + Utf8(folder) +
                 "\r\nzostała poprawnie utworzona.\r\n\nDodaj bazę do podręcznej listy baz pakietu\n"
                 "Zakończ\n");
-  EXPECT_NO_THROW(engines::VerifyDatabase(
-      stage_.bench.files, stage_.bench.PathOf(u"Bazy łódź 1/Żółta Firma.mdb"), u"", {}));
+  EXPECT_NO_THROW(stage_.bench.choice.Verify(stage_.bench.PathOf(u"Bazy łódź 1/Żółta Firma.mdb"), u""));
 }
 
 // The rest of the house: the real registry, under a key of the test.

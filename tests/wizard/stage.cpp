@@ -32,16 +32,14 @@ BOOL CALLBACK Collect(HWND window, LPARAM parameter) {
 
 Stage::Stage(const std::vector<std::string>& symbols, Registry which)
     : windows([this](std::u16string_view path, std::u16string_view original) {
-        engines::VerifyDatabase(bench.files, path, original, [this] { windows.Pulse(); });
+        choice.Verify(path, original);
       },
               state, outside),
       host(windows, state),
       state({bench.files,
              which == Registry::Real ? static_cast<platform::Registry&>(realRegistry) : bench.registry,
              bench.profile, bench.clock, bench.environment, host,
-             [this] {
-               return engines::MakeEngine(bench.files, bench.clock, [this] { windows.Pulse(); });
-             }}),
+             [this](const suite::PasswordOf& password) { return choice.Engine(password); }}),
       shell([this] { return windows.Front(); }),
       mapi([this] { return windows.Front(); }) {
   bench.environment.programFolder = bench.folder.Path();

@@ -59,6 +59,10 @@ class Stage {
   std::string Texts() const;
 
   DatabaseBench bench;
+  engines::EngineChoice choice{{.files = bench.files,
+                                .clock = bench.clock,
+                                .wish = engines::Wish::Embedded,
+                                .pulse = [this] { windows.Pulse(); }}};
   platform::Win32Registry realRegistry;
   app::WindowsHost windows;
   app::RunHost host;

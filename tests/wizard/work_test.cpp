@@ -11,7 +11,6 @@
 #include <functional>
 #include <thread>
 
-#include "engines/engine_choice.h"
 #include "tests/wizard/person.h"
 #include "tests/wizard/stage.h"
 
@@ -26,10 +25,10 @@ class Work : public testing::Test {
  protected:
   // Opens the window; `meanwhile` is done once, in the middle of the first work on a database.
   void Open(std::function<void()> meanwhile) {
-    stage_.state.on.makeEngine = [this, meanwhile = std::move(meanwhile)] {
+    stage_.state.on.makeEngine = [this, meanwhile = std::move(meanwhile)](const suite::PasswordOf&) {
       meanwhile();
       stage_.windows.Pulse();
-      return engines::MakeEngine(stage_.bench.files, stage_.bench.clock, {});
+      return stage_.bench.choice.Engine();
     };
     stage_.Open();
   }
