@@ -213,6 +213,20 @@ void mdiMenu::ShowHelp() {
       platform::kMsgInformation, suite::MessageTitle());
 }
 
+void mdiMenu::ShowInformation() {
+  if (IsRunning()) return;
+  std::u16string engine;
+  const auto error = suite::Attempt([&] {
+    const suite::Hourglass hourglass(state_.on.host);
+    engine = state_.EngineText();
+  });
+  if (error) engine = u"brak. " + error->Description();
+  std::u16string text(suite::ProductTitle());
+  text.append(suite::kCrLf).append(u"Wersja: ").append(suite::ProductVersion());
+  text.append(suite::kCrLf).append(u"Silnik baz danych: ").append(engine);
+  state_.on.host.ShowMessage(text, platform::kMsgInformation, suite::MessageTitle());
+}
+
 void mdiMenu::txtNBazaFolder_ButtonClick() {
   suite::Report(state_.on.host, u"txtNBazaFolder_ButtonClick", [&] {
     const std::u16string current = state_.on.environment.CurrentFolder();

@@ -27,6 +27,9 @@ class LongWork;
 // Under kWizardKey: the folder of the last database that was made, offered where the suite names none.
 inline constexpr std::u16string_view kLastFolderValue = u"Ostatni folder";
 
+// What the title bar's menu calls ShowInformation.
+inline constexpr std::u16string_view kInformationCaption = u"&Informacje...";
+
 class mdiMenu : public platform::Form {
  public:
   // Lays out captions, groups and handlers. Both must outlive the form.
@@ -53,6 +56,8 @@ class mdiMenu : public platform::Form {
   void FocusPage() { FocusOn(akt_plansza); }
   // The help file, or that there is none.
   void ShowHelp();
+  // Product, version and database engine, or why there is no engine.
+  void ShowInformation();
 
   std::u16string akt_plansza;
   std::u16string akt_baza;  // path of the database just created

@@ -4,6 +4,7 @@
 #include "picture.h"
 #include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
+#include "platform/win32/wide_text.h"
 
 namespace zimbrat::app {
 namespace {
@@ -20,6 +21,10 @@ bool TellsChange(UINT message, WPARAM wParam, LPARAM lParam) {
 
 constexpr UINT kCheckFocus = WM_APP;
 
+// Of the title bar's menu: the system uses the low four bits, and what is above 0xF000.
+constexpr UINT_PTR kInformation = 0x0010;
+constexpr WPARAM kCommandBits = 0xFFF0;
+
 constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
 
 }  // namespace
@@ -30,12 +35,20 @@ WizardWindow::WizardWindow(mdiMenu& form, platform::Host& host)
       drop_([this](const std::u16string& path) { return !IsDeaf() && wizard_.TakesDrop(path); },
             [&form](const std::u16string& path) { form.Drop(path); }) {
   MakeFrame();
+  AddToMenu();
   Settle();
   OnHandled();
   ::RegisterDragDrop(Window(), &drop_);
 }
 
 WizardWindow::~WizardWindow() { ::RevokeDragDrop(Window()); }
+
+void WizardWindow::AddToMenu() {
+  const HMENU menu = ::GetSystemMenu(Window(), FALSE);
+  const std::u16string caption(kInformationCaption);
+  ::AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+  ::AppendMenuW(menu, MF_STRING, kInformation, platform::Lend(caption));
+}
 
 void WizardWindow::Show(int showCommand) {
   wizard_.SetVisible(true);
@@ -104,6 +117,10 @@ bool WizardWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
       return true;
     case WM_PAINT:
       Paint();
+      return true;
+    case WM_SYSCOMMAND:
+      if ((wParam & kCommandBits) != kInformation) return false;
+      if (!IsDeaf()) wizard_.ShowInformation();
       return true;
     case WM_HELP:
       wizard_.ShowHelp();

@@ -43,6 +43,7 @@ class WizardWindow : public FormWindow {
   };
 
   void MakeFrame();
+  void AddToMenu();
   Page& AddPage(platform::Panel& model);
   void MakeStart();
   void MakeNowaBaza();

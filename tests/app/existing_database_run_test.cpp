@@ -115,6 +115,43 @@ TEST_F(ExistingDatabase, RepairTellsWhatItCouldNotSave) {
   EXPECT_EQ(bench_.folder.Read(u"Firma.mdb.uszkodzona"), damaged);
 }
 
+// Repairs nothing without the right password.
+class LockedEngine : public dao::Engine {
+ public:
+  LockedEngine(dao::Engine& real, suite::PasswordOf password) : real_(real), password_(std::move(password)) {}
+  std::u16string Name() override { return real_.Name(); }
+  std::u16string Version() override { return real_.Version(); }
+  std::shared_ptr<dao::Workspace> CreateWorkspace(std::u16string_view name, std::u16string_view user,
+                                                  std::u16string_view password) override {
+    return real_.CreateWorkspace(name, user, password);
+  }
+  dao::RepairOutcome RepairDatabase(std::u16string_view path) override {
+    const auto password = password_(path);
+    if (password && password->View() == u"tajne") return {};
+    throw platform::RunTimeError(3031, u"DAO.DbEngine", u"Złe hasło");
+  }
+
+ private:
+  dao::Engine& real_;
+  suite::PasswordOf password_;
+};
+
+TEST_F(ExistingDatabase, RepairTakesThePasswordThatIsHeldOrTyped) {
+  auto& state = bench_.state;
+  suite::ProgramState fresh(state.on);
+  fresh.on.makeEngine = [&](const suite::PasswordOf& password) {
+    return std::make_shared<LockedEngine>(state.Engine(), password);
+  };
+  const auto repair = [&] { return app::NaprawBaze(fresh, bench_.PathOf(u"Firma.mdb")); };
+  EXPECT_FALSE(repair()) << "nobody answers";
+  bench_.host.password = u"tajne";
+  fresh.databasePassword = u"innej bazy";
+  EXPECT_FALSE(repair());
+  EXPECT_TRUE(repair()) << "a refused one is not held";
+  bench_.host.password.reset();
+  EXPECT_TRUE(repair()) << "it is asked for once";
+}
+
 TEST_F(ExistingDatabase, RunWithoutADatabaseSaysSo) {
   platform::ProgressBar bar;
   EXPECT_FALSE(app::RunExtension(bench_.state, Task::Dodaj, u"", {}, bar).done);

@@ -272,5 +272,20 @@ TEST_F(Wizard, ShowsItsHelpOrThatThereIsNone) {
   EXPECT_EQ(wizard_.shell.opened.size(), 1u);
 }
 
+TEST_F(Wizard, TellsWhichEngineItWorksWith) {
+  const std::string product = Utf8(suite::ProductTitle()) + "\r\nWersja: " + Utf8(suite::ProductVersion()) +
+                              "\r\nSilnik baz danych: ";
+  const auto makeEngine = wizard_.state.on.makeEngine;
+  wizard_.state.on.makeEngine = [](const suite::PasswordOf&) -> std::shared_ptr<dao::Engine> {
+    throw platform::RunTimeError(429, u"Zimbrat", u"Zainstaluj go.");
+  };
+  form_.ShowInformation();
+  EXPECT_EQ(wizard_.TakeMessages(), product + "brak. Zainstaluj go.\n");
+  wizard_.state.on.makeEngine = makeEngine;
+  form_.ShowInformation();
+  EXPECT_EQ(wizard_.TakeMessages(), product + "wbudowany (Jet 4.0)\n");
+  EXPECT_EQ(wizard_.bench.host.busyDepth, 0);
+}
+
 }  // namespace
 }  // namespace zimbrat::tests

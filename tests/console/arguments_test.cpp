@@ -45,6 +45,9 @@ TEST(Arguments, NameTheNearestRightWord) {
       {{u"nowa", u"--cicho=1"}, "Opcja --cicho nie przyjmuje wartości."},
       {{u"stan", u"--baza", u"a", u"--baza", u"b"}, "Opcja --baza występuje więcej niż raz."},
       {{u"stan"}, "Brak opcji --baza P polecenia stan."},
+      {{u"lista", u"--silnik"}, "Brak wartości opcji --silnik. Podaj: --silnik wbudowany"},
+      {{u"--silnik", u"wbudowany", u"lista", u"--silnik=x"}, "Opcja --silnik występuje więcej niż raz."},
+      {{u"lista", u"--silnk", u"wbudowany"}, "Nieznana opcja: --silnk. Czy chodziło o --silnik?"},
   };
   for (const auto& [words, fault] : rows) EXPECT_EQ(Fault(words), fault);
 }

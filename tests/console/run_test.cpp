@@ -24,6 +24,7 @@ class Zimbratc : public testing::Test {
     auto environment = std::make_unique<FakeEnvironment>();
     environment->programFolder = folder_.PathOf(u"program");
     environment->temporaryFolder = folder_.PathOf(u"robocze");
+    environment->variables[u"ZIMBRAT_SILNIK"] = engineVariable_;
     system.environment = std::move(environment);
     system.registry = std::make_unique<platform::PortableRegistry>(
         *system.files, folder_.PathOf(u"rejestr/rejestr.reg"));
@@ -53,6 +54,7 @@ class Zimbratc : public testing::Test {
   TempFolder folder_;
   bool isTerminal_ = false;
   bool isInterrupted_ = false;
+  std::u16string engineVariable_ = u"wbudowany";
   std::string output_, error_;
 };
 
@@ -267,6 +269,35 @@ TEST_F(Zimbratc, RunsTheAutomaticCheck) {
        {std::vector<std::u16string>{u"auto"}, {u"auto", u""}, {u"auto", u"||Firma 1"}}) {
     EXPECT_EQ(Run(words), 2) << error_;
   }
+}
+
+TEST_F(Zimbratc, TellsAndTakesTheEngine) {
+  const std::string own = "wbudowany (Jet 4.0)\n";
+  const std::string inOption = "Nieznany silnik w opcji --silnik: ";
+  const struct {
+    const char16_t* variable;
+    std::vector<std::u16string> words;
+    int status;
+    std::string text;  // the output of success, the beginning of an error
+  } rows[] = {
+      {u"wbudowany", {u"silnik"}, 0, own},
+      {u"zainstalowan", {u"silnik", u"--silnik", u"wbudowany"}, 0, own},
+      {u"", {u"--silnik=wbudowany", u"silnik"}, 0, own},
+      {u"", {u"silnik", u"--silnik=zainstalowan"}, 2, inOption + "zainstalowan. Czy chodziło o zainstalowany?\n"},
+      {u"", {u"lista", u"--silnik", u"WBUD"}, 2, inOption + "WBUD. Czy chodziło o wbudowany?\n"},
+      {u"", {u"lista", u"--silnik="}, 2, inOption},
+      {u"jet", {u"lista"}, 2, "Nieznany silnik w zmiennej ZIMBRAT_SILNIK: jet. Czy chodziło o wbudowany?\n"},
+      {u"jet", {u"auto", u"--silnik", u"wbudowany", u"||Firma"}, 2, "Pierwszy człon jest pusty"},
+  };
+  for (const auto& row : rows) {
+    engineVariable_ = row.variable;
+    EXPECT_EQ(Run(row.words), row.status) << error_;
+    EXPECT_EQ(output_, row.status == 0 ? row.text : "");
+    EXPECT_TRUE(row.status == 0 || error_.starts_with(row.text)) << error_;
+  }
+  engineVariable_ = u"wbudowany";
+  EXPECT_EQ(Run({u"silnik", u"--json"}), 0);
+  EXPECT_NE(output_.find("\"opis\":\"wbudowany (Jet 4.0)\""), std::string::npos) << output_;
 }
 
 TEST_F(Zimbratc, ShowsHelpVersionAndAnEmptyList) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,8 +54,13 @@ class FakeEnvironment : public platform::Environment {
   std::u16string programFolder;
   std::u16string temporaryFolder;
   std::u16string currentFolder;  // empty: the program's
+  // The engine that is there on every machine.
+  std::map<std::u16string, std::u16string, std::less<>> variables{{u"ZIMBRAT_SILNIK", u"wbudowany"}};
 
-  std::u16string Variable(std::u16string_view) override { return {}; }
+  std::u16string Variable(std::u16string_view name) override {
+    const auto found = variables.find(name);
+    return found == variables.end() ? std::u16string() : found->second;
+  }
   std::u16string ProgramFolder() override { return programFolder; }
   std::u16string CurrentFolder() override {
     return currentFolder.empty() ? programFolder : currentFolder;

@@ -55,6 +55,21 @@ class Work : public testing::Test {
   Stage stage_;
 };
 
+constexpr UINT kInformation = 0x0010;
+
+TEST_F(Work, TheTitleBarsMenuTellsTheEngine) {
+  stage_.Open();
+  const HMENU menu = ::GetSystemMenu(stage_.Top(), FALSE);
+  wchar_t caption[64] = {};
+  ::GetMenuStringW(menu, static_cast<UINT>(::GetMenuItemCount(menu) - 1), caption, 64, MF_BYPOSITION);
+  EXPECT_STREQ(caption, L"&Informacje...");
+  EXPECT_EQ(::GetMenuItemID(menu, ::GetMenuItemCount(menu) - 1), kInformation);
+  Person person({Press(IDOK)});
+  ::SendMessageW(stage_.Top(), WM_SYSCOMMAND, kInformation, 0);
+  ASSERT_EQ(person.Seen().size(), 1u);
+  EXPECT_THAT(person.Seen().front(), testing::EndsWith("Silnik baz danych: wbudowany (Jet 4.0)"));
+}
+
 TEST_F(Work, NothingThatIsClickedMeanwhileIsDone) {
   std::vector<LRESULT> answers;
   bool wasGrey = false;
@@ -70,6 +85,8 @@ TEST_F(Work, NothingThatIsClickedMeanwhileIsDone) {
     ::PostMessageW(::GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
     ::PostMessageW(stage_.Top(), WM_SYSCOMMAND, SC_MOVE, 0);
     ::PostMessageW(stage_.Top(), WM_SYSCOMMAND, SC_KEYMENU, 0);
+    ::PostMessageW(stage_.Top(), WM_SYSCOMMAND, kInformation, 0);
+    ::SendMessageW(stage_.Top(), WM_SYSCOMMAND, kInformation, 0);
     ::PostMessageW(stage_.Top(), WM_CLOSE, 0, 0);
     wasGrey = CloseBoxIsGrey(stage_.Top());
     answers.push_back(::SendMessageW(stage_.Top(), WM_QUERYENDSESSION, 0, 0));
