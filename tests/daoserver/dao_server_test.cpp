@@ -1,0 +1,324 @@
+// The server, driven as a caller does: by names through IDispatch.
+#include "tests/daoserver/dao_server.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include "jet/engine.h"
+#include "platform/error_numbers.h"
+#include "platform/system.h"
+#include "platform/text.h"
+#include "platform/win32/handles.h"
+#include "platform/win32/wide_text.h"
+#include "tests/support/error_of.h"
+#include "tests/support/temp_folder.h"
+
+namespace zimbrat::tests {
+namespace {
+
+using namespace zimbrat::platform;
+using Reference = ComReference<IDispatch>;
+
+// A value of automation that can be copied.
+class Any {
+ public:
+  Any() = default;
+  Any(const wchar_t* text) : Any(std::u16string_view(ViewWide(text))) {}
+  Any(std::u16string_view text) {
+    value_.vt = VT_BSTR;
+    value_.bstrVal = ::SysAllocStringLen(reinterpret_cast<const wchar_t*>(text.data()), static_cast<UINT>(text.size()));
+  }
+  Any(const std::u16string& text) : Any(std::u16string_view(text)) {}
+  Any(int number) {
+    value_.vt = VT_I4;
+    value_.lVal = number;
+  }
+  Any(bool flag) {
+    value_.vt = VT_BOOL;
+    value_.boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE;
+  }
+  Any(const Reference& object) {
+    value_.vt = VT_DISPATCH;
+    value_.pdispVal = object.Get();
+    object.Get()->AddRef();
+  }
+  Any(const char16_t* text) : Any(std::u16string_view(text)) {}
+  Any(const Any& other) { ::VariantCopy(&value_, &other.value_); }
+  Any& operator=(const Any& other) {
+    ::VariantCopy(&value_, &other.value_);
+    return *this;
+  }
+  ~Any() { ::VariantClear(&value_); }
+  static Any Missing() {
+    Any missing;
+    missing.value_.vt = VT_ERROR;
+    missing.value_.scode = DISP_E_PARAMNOTFOUND;
+    return missing;
+  }
+  VARIANT* Get() { return &value_; }
+  const VARIANT& operator*() const { return value_; }
+
+ private:
+  mutable VARIANT value_ = {};  // the calls that read it want it so
+};
+
+// What came back of a call. An error in words: "3031 DAO.Workspace" or the HRESULT in hexadecimal digits.
+struct Answer {
+  Any value;
+  std::string error;
+
+  Reference Object() const {
+    EXPECT_EQ((*value).vt, VT_DISPATCH) << error;
+    if ((*value).vt != VT_DISPATCH) return Reference();
+    (*value).pdispVal->AddRef();
+    return Reference((*value).pdispVal);
+  }
+  std::string Text() const {
+    if ((*value).vt != VT_BSTR) return error.empty() ? "<type " + std::to_string((*value).vt) + ">" : error;
+    return Utf8FromUtf16(ViewWide({(*value).bstrVal, ::SysStringLen((*value).bstrVal)}));
+  }
+  int Number() const {
+    EXPECT_TRUE((*value).vt == VT_I4 || (*value).vt == VT_I2) << error;
+    return (*value).vt == VT_I2 ? (*value).iVal : (*value).lVal;
+  }
+};
+
+std::string Words(HRESULT code, EXCEPINFO& said) {
+  std::array<char, 16> digits;
+  std::snprintf(digits.data(), digits.size(), "%08lX", static_cast<unsigned long>(code));
+  if (code != DISP_E_EXCEPTION) return digits.data();
+  if (said.pfnDeferredFillIn != nullptr) said.pfnDeferredFillIn(&said);
+  const Bstr source(said.bstrSource), description(said.bstrDescription), help(said.bstrHelpFile);
+  EXPECT_EQ(static_cast<unsigned>(said.scode) & 0xFFFF0000u, 0x800A0000u);
+  const std::u16string from = FromWide({source.Get(), ::SysStringLen(source.Get())});
+  EXPECT_EQ(from.empty(), ::SysStringLen(description.Get()) == 0);
+  return std::to_string(said.scode & 0xFFFF) + (from.empty() ? "" : " " + Utf8FromUtf16(from));
+}
+
+DISPID IdOf(const Reference& object, const wchar_t* name) {
+  std::wstring text = name;
+  LPOLESTR names = text.data();
+  DISPID id = DISPID_UNKNOWN;
+  const HRESULT code = object.Get()->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_NEUTRAL, &id);
+  EXPECT_EQ(code, id == DISPID_UNKNOWN ? DISP_E_UNKNOWNNAME : S_OK);
+  return id;
+}
+
+Answer Ask(const Reference& object, DISPID id, WORD kind, std::vector<Any> arguments) {
+  std::vector<VARIANT> reversed;
+  for (auto it = arguments.rbegin(); it != arguments.rend(); ++it) reversed.push_back(**it);
+  DISPPARAMS parameters = {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+  DISPID put = DISPID_PROPERTYPUT;
+  const bool isPut = kind == DISPATCH_PROPERTYPUT;
+  if (isPut) {
+    parameters.cNamedArgs = 1;
+    parameters.rgdispidNamedArgs = &put;
+  }
+  Answer answer;
+  EXCEPINFO said = {};
+  const HRESULT code = object.Get()->Invoke(id, IID_NULL, 0x0409, kind, &parameters,
+                                            isPut ? nullptr : answer.value.Get(), &said, nullptr);
+  if (FAILED(code)) answer.error = Words(code, said);
+  return answer;
+}
+
+Answer Do(const Reference& object, const wchar_t* name, std::vector<Any> arguments = {}) {
+  return Ask(object, IdOf(object, name), DISPATCH_METHOD, std::move(arguments));
+}
+Answer Get(const Reference& object, const wchar_t* name, std::vector<Any> arguments = {}) {
+  return Ask(object, IdOf(object, name), DISPATCH_METHOD | DISPATCH_PROPERTYGET, std::move(arguments));
+}
+std::string Put(const Reference& object, const wchar_t* name, const Any& value) {
+  return Ask(object, IdOf(object, name), DISPATCH_PROPERTYPUT, {value}).error;
+}
+Reference Part(const Reference& object, const wchar_t* collection, const Any& which) {
+  return Get(Get(object, collection).Object(), L"Item", {which}).Object();
+}
+
+class DaoServerTest : public ::testing::Test {
+ protected:
+  TempFolder folder;
+  System system = MakeSystem(0, nullptr);
+  std::shared_ptr<dao::Engine> engine = jet::MakeEngine(*system.files, *system.clock, {});
+  std::u16string path = folder.PathOf(u"Baza.mdb");
+
+  static Reference Create(const wchar_t* programId) {
+    CLSID id;
+    Reference made;
+    EXPECT_HRESULT_SUCCEEDED(::CLSIDFromProgID(programId, &id));
+    void* object = nullptr;
+    EXPECT_HRESULT_SUCCEEDED(::CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, &object));
+    return Reference(static_cast<IDispatch*>(object));
+  }
+  static Reference Session(const Reference& dao) {
+    return Do(dao, L"CreateWorkspace", {L"", L"Admin", L""}).Object();
+  }
+  Reference NewDatabase(const Reference& session, int options = 66) {
+    return Do(session, L"CreateDatabase", {path, dao::dbLangGeneral, options}).Object();
+  }
+  // With a field A of numbers and a field B of texts.
+  static void MakeTable(const Reference& database) {
+    const Reference table = Do(database, L"CreateTableDef", {L"T"}).Object();
+    const Reference fields = Get(table, L"Fields").Object();
+    EXPECT_EQ(Do(fields, L"Append", {Do(table, L"CreateField", {L"A", L"4", Any::Missing()}).Object()}).error, "");
+    EXPECT_EQ(Do(fields, L"Append", {Do(table, L"CreateField", {L"B", 10, 20}).Object()}).error, "");
+    EXPECT_EQ(Do(Get(database, L"TableDefs").Object(), L"Append", {table}).error, "");
+  }
+  bool IsHeld() {
+    const std::shared_ptr<dao::Workspace> other = engine->CreateWorkspace(u"", u"Admin", u"");
+    return ErrorOf([&] { other->OpenDatabase(path, true, false)->Close(); }) == kErrFileInUse;
+  }
+};
+
+TEST_F(DaoServerTest, OffersEachProgramIdWithItsVersionAndFormat) {
+  const DaoServer old(engine, L"DAO.DBEngine.36");
+  const DaoServer ace(engine);
+  for (const auto& [id, version, options, format] :
+       {std::tuple(L"DAO.DBEngine.36", "3.6", 2, "4.0"), std::tuple(L"DAO.DBEngine.120", "16.0", 2, "12.0"),
+        std::tuple(L"DAO.DBEngine.120", "16.0", 66, "4.0")}) {
+    const Reference dao = Create(id);
+    EXPECT_EQ(Get(dao, L"version").Text(), version);
+    const Reference session = Session(dao);
+    const Reference database = NewDatabase(session, options);
+    EXPECT_EQ(Get(database, L"Version").Text(), format) << options;
+    EXPECT_EQ(Do(database, L"Close").error, "");
+    EXPECT_EQ(Get(Do(session, L"OpenDatabase", {path, true}).Object(), L"Version").Text(), format);
+    system.files->Delete(path);
+  }
+  EXPECT_EQ(old.Objects() + ace.Objects(), 0);
+}
+
+TEST_F(DaoServerTest, KeepsTablesAndValues) {
+  DaoServer server(engine);
+  server.keepsLog = true;
+  {
+    const Reference database = NewDatabase(Session(Create(L"DAO.DBEngine.120")));
+    MakeTable(database);
+    const Reference rows = Do(database, L"OpenRecordset", {L"T"}).Object();
+    EXPECT_EQ(Do(rows, L"AddNew").error, "");
+    EXPECT_EQ(Put(Part(rows, L"Fields", L"b"), L"Value", L"Zażółć"), "");
+    EXPECT_EQ(Do(rows, L"Update", {1, false}).error, "");
+    EXPECT_EQ(Do(rows, L"MoveLast").error, "");
+    EXPECT_EQ(Ask(Part(rows, L"Fields", 1), 0, DISPATCH_PROPERTYGET, {}).Text(), "Zażółć");
+    EXPECT_EQ((*Get(Part(rows, L"Fields", 0), L"Value").value).vt, VT_NULL);
+    EXPECT_EQ(Get(rows, L"RecordCount").Number(), 1);
+    EXPECT_EQ((*Get(rows, L"EOF").value).vt, VT_BOOL);
+    EXPECT_EQ((*Get(Part(database, L"TableDefs", L"T"), L"Updatable").value).boolVal, VARIANT_TRUE);
+  }
+  EXPECT_EQ(server.Objects(), 0);
+  EXPECT_NE(std::find(server.log.begin(), server.log.end(), "TableDefs.Append"), server.log.end());
+  EXPECT_NE(std::find(server.log.begin(), server.log.end(), "Field.Value="), server.log.end());
+}
+
+TEST_F(DaoServerTest, TellsErrorsInEachWay) {
+  DaoServer server(engine);
+  const Reference dao = Create(L"DAO.DBEngine.120");
+  const Reference session = Session(dao);
+  const Reference database = NewDatabase(session);
+  MakeTable(database);
+  const Reference rows = Do(database, L"OpenRecordset", {L"T"}).Object();
+  EXPECT_EQ(Do(rows, L"MoveNext").error, "3021 DAO.Recordset");  // filled in later
+  EXPECT_EQ(Do(session, L"OpenDatabase", {folder.PathOf(u"brak.mdb")}).error, "3024 DAO.Workspace");
+  EXPECT_EQ(Do(dao, L"RepairDatabase", {path}).error, "3251 DAO.DbEngine");
+  EXPECT_EQ(Get(Get(database, L"TableDefs").Object(), L"Item", {L"1"}).error, "3265 DAO.TableDefs");
+  server.isTerse = true;
+  EXPECT_EQ(Do(database, L"Execute", {L"SELECT * FROM T"}).error, "3065");
+  const Reference errors = Get(dao, L"Errors").Object();
+  const int count = Get(errors, L"Count").Number();
+  const Reference error = Get(errors, L"Item", {count - 1}).Object();
+  EXPECT_EQ(Get(error, L"Number").Number(), 3065);
+  EXPECT_EQ(Get(error, L"Source").Text(), "DAO.Database");
+}
+
+TEST_F(DaoServerTest, RefusesWrongCalls) {
+  const DaoServer server(engine);
+  const Reference dao = Create(L"DAO.DBEngine.120");
+  const Reference session = Session(dao);
+  const Reference database = NewDatabase(session);
+  MakeTable(database);
+  const Reference table = Part(database, L"TableDefs", L"T");
+  const Reference field = Part(table, L"Fields", L"A");
+  EXPECT_EQ(IdOf(dao, L"Wersja"), DISPID_UNKNOWN);
+  EXPECT_EQ(Do(dao, L"Version").error, "80020003");
+  EXPECT_EQ(Ask(database, IdOf(database, L"Close"), DISPATCH_PROPERTYGET, {}).error, "80020003");
+  EXPECT_EQ(Put(database, L"Name", L"x"), "80020003");
+  EXPECT_EQ(Do(session, L"OpenDatabase").error, "8002000E");
+  EXPECT_EQ(Do(session, L"OpenDatabase", {Any()}).error, "80020005");
+  EXPECT_EQ(Do(session, L"OpenDatabase", {path, Any()}).error, "80020005");  // empty is not missing
+  EXPECT_EQ(Do(Get(table, L"Fields").Object(), L"Append", {table}).error, "80020005");
+
+  Any truth(true);
+  DISPPARAMS parameters = {truth.Get(), nullptr, 1, 0};
+  const DISPID id = IdOf(field, L"Required");
+  const auto put = [&](VARIANT* result) {
+    return field.Get()->Invoke(id, IID_NULL, 0x0409, DISPATCH_PROPERTYPUT, &parameters, result, nullptr, nullptr);
+  };
+  EXPECT_EQ(put(nullptr), E_INVALIDARG);  // the argument is not named
+  DISPID name = DISPID_PROPERTYPUT;
+  parameters = {truth.Get(), &name, 1, 1};
+  Any result;
+  EXPECT_EQ(put(result.Get()), E_INVALIDARG);
+  truth.Get()->boolVal = 1;
+  EXPECT_EQ(put(nullptr), E_INVALIDARG);
+  truth.Get()->boolVal = VARIANT_TRUE;
+  EXPECT_EQ(put(nullptr), S_OK);
+}
+
+TEST_F(DaoServerTest, HoldsTheFileUntilTheLastReferenceIsGone) {
+  const DaoServer server(engine);
+  const Reference session = Session(Create(L"DAO.DBEngine.120"));
+  for (const bool closesSession : {false, true}) {
+    Reference database = closesSession ? Do(session, L"OpenDatabase", {path, true}).Object() : NewDatabase(session);
+    if (!closesSession) MakeTable(database);
+    {
+      const Reference field = Part(Part(database, L"TableDefs", L"T"), L"Fields", L"A");
+      EXPECT_EQ(Do(closesSession ? session : database, L"Close").error, "");
+      EXPECT_EQ(Do(database, L"Close").error, "3420 DAO.Database");
+      EXPECT_EQ(Get(field, L"Name").error, "3420 DAO.Field");
+      database = Reference();
+      EXPECT_TRUE(IsHeld());
+    }
+    EXPECT_FALSE(IsHeld());
+  }
+  EXPECT_EQ(Do(session, L"BeginTrans").error, "3420 DAO.Workspace");
+}
+
+TEST_F(DaoServerTest, FailsOnceWhereTold) {
+  DaoServer server(engine);
+  const Reference session = Session(Create(L"DAO.DBEngine.120"));
+  const Reference database = NewDatabase(session);
+  const int before = server.Calls();
+  server.FailAt(2, 3043);
+  EXPECT_EQ(Do(session, L"BeginTrans").error, "");
+  EXPECT_EQ(Do(database, L"Close").error, "3043 DAO.Awaria");
+  EXPECT_EQ(Do(session, L"Rollback").error, "");
+  EXPECT_EQ(Do(database, L"Close").error, "");  // it was not done
+  EXPECT_EQ(server.Calls() - before, 4);
+}
+
+TEST_F(DaoServerTest, CompactsACopyAndListsWhatWasLost) {
+  const DaoServer server(engine);
+  const Reference dao = Create(L"DAO.DBEngine.120");
+  const Reference session = Session(dao);
+  const std::u16string copy = folder.PathOf(u"kopia.mdb");
+  {
+    const Reference database = NewDatabase(session);
+    MakeTable(database);
+    EXPECT_EQ(Do(database, L"NewPassword", {L"", L"tajne"}).error, "");
+    EXPECT_EQ(Do(dao, L"CompactDatabase", {path, copy}).error, "3045 DAO.DbEngine");
+    EXPECT_EQ(Do(database, L"Close").error, "");
+  }
+  const Any none = Any::Missing();
+  EXPECT_EQ(Do(dao, L"CompactDatabase", {path, path, none, none, L";pwd=tajne"}).error, "3204 DAO.DbEngine");
+  EXPECT_EQ(Do(dao, L"CompactDatabase", {path, copy}).error, "3031 DAO.DbEngine");
+  EXPECT_EQ(Do(dao, L"CompactDatabase", {path, copy, none, 64, L";pwd=tajne"}).error, "3001 DAO.DbEngine");
+  EXPECT_EQ(Do(dao, L"CompactDatabase", {path, copy, none, none, L";pwd=tajne"}).error, "");
+  const Reference made = Do(session, L"OpenDatabase", {copy, true, false, L";pwd=tajne;"}).Object();
+  EXPECT_EQ(Get(Part(made, L"TableDefs", L"T"), L"RecordCount").Number(), 0);
+}
+
+}  // namespace
+}  // namespace zimbrat::tests
