@@ -43,12 +43,11 @@ void ListLosses(dao::Engine& engine, std::u16string_view path, std::u16string_vi
 }  // namespace
 
 void Compact(ServerState& state, std::u16string_view source, std::u16string_view target, std::u16string_view connect) {
-  Files& files = *state.system.files;
   RequireOpening(*state.engine, source, connect);
-  if (files.State(target)) Fail(kErrDatabaseExists, kSource);
-  Copy(files, source, target);
+  if (state.files.State(target)) Fail(kErrDatabaseExists, kSource);
+  Copy(state.files, source, target);
   const dao::RepairOutcome outcome = state.engine->RepairDatabase(target);
-  if (!outcome.keptFile.empty()) files.Delete(outcome.keptFile);
+  if (!outcome.keptFile.empty()) state.files.Delete(outcome.keptFile);
   if (!outcome.losses.empty()) ListLosses(*state.engine, target, connect, outcome.losses);
 }
 

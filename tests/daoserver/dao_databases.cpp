@@ -156,9 +156,6 @@ constexpr Class kEngine = {L"DBEngine", u"DAO.DbEngine", kEngineMembers, false};
 }  // namespace
 
 const Class& EngineClass() { return kEngine; }
-template <>
-const Class& ClassOf<dao::Database>() {
-  return kDatabase;
-}
+template <> const Class& ClassOf<dao::Database>() { return kDatabase; }
 
 }  // namespace zimbrat::tests

@@ -131,41 +131,14 @@ constexpr Class kRecordset = {L"Recordset", u"DAO.Recordset", kRecordsetMembers}
 
 }  // namespace
 
-template <>
-const Class& ClassOf<dao::Collection<dao::Field>>() {
-  return kFields;
-}
-template <>
-const Class& ClassOf<dao::Collection<dao::Index>>() {
-  return kIndexes;
-}
-template <>
-const Class& ClassOf<dao::Collection<dao::TableDef>>() {
-  return kTableDefs;
-}
-template <>
-const Class& ClassOf<dao::Collection<dao::Relation>>() {
-  return kRelations;
-}
-template <>
-const Class& ClassOf<dao::Field>() {
-  return kField;
-}
-template <>
-const Class& ClassOf<dao::Index>() {
-  return kIndex;
-}
-template <>
-const Class& ClassOf<dao::TableDef>() {
-  return kTableDef;
-}
-template <>
-const Class& ClassOf<dao::Relation>() {
-  return kRelation;
-}
-template <>
-const Class& ClassOf<dao::Recordset>() {
-  return kRecordset;
-}
+template <> const Class& ClassOf<dao::Collection<dao::Field>>() { return kFields; }
+template <> const Class& ClassOf<dao::Collection<dao::Index>>() { return kIndexes; }
+template <> const Class& ClassOf<dao::Collection<dao::TableDef>>() { return kTableDefs; }
+template <> const Class& ClassOf<dao::Collection<dao::Relation>>() { return kRelations; }
+template <> const Class& ClassOf<dao::Field>() { return kField; }
+template <> const Class& ClassOf<dao::Index>() { return kIndex; }
+template <> const Class& ClassOf<dao::TableDef>() { return kTableDef; }
+template <> const Class& ClassOf<dao::Relation>() { return kRelation; }
+template <> const Class& ClassOf<dao::Recordset>() { return kRecordset; }
 
 }  // namespace zimbrat::tests

@@ -20,6 +20,7 @@ namespace zimbrat::tests {
 namespace {
 
 using namespace zimbrat::platform;
+using namespace std::string_view_literals;
 using Reference = ComReference<IDispatch>;
 
 // A value of automation that can be copied.
@@ -58,7 +59,7 @@ class Any {
     missing.value_.scode = DISP_E_PARAMNOTFOUND;
     return missing;
   }
-  VARIANT* Get() { return &value_; }
+  VARIANT* Get() const { return &value_; }
   const VARIANT& operator*() const { return value_; }
 
  private:
@@ -191,6 +192,14 @@ TEST_F(DaoServerTest, OffersEachProgramIdWithItsVersionAndFormat) {
   EXPECT_EQ(old.Objects() + ace.Objects(), 0);
 }
 
+TEST_F(DaoServerTest, IsGoneWhenDestroyed) {
+  { const DaoServer server(engine); }
+  CLSID id = CLSID_NULL;
+  void* object = nullptr;
+  const HRESULT found = ::CLSIDFromProgID(L"DAO.DBEngine.120", &id);
+  EXPECT_TRUE(FAILED(found) || FAILED(::CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, &object)));
+}
+
 TEST_F(DaoServerTest, KeepsTablesAndValues) {
   DaoServer server(engine);
   server.keepsLog = true;
@@ -211,6 +220,47 @@ TEST_F(DaoServerTest, KeepsTablesAndValues) {
   EXPECT_EQ(server.Objects(), 0);
   EXPECT_NE(std::find(server.log.begin(), server.log.end(), "TableDefs.Append"), server.log.end());
   EXPECT_NE(std::find(server.log.begin(), server.log.end(), "Field.Value="), server.log.end());
+}
+
+TEST_F(DaoServerTest, ShowsEachTypeOfValueAsDaoDoes) {
+  const DaoServer server(engine);
+  const Reference database = NewDatabase(Session(Create(L"DAO.DBEngine.120")));
+  ASSERT_EQ(Do(database, L"Execute", {L"CREATE TABLE W (f1 BIT, f2 BYTE, f3 SHORT, f4 LONG, f5 CURRENCY, f6 REAL, "
+                                      L"f7 DOUBLE, f8 DATETIME, f9 BINARY(9), f10 TEXT(9), f11 IMAGE, f12 MEMO, f13 GUID)"})
+                .error, "");
+  const Reference rows = Do(database, L"OpenRecordset", {L"W"}).Object();
+  const wchar_t* guid = L"{guid {00112233-4455-6677-8899-AABBCCDDEEFF}}";
+  Any bytes;
+  bytes.Get()->parray = ::SafeArrayCreateVector(VT_UI1, 0, 3);
+  bytes.Get()->vt = VT_ARRAY | VT_UI1;
+  std::copy_n("\1\0\377", 3, static_cast<char*>((*bytes).parray->pvData));
+  struct Case {
+    VARTYPE type;
+    Any put;
+    const wchar_t* shown;  // the same, in the words of the system
+  };
+  const Case cases[] = {
+      {VT_BOOL, true, L"-1"}, {VT_UI1, 255, L"255"}, {VT_I2, -32768, L"-32768"}, {VT_I4, 2147483647, L"2147483647"},
+      {VT_CY, L"12,3456", L"12.3456"}, {VT_R4, L"0,5", L"0.5"}, {VT_R8, -7, L"-7"}, {VT_DATE, 36526, L"1/1/2000"},
+      {VT_ARRAY | VT_UI1, bytes, nullptr}, {VT_BSTR, L"żółć", L"żółć"}, {VT_ARRAY | VT_UI1, bytes, nullptr},
+      {VT_BSTR, L"", L""}, {VT_BSTR, guid, guid},
+  };
+  EXPECT_EQ(Do(rows, L"AddNew").error, "");
+  for (int i = 0; const Case& c : cases) {
+    const Reference field = Part(rows, L"Fields", i++);
+    EXPECT_EQ(Put(field, L"Value", c.put), "") << i;
+    const Answer answer = Get(field, L"Value");
+    EXPECT_EQ((*answer.value).vt, c.type) << i;
+    if (c.shown == nullptr) {
+      const SAFEARRAY& array = *(*answer.value).parray;
+      EXPECT_EQ(std::string_view(static_cast<char*>(array.pvData), array.rgsabound[0].cElements), "\1\0\377"sv) << i;
+      continue;
+    }
+    Answer text;
+    ::VariantChangeTypeEx(text.value.Get(), answer.value.Get(), 0x0409, 0, VT_BSTR);
+    EXPECT_EQ(text.Text(), Utf8FromUtf16(ViewWide(c.shown))) << i;
+  }
+  EXPECT_EQ(Put(Part(rows, L"Fields", 12), L"Value", L"guid"), "3421 DAO.Field");
 }
 
 TEST_F(DaoServerTest, TellsErrorsInEachWay) {
@@ -299,7 +349,7 @@ TEST_F(DaoServerTest, FailsOnceWhereTold) {
   EXPECT_EQ(server.Calls() - before, 4);
 }
 
-TEST_F(DaoServerTest, CompactsACopyAndListsWhatWasLost) {
+TEST_F(DaoServerTest, CompactsACopy) {
   const DaoServer server(engine);
   const Reference dao = Create(L"DAO.DBEngine.120");
   const Reference session = Session(dao);
@@ -318,6 +368,28 @@ TEST_F(DaoServerTest, CompactsACopyAndListsWhatWasLost) {
   EXPECT_EQ(Do(dao, L"CompactDatabase", {path, copy, none, none, L";pwd=tajne"}).error, "");
   const Reference made = Do(session, L"OpenDatabase", {copy, true, false, L";pwd=tajne;"}).Object();
   EXPECT_EQ(Get(Part(made, L"TableDefs", L"T"), L"RecordCount").Number(), 0);
+}
+
+TEST_F(DaoServerTest, ListsWhatACompactionLost) {
+  const DaoServer server(engine);
+  const Reference dao = Create(L"DAO.DBEngine.120");
+  const Reference session = Session(dao);
+  {
+    const Reference database = NewDatabase(session, dao::dbVersion40);
+    MakeTable(database);
+    EXPECT_EQ(Do(database, L"Execute", {L"INSERT INTO T (B) VALUES ('Zgubiony')"}).error, "");
+    EXPECT_EQ(Do(database, L"Close").error, "");
+  }
+  std::string bytes = folder.Read(u"Baza.mdb");
+  const std::size_t row = bytes.find("Z\0g\0u\0b\0"sv);
+  ASSERT_NE(row, bytes.npos);
+  bytes.replace(row / 4096 * 4096, 4096, 4096, '\0');
+  folder.Write(u"Baza.mdb", bytes);
+  EXPECT_EQ(Do(dao, L"CompactDatabase", {path, folder.PathOf(u"kopia.mdb")}).error, "");
+  const Reference made = Do(session, L"OpenDatabase", {folder.PathOf(u"kopia.mdb")}).Object();
+  EXPECT_EQ(Get(Part(made, L"TableDefs", L"T"), L"RecordCount").Number(), 0);
+  EXPECT_GT(Get(Part(made, L"TableDefs", L"MSysCompactError"), L"RecordCount").Number(), 0);
+  EXPECT_EQ(folder.Names(), (std::vector<std::u16string>{u"Baza.mdb", u"kopia.mdb"}));
 }
 
 }  // namespace

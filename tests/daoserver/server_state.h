@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/run_time_error.h"
-#include "platform/system.h"
+#include "platform/win32/win32_files.h"
 #include "dao_server.h"
 
 namespace zimbrat::tests {
@@ -15,7 +15,7 @@ namespace zimbrat::tests {
 struct ServerState {
   std::shared_ptr<dao::Engine> engine;
   bool makesNewerFiles = false;
-  platform::System system = platform::MakeSystem(0, nullptr);
+  platform::Win32Files files;
 
   long objects = 0;
   int calls = 0;
