@@ -1,18 +1,13 @@
 // The server, driven as a caller does: by names through IDispatch.
 #include "tests/daoserver/dao_server.h"
 
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
-#include <oleauto.h>
+#include <algorithm>
+#include <tuple>
 
 #include "jet/engine.h"
 #include "platform/error_numbers.h"
 #include "platform/system.h"
-#include "platform/text.h"
-#include "platform/win32/handles.h"
-#include "platform/win32/wide_text.h"
+#include "automation_caller.h"
 #include "tests/support/error_of.h"
 #include "tests/support/temp_folder.h"
 
@@ -21,123 +16,6 @@ namespace {
 
 using namespace zimbrat::platform;
 using namespace std::string_view_literals;
-using Reference = ComReference<IDispatch>;
-
-// A value of automation that can be copied.
-class Any {
- public:
-  Any() = default;
-  Any(const wchar_t* text) : Any(std::u16string_view(ViewWide(text))) {}
-  Any(std::u16string_view text) {
-    value_.vt = VT_BSTR;
-    value_.bstrVal = ::SysAllocStringLen(reinterpret_cast<const wchar_t*>(text.data()), static_cast<UINT>(text.size()));
-  }
-  Any(const std::u16string& text) : Any(std::u16string_view(text)) {}
-  Any(int number) {
-    value_.vt = VT_I4;
-    value_.lVal = number;
-  }
-  Any(bool flag) {
-    value_.vt = VT_BOOL;
-    value_.boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE;
-  }
-  Any(const Reference& object) {
-    value_.vt = VT_DISPATCH;
-    value_.pdispVal = object.Get();
-    object.Get()->AddRef();
-  }
-  Any(const char16_t* text) : Any(std::u16string_view(text)) {}
-  Any(const Any& other) { ::VariantCopy(&value_, &other.value_); }
-  Any& operator=(const Any& other) {
-    ::VariantCopy(&value_, &other.value_);
-    return *this;
-  }
-  ~Any() { ::VariantClear(&value_); }
-  static Any Missing() {
-    Any missing;
-    missing.value_.vt = VT_ERROR;
-    missing.value_.scode = DISP_E_PARAMNOTFOUND;
-    return missing;
-  }
-  VARIANT* Get() const { return &value_; }
-  const VARIANT& operator*() const { return value_; }
-
- private:
-  mutable VARIANT value_ = {};  // the calls that read it want it so
-};
-
-// What came back of a call. An error in words: "3031 DAO.Workspace" or the HRESULT in hexadecimal digits.
-struct Answer {
-  Any value;
-  std::string error;
-
-  Reference Object() const {
-    EXPECT_EQ((*value).vt, VT_DISPATCH) << error;
-    if ((*value).vt != VT_DISPATCH) return Reference();
-    (*value).pdispVal->AddRef();
-    return Reference((*value).pdispVal);
-  }
-  std::string Text() const {
-    if ((*value).vt != VT_BSTR) return error.empty() ? "<type " + std::to_string((*value).vt) + ">" : error;
-    return Utf8FromUtf16(ViewWide({(*value).bstrVal, ::SysStringLen((*value).bstrVal)}));
-  }
-  int Number() const {
-    EXPECT_TRUE((*value).vt == VT_I4 || (*value).vt == VT_I2) << error;
-    return (*value).vt == VT_I2 ? (*value).iVal : (*value).lVal;
-  }
-};
-
-std::string Words(HRESULT code, EXCEPINFO& said) {
-  std::array<char, 16> digits;
-  std::snprintf(digits.data(), digits.size(), "%08lX", static_cast<unsigned long>(code));
-  if (code != DISP_E_EXCEPTION) return digits.data();
-  if (said.pfnDeferredFillIn != nullptr) said.pfnDeferredFillIn(&said);
-  const Bstr source(said.bstrSource), description(said.bstrDescription), help(said.bstrHelpFile);
-  EXPECT_EQ(static_cast<unsigned>(said.scode) & 0xFFFF0000u, 0x800A0000u);
-  const std::u16string from = FromWide({source.Get(), ::SysStringLen(source.Get())});
-  EXPECT_EQ(from.empty(), ::SysStringLen(description.Get()) == 0);
-  return std::to_string(said.scode & 0xFFFF) + (from.empty() ? "" : " " + Utf8FromUtf16(from));
-}
-
-DISPID IdOf(const Reference& object, const wchar_t* name) {
-  std::wstring text = name;
-  LPOLESTR names = text.data();
-  DISPID id = DISPID_UNKNOWN;
-  const HRESULT code = object.Get()->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_NEUTRAL, &id);
-  EXPECT_EQ(code, id == DISPID_UNKNOWN ? DISP_E_UNKNOWNNAME : S_OK);
-  return id;
-}
-
-Answer Ask(const Reference& object, DISPID id, WORD kind, std::vector<Any> arguments) {
-  std::vector<VARIANT> reversed;
-  for (auto it = arguments.rbegin(); it != arguments.rend(); ++it) reversed.push_back(**it);
-  DISPPARAMS parameters = {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
-  DISPID put = DISPID_PROPERTYPUT;
-  const bool isPut = kind == DISPATCH_PROPERTYPUT;
-  if (isPut) {
-    parameters.cNamedArgs = 1;
-    parameters.rgdispidNamedArgs = &put;
-  }
-  Answer answer;
-  EXCEPINFO said = {};
-  const HRESULT code = object.Get()->Invoke(id, IID_NULL, 0x0409, kind, &parameters,
-                                            isPut ? nullptr : answer.value.Get(), &said, nullptr);
-  if (FAILED(code)) answer.error = Words(code, said);
-  return answer;
-}
-
-Answer Do(const Reference& object, const wchar_t* name, std::vector<Any> arguments = {}) {
-  return Ask(object, IdOf(object, name), DISPATCH_METHOD, std::move(arguments));
-}
-Answer Get(const Reference& object, const wchar_t* name, std::vector<Any> arguments = {}) {
-  return Ask(object, IdOf(object, name), DISPATCH_METHOD | DISPATCH_PROPERTYGET, std::move(arguments));
-}
-std::string Put(const Reference& object, const wchar_t* name, const Any& value) {
-  return Ask(object, IdOf(object, name), DISPATCH_PROPERTYPUT, {value}).error;
-}
-Reference Part(const Reference& object, const wchar_t* collection, const Any& which) {
-  return Get(Get(object, collection).Object(), L"Item", {which}).Object();
-}
 
 class DaoServerTest : public ::testing::Test {
  protected:
