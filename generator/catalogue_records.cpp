@@ -4,6 +4,7 @@
 
 #include "patience.h"
 #include "suite/manners.h"
+#include "platform/dao_connect.h"
 #include "platform/dates.h"
 #include "platform/text.h"
 
@@ -77,7 +78,7 @@ void WritePeriods(dao::Database& database, const Periods& periods) {
 
 bool ZapiszProgram(ProgramState& state, std::u16string_view databasePath,
                    const StructureHeader& header) {
-  return RecordInSession(state, databasePath, suite::ConnectText(state.databasePassword),
+  return RecordInSession(state, databasePath, dao::ConnectText(state.databasePassword),
                          [&](dao::Database& database) {
                            const auto row = database.OpenRecordset(
                                u"SELECT * FROM dbprg WHERE Indprg = '" + header.symbol + u"' ");
@@ -108,7 +109,7 @@ bool ZapiszAdministratora(ProgramState& state, std::u16string_view databasePath)
 }
 
 bool ZapiszFirme(ProgramState& state, std::u16string_view databasePath) {
-  return RecordInSession(state, databasePath, suite::ConnectText(state.databasePassword),
+  return RecordInSession(state, databasePath, dao::ConnectText(state.databasePassword),
                          [&](dao::Database& database) {
                            const auto row = database.OpenRecordset(u"SELECT * FROM dbfir");
                            EditOrAdd(*row);

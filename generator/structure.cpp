@@ -4,6 +4,7 @@
 #include "patience.h"
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"
+#include "platform/dao_connect.h"
 #include "platform/error_numbers.h"
 #include "platform/file_errors.h"
 #include "platform/numbers.h"
@@ -61,7 +62,7 @@ bool ApplyStructure(ProgramState& state, const Place& place, StructureHeader& he
   if (tables.empty()) return false;
 
   const auto session =
-      OpenPatiently(state, place.database, suite::ConnectText(state.databasePassword));
+      OpenPatiently(state, place.database, dao::ConnectText(state.databasePassword));
   dao::Database& database = session->Database();
   const bool done = AktualizujStrukture(state, database, place.structureFile, header.symbol) &&
                     CreateTables(state, database, place.structureFile, tables, progress) &&

@@ -5,6 +5,7 @@
 #include "suite/ModPrgFun.h"
 #include "suite/manners.h"
 #include "suite/value_text.h"
+#include "platform/dao_connect.h"
 #include "platform/error_numbers.h"
 
 #include <algorithm>
@@ -107,7 +108,7 @@ bool WyczyscWzorzec(ProgramState& state, std::u16string_view copyPath,
                     platform::ProgressBar& progress) {
   return suite::Record(state.context, [&] {
     const auto session =
-        OpenPatiently(state, copyPath, suite::ConnectText(state.databasePassword));
+        OpenPatiently(state, copyPath, dao::ConnectText(state.databasePassword));
     dao::Database& database = session->Database();
     RemovePassword(state, database);
     // The prefixes mean documents in the suite's programs: without any of them they mean nothing.

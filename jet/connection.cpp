@@ -4,13 +4,6 @@
 
 namespace zimbrat::jet {
 
-void RethrowAs(std::u16string_view source) {
-  const platform::RunTimeError error = FileErrorAsDao(platform::CurrentRunTimeError());
-  const bool named = error.Source().starts_with(u"DAO.");
-  throw platform::RunTimeError(error.Number(), named ? error.Source() : std::u16string(source),
-                               error.Description());
-}
-
 Connection::Connection(std::unique_ptr<DatabaseFile> file, std::u16string name, bool exclusive)
     : file_(std::move(file)),
       queries_(std::make_unique<QueryRunner>(*file_)),

@@ -16,34 +16,17 @@
 #include "jet/catalog/schema.h"
 #include "jet/file/errors.h"
 #include "jet/sql/query.h"
+#include "platform/dao_errors.h"
 #include "platform/run_time_error.h"
 
 namespace zimbrat::jet {
-
-// Names of the objects, as DAO's errors give them.
-inline constexpr std::u16string_view kSourceEngine = u"DAO.DbEngine";
-inline constexpr std::u16string_view kSourceWorkspace = u"DAO.Workspace";
-inline constexpr std::u16string_view kSourceDatabase = u"DAO.Database";
-inline constexpr std::u16string_view kSourceTableDef = u"DAO.TableDef";
-inline constexpr std::u16string_view kSourceTableDefs = u"DAO.TableDefs";
-inline constexpr std::u16string_view kSourceField = u"DAO.Field";
-inline constexpr std::u16string_view kSourceFields = u"DAO.Fields";
-inline constexpr std::u16string_view kSourceIndex = u"DAO.Index";
-inline constexpr std::u16string_view kSourceIndexes = u"DAO.Indexes";
-inline constexpr std::u16string_view kSourceIndexFields = u"DAO.IndexFields";
-inline constexpr std::u16string_view kSourceRelation = u"DAO.Relation";
-inline constexpr std::u16string_view kSourceRelations = u"DAO.Relations";
-inline constexpr std::u16string_view kSourceRecordset = u"DAO.Recordset";
-
-// The error on its way out: with a source, with DAO's number for what the file layer reported.
-[[noreturn]] void RethrowAs(std::u16string_view source);
 
 template <class Work>
 auto Member(std::u16string_view source, Work work) -> decltype(work()) {
   try {
     return work();
   } catch (const std::exception&) {
-    RethrowAs(source);
+    dao::RethrowAs(source);
   }
 }
 

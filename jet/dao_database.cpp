@@ -106,7 +106,9 @@ class JetDatabase : public dao::Database {
   std::shared_ptr<dao::Relation> CreateRelation(std::u16string_view name, std::u16string_view table,
                                                 std::u16string_view foreignTable,
                                                 const dao::Value& attributes) override {
-    return Do([&] { return MakeRelation(name, table, foreignTable, NumberArgument(attributes)); });
+    return Do([&] {
+      return MakeRelation(name, table, foreignTable, dao::NumberArgument(attributes, dao::kSourceDatabase));
+    });
   }
   std::shared_ptr<dao::Recordset> OpenRecordset(std::u16string_view source, std::int32_t type) override {
     return Do([&] { return jet::OpenRecordset(connection_, source, type); });
@@ -130,7 +132,7 @@ class JetDatabase : public dao::Database {
  private:
   template <class Work>
   auto Do(Work work) -> decltype(work()) {
-    return Member(kSourceDatabase, [&] {
+    return Member(dao::kSourceDatabase, [&] {
       connection_->File();
       return work();
     });
@@ -194,7 +196,7 @@ class JetWorkspace : public dao::Workspace {
  private:
   template <class Work>
   auto Do(Work work) -> decltype(work()) {
-    return Member(kSourceWorkspace, [&] {
+    return Member(dao::kSourceWorkspace, [&] {
       if (closed_) Raise(kErrObjectInvalid);
       return work();
     });
@@ -239,14 +241,14 @@ class JetEngine : public dao::Engine {
 
   std::shared_ptr<dao::Workspace> CreateWorkspace(std::u16string_view, std::u16string_view user,
                                                   std::u16string_view password) override {
-    return Member(kSourceEngine, [&] {
+    return Member(dao::kSourceEngine, [&] {
       if (!EqualIgnoringCase(user, u"Admin") || !password.empty()) Raise(kErrInvalidAccount);
       return std::make_shared<JetWorkspace>(surroundings_);
     });
   }
 
   dao::RepairOutcome RepairDatabase(std::u16string_view path) override {
-    return Member(kSourceEngine, [&] {
+    return Member(dao::kSourceEngine, [&] {
       const RepairReport report =
           RepairDatabaseFile(surroundings_->files, surroundings_->clock,
                              CheckPath(surroundings_->files, path), RepairOf::Damaged, surroundings_->pulse);

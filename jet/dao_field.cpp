@@ -2,7 +2,6 @@
 
 #include "dao_table.h"
 #include "jet/sql/defaults.h"
-#include "platform/numbers.h"
 
 namespace zimbrat::jet {
 
@@ -14,15 +13,6 @@ constexpr std::int32_t kDefaultTextSize = 255;
 constexpr std::size_t kMaxExpression = 255;
 
 }  // namespace
-
-std::int32_t NumberArgument(const dao::Value& value) {
-  if (const auto* number = std::get_if<std::int32_t>(&value)) return *number;
-  if (const auto* number = std::get_if<std::int16_t>(&value)) return *number;
-  const auto* text = std::get_if<std::u16string>(&value);
-  const std::optional<double> number = text ? FindNumber(*text) : std::nullopt;
-  if (!number || *number < -2147483648.0 || *number > 2147483647.0) Raise(kErrDataConversion);
-  return LongFromDouble(*number);
-}
 
 Column JetField::LiveColumn() {
   const std::shared_ptr<Table> table = table_->Open();
@@ -39,11 +29,11 @@ FieldRules JetField::LiveRules() {
 }
 
 std::u16string JetField::Name() {
-  return Member(kSourceField, [&] { return IsLive() ? LiveColumn().name : spec_.name; });
+  return Member(dao::kSourceField, [&] { return IsLive() ? LiveColumn().name : spec_.name; });
 }
 
 void JetField::SetName(std::u16string_view name) {
-  Member(kSourceField, [&] {
+  Member(dao::kSourceField, [&] {
     if (!IsLive()) {
       spec_.name = name;
       return;
@@ -54,7 +44,7 @@ void JetField::SetName(std::u16string_view name) {
 }
 
 std::int16_t JetField::Type() {
-  return Member(kSourceField, [&] {
+  return Member(dao::kSourceField, [&] {
     if (!IsLive()) return static_cast<std::int16_t>(spec_.type);
     const Column column = LiveColumn();
     return column.type == kTypeDecimal ? dao::dbDecimal : static_cast<std::int16_t>(column.type);
@@ -62,7 +52,7 @@ std::int16_t JetField::Type() {
 }
 
 std::int32_t JetField::Size() {
-  return Member(kSourceField, [&]() -> std::int32_t {
+  return Member(dao::kSourceField, [&]() -> std::int32_t {
     if (IsLive()) {
       const Column column = LiveColumn();
       return column.type == kTypeText ? column.length / 2 : column.length;
@@ -74,7 +64,7 @@ std::int32_t JetField::Size() {
 }
 
 std::int32_t JetField::Attributes() {
-  return Member(kSourceField, [&]() -> std::int32_t {
+  return Member(dao::kSourceField, [&]() -> std::int32_t {
     if (!IsLive()) return spec_.attributes;
     const Column column = LiveColumn();
     std::int32_t attributes = dao::dbUpdatableField;
@@ -86,7 +76,7 @@ std::int32_t JetField::Attributes() {
 }
 
 void JetField::SetAttributes(std::int32_t attributes) {
-  Member(kSourceField, [&] {
+  Member(dao::kSourceField, [&] {
     if (!IsLive()) {
       spec_.attributes = attributes;
       return;
@@ -100,7 +90,7 @@ void JetField::SetAttributes(std::int32_t attributes) {
 }
 
 void JetField::PutBoolean(std::u16string_view property, bool FieldSpec::*slot, bool value) {
-  Member(kSourceField, [&] {
+  Member(dao::kSourceField, [&] {
     if (!IsLive()) {
       spec_.*slot = value;
       return;
@@ -132,53 +122,53 @@ void JetField::PutText(std::u16string_view property, std::uint8_t type, std::u16
 }
 
 bool JetField::Required() {
-  return Member(kSourceField, [&] { return IsLive() ? LiveRules().required : spec_.required; });
+  return Member(dao::kSourceField, [&] { return IsLive() ? LiveRules().required : spec_.required; });
 }
 void JetField::SetRequired(bool required) { PutBoolean(u"Required", &FieldSpec::required, required); }
 
 bool JetField::AllowZeroLength() {
-  return Member(kSourceField, [&] { return IsLive() ? LiveRules().allowZeroLength : spec_.allowZeroLength; });
+  return Member(dao::kSourceField, [&] { return IsLive() ? LiveRules().allowZeroLength : spec_.allowZeroLength; });
 }
 void JetField::SetAllowZeroLength(bool allow) {
-  const bool ignored = Member(kSourceField, [&] { return IsLive() && !LiveColumn().IsText(); });
+  const bool ignored = Member(dao::kSourceField, [&] { return IsLive() && !LiveColumn().IsText(); });
   if (!ignored) PutBoolean(u"AllowZeroLength", &FieldSpec::allowZeroLength, allow);
 }
 
 std::u16string JetField::DefaultValue() {
-  return Member(kSourceField, [&] { return IsLive() ? LiveRules().defaultValue : spec_.defaultValue; });
+  return Member(dao::kSourceField, [&] { return IsLive() ? LiveRules().defaultValue : spec_.defaultValue; });
 }
 void JetField::SetDefaultValue(std::u16string_view expression) {
-  Member(kSourceField, [&] {
+  Member(dao::kSourceField, [&] {
     CheckDefault(expression, Name());
     PutText(u"DefaultValue", kTypeMemo, &FieldSpec::defaultValue, expression);
   });
 }
 
 std::u16string JetField::ValidationRule() {
-  return Member(kSourceField, [&] { return IsLive() ? LiveRules().validationRule : spec_.validationRule; });
+  return Member(dao::kSourceField, [&] { return IsLive() ? LiveRules().validationRule : spec_.validationRule; });
 }
 void JetField::SetValidationRule(std::u16string_view expression) {
-  Member(kSourceField, [&] { PutText(u"ValidationRule", kTypeMemo, &FieldSpec::validationRule, expression); });
+  Member(dao::kSourceField, [&] { PutText(u"ValidationRule", kTypeMemo, &FieldSpec::validationRule, expression); });
 }
 
 std::u16string JetField::ValidationText() {
-  return Member(kSourceField, [&] { return IsLive() ? LiveRules().validationText : spec_.validationText; });
+  return Member(dao::kSourceField, [&] { return IsLive() ? LiveRules().validationText : spec_.validationText; });
 }
 void JetField::SetValidationText(std::u16string_view text) {
-  Member(kSourceField, [&] { PutText(u"ValidationText", kTypeText, &FieldSpec::validationText, text); });
+  Member(dao::kSourceField, [&] { PutText(u"ValidationText", kTypeText, &FieldSpec::validationText, text); });
 }
 
 std::u16string JetField::ForeignName() {
-  return Member(kSourceField, [&]() -> std::u16string { Raise(kErrInvalidOperation); });
+  return Member(dao::kSourceField, [&]() -> std::u16string { Raise(kErrInvalidOperation); });
 }
 void JetField::SetForeignName(std::u16string_view) {
-  Member(kSourceField, [&] { Raise(kErrInvalidOperation); });
+  Member(dao::kSourceField, [&] { Raise(kErrInvalidOperation); });
 }
 dao::Value JetField::Value() {
-  return Member(kSourceField, [&]() -> dao::Value { Raise(kErrValueNeedsRecordset); });
+  return Member(dao::kSourceField, [&]() -> dao::Value { Raise(kErrValueNeedsRecordset); });
 }
 void JetField::SetValue(const dao::Value&) {
-  Member(kSourceField, [&] { Raise(kErrValueNeedsRecordset); });
+  Member(dao::kSourceField, [&] { Raise(kErrValueNeedsRecordset); });
 }
 
 }  // namespace zimbrat::jet

@@ -30,10 +30,10 @@ class IndexFields : public dao::Collection<dao::Field> {
   explicit IndexFields(std::shared_ptr<JetIndex> index) : index_(std::move(index)) {}
 
   int Count() override {
-    return Member(kSourceIndexFields, [&] { return static_cast<int>(index_->FieldList().size()); });
+    return Member(dao::kSourceIndexFields, [&] { return static_cast<int>(index_->FieldList().size()); });
   }
   std::shared_ptr<dao::Field> Item(int position) override {
-    return Member(kSourceIndexFields, [&]() -> std::shared_ptr<dao::Field> {
+    return Member(dao::kSourceIndexFields, [&]() -> std::shared_ptr<dao::Field> {
       const std::vector<IndexFieldSpec> list = index_->FieldList();
       if (position < 0 || position >= static_cast<int>(list.size())) {
         Raise(kErrItemNotFound, DecimalText(position));
@@ -42,7 +42,7 @@ class IndexFields : public dao::Collection<dao::Field> {
     });
   }
   std::shared_ptr<dao::Field> Item(std::u16string_view name) override {
-    return Member(kSourceIndexFields, [&]() -> std::shared_ptr<dao::Field> {
+    return Member(dao::kSourceIndexFields, [&]() -> std::shared_ptr<dao::Field> {
       for (const IndexFieldSpec& spec : index_->FieldList()) {
         if (EqualIgnoringCase(spec.name, name)) return std::make_shared<IndexField>(spec);
       }
@@ -50,14 +50,14 @@ class IndexFields : public dao::Collection<dao::Field> {
     });
   }
   void Append(const std::shared_ptr<dao::Field>& field) override {
-    Member(kSourceIndexFields, [&] {
+    Member(dao::kSourceIndexFields, [&] {
       if (index_->IsLive()) Raise(kErrInvalidOperation);
       const auto* own = dynamic_cast<IndexField*>(field.get());
       index_->AddPendingField(own ? own->Spec() : IndexFieldSpec{field->Name(), false});
     });
   }
   void Delete(std::u16string_view) override {
-    Member(kSourceIndexFields, [&] { Raise(kErrInvalidOperation); });
+    Member(dao::kSourceIndexFields, [&] { Raise(kErrInvalidOperation); });
   }
   void Refresh() override {}
 
@@ -80,7 +80,7 @@ bool JetIndex::LiveFlag(std::uint8_t flag) {
 }
 
 void JetIndex::PutFlag(bool NewIndex::*slot, bool value) {
-  Member(kSourceIndex, [&] {
+  Member(dao::kSourceIndex, [&] {
     if (IsLive()) Raise(kErrPropertyFixed);
     spec_.*slot = value;
   });
@@ -99,11 +99,11 @@ std::vector<IndexFieldSpec> JetIndex::FieldList() {
 }
 
 std::u16string JetIndex::Name() {
-  return Member(kSourceIndex, [&] { return IsLive() ? LiveEntry().name : spec_.name; });
+  return Member(dao::kSourceIndex, [&] { return IsLive() ? LiveEntry().name : spec_.name; });
 }
 
 void JetIndex::SetName(std::u16string_view name) {
-  Member(kSourceIndex, [&] {
+  Member(dao::kSourceIndex, [&] {
     if (!IsLive()) {
       spec_.name = name;
       return;
@@ -114,23 +114,23 @@ void JetIndex::SetName(std::u16string_view name) {
 }
 
 bool JetIndex::Primary() {
-  return Member(kSourceIndex, [&] { return IsLive() ? LiveEntry().kind == kIndexPrimary : spec_.primary; });
+  return Member(dao::kSourceIndex, [&] { return IsLive() ? LiveEntry().kind == kIndexPrimary : spec_.primary; });
 }
 void JetIndex::SetPrimary(bool primary) { PutFlag(&NewIndex::primary, primary); }
 bool JetIndex::Unique() {
-  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexUnique) : spec_.unique || spec_.primary; });
+  return Member(dao::kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexUnique) : spec_.unique || spec_.primary; });
 }
 void JetIndex::SetUnique(bool unique) { PutFlag(&NewIndex::unique, unique); }
 bool JetIndex::Required() {
-  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexRequired) : spec_.required || spec_.primary; });
+  return Member(dao::kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexRequired) : spec_.required || spec_.primary; });
 }
 void JetIndex::SetRequired(bool required) { PutFlag(&NewIndex::required, required); }
 bool JetIndex::IgnoreNulls() {
-  return Member(kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexIgnoreNulls) : spec_.ignoreNulls; });
+  return Member(dao::kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexIgnoreNulls) : spec_.ignoreNulls; });
 }
 void JetIndex::SetIgnoreNulls(bool ignore) { PutFlag(&NewIndex::ignoreNulls, ignore); }
 bool JetIndex::Foreign() {
-  return Member(kSourceIndex, [&] { return IsLive() && LiveEntry().end == kEndReferring; });
+  return Member(dao::kSourceIndex, [&] { return IsLive() && LiveEntry().end == kEndReferring; });
 }
 
 std::shared_ptr<dao::Field> JetIndex::CreateField(std::u16string_view name) {

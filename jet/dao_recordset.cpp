@@ -177,22 +177,22 @@ class RecordsetField : public RefusingField {
   RecordsetField(RowSetPtr rows, std::size_t column) : rows_(std::move(rows)), column_(column) {}
 
   std::u16string Name() override {
-    return Member(kSourceField, [&] { return Description().name; });
+    return Member(dao::kSourceField, [&] { return Description().name; });
   }
   std::int16_t Type() override {
-    return Member(kSourceField, [&] { return Description().type; });
+    return Member(dao::kSourceField, [&] { return Description().type; });
   }
   std::int32_t Size() override {
-    return Member(kSourceField, [&] { return Description().size; });
+    return Member(dao::kSourceField, [&] { return Description().size; });
   }
   dao::Value Value() override {
-    return Member(kSourceField, [&] {
+    return Member(dao::kSourceField, [&] {
       rows_->Require();
       return rows_->ValueAt(column_);
     });
   }
   void SetValue(const dao::Value& value) override {
-    Member(kSourceField, [&] {
+    Member(dao::kSourceField, [&] {
       rows_->Require();
       rows_->PutValue(column_, value);
     });
@@ -212,13 +212,13 @@ class RecordsetFields : public dao::Collection<dao::Field> {
   explicit RecordsetFields(RowSetPtr rows) : rows_(std::move(rows)) {}
 
   int Count() override {
-    return Member(kSourceFields, [&] {
+    return Member(dao::kSourceFields, [&] {
       rows_->Require();
       return static_cast<int>(rows_->Columns().size());
     });
   }
   std::shared_ptr<dao::Field> Item(int position) override {
-    return Member(kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
+    return Member(dao::kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
       rows_->Require();
       if (position < 0 || position >= static_cast<int>(rows_->Columns().size())) {
         Raise(kErrItemNotFound, DecimalText(position));
@@ -227,7 +227,7 @@ class RecordsetFields : public dao::Collection<dao::Field> {
     });
   }
   std::shared_ptr<dao::Field> Item(std::u16string_view name) override {
-    return Member(kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
+    return Member(dao::kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
       rows_->Require();
       const std::vector<ScopeColumn>& columns = rows_->Columns();
       for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -237,10 +237,10 @@ class RecordsetFields : public dao::Collection<dao::Field> {
     });
   }
   void Append(const std::shared_ptr<dao::Field>&) override {
-    Member(kSourceFields, [&] { Raise(kErrInvalidOperation); });
+    Member(dao::kSourceFields, [&] { Raise(kErrInvalidOperation); });
   }
   void Delete(std::u16string_view) override {
-    Member(kSourceFields, [&] { Raise(kErrInvalidOperation); });
+    Member(dao::kSourceFields, [&] { Raise(kErrInvalidOperation); });
   }
   void Refresh() override {}
 
@@ -302,7 +302,7 @@ class JetRecordset : public dao::Recordset {
  private:
   template <class Work>
   auto Do(Work work) -> decltype(work()) {
-    return Member(kSourceRecordset, [&] {
+    return Member(dao::kSourceRecordset, [&] {
       rows_->Require();
       return work();
     });

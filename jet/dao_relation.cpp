@@ -52,20 +52,20 @@ class RelationFields : public dao::Collection<dao::Field> {
 
   int Count() override { return static_cast<int>(state_->fields.size()); }
   std::shared_ptr<dao::Field> Item(int position) override {
-    return Member(kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
+    return Member(dao::kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
       if (position < 0 || position >= Count()) Raise(kErrItemNotFound, DecimalText(position));
       return state_->fields[static_cast<std::size_t>(position)];
     });
   }
   std::shared_ptr<dao::Field> Item(std::u16string_view name) override {
-    return Member(kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
+    return Member(dao::kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
       const auto found = Find(name);
       if (!found) Raise(kErrItemNotFound, name);
       return found;
     });
   }
   void Append(const std::shared_ptr<dao::Field>& object) override {
-    Member(kSourceFields, [&] {
+    Member(dao::kSourceFields, [&] {
       if (state_->live) Raise(kErrInvalidOperation);
       const auto field = std::dynamic_pointer_cast<RelationFieldObject>(object);
       if (!field) Raise(kErrInvalidOperation);
@@ -74,7 +74,7 @@ class RelationFields : public dao::Collection<dao::Field> {
     });
   }
   void Delete(std::u16string_view) override {
-    Member(kSourceFields, [&] { Raise(kErrInvalidOperation); });
+    Member(dao::kSourceFields, [&] { Raise(kErrInvalidOperation); });
   }
   void Refresh() override {}
 
@@ -95,7 +95,7 @@ class JetRelation : public dao::Relation {
 
   std::u16string Name() override { return state_->name; }
   void SetName(std::u16string_view name) override {
-    Member(kSourceRelation, [&] {
+    Member(dao::kSourceRelation, [&] {
       if (state_->live && state_->name != name) Raise(kErrInvalidOperation);
       state_->name = name;
     });
@@ -132,10 +132,10 @@ class RelationList : public dao::Collection<dao::Relation> {
   explicit RelationList(ConnectionPtr connection) : connection_(std::move(connection)) {}
 
   int Count() override {
-    return Member(kSourceRelations, [&] { return static_cast<int>(List().size()); });
+    return Member(dao::kSourceRelations, [&] { return static_cast<int>(List().size()); });
   }
   std::shared_ptr<dao::Relation> Item(int position) override {
-    return Member(kSourceRelations, [&]() -> std::shared_ptr<dao::Relation> {
+    return Member(dao::kSourceRelations, [&]() -> std::shared_ptr<dao::Relation> {
       const auto& list = List();
       if (position < 0 || position >= static_cast<int>(list.size())) {
         Raise(kErrItemNotFound, DecimalText(position));
@@ -144,7 +144,7 @@ class RelationList : public dao::Collection<dao::Relation> {
     });
   }
   std::shared_ptr<dao::Relation> Item(std::u16string_view name) override {
-    return Member(kSourceRelations, [&]() -> std::shared_ptr<dao::Relation> {
+    return Member(dao::kSourceRelations, [&]() -> std::shared_ptr<dao::Relation> {
       for (const auto& relation : List()) {
         if (EqualText(relation->Name(), name)) return relation;
       }
@@ -152,7 +152,7 @@ class RelationList : public dao::Collection<dao::Relation> {
     });
   }
   void Append(const std::shared_ptr<dao::Relation>& object) override {
-    Member(kSourceRelations, [&] {
+    Member(dao::kSourceRelations, [&] {
       const auto relation = std::dynamic_pointer_cast<JetRelation>(object);
       if (!relation || relation->State()->live) Raise(kErrDuplicateName, object->Name());
       List();
@@ -162,7 +162,7 @@ class RelationList : public dao::Collection<dao::Relation> {
     });
   }
   void Delete(std::u16string_view name) override {
-    Member(kSourceRelations, [&] {
+    Member(dao::kSourceRelations, [&] {
       RequireUnused(name);
       connection_->Change([&] { connection_->GetRelationships().Remove(name); });
     });

@@ -64,20 +64,20 @@ class TableFields : public dao::Collection<dao::Field> {
   explicit TableFields(TablePartsPtr parts) : parts_(std::move(parts)), state_(parts_->state) {}
 
   int Count() override {
-    return Member(kSourceFields, [&] { return static_cast<int>(List().size()); });
+    return Member(dao::kSourceFields, [&] { return static_cast<int>(List().size()); });
   }
   std::shared_ptr<dao::Field> Item(int position) override {
-    return Member(kSourceFields, [&] { return ItemAt(List(), position); });
+    return Member(dao::kSourceFields, [&] { return ItemAt(List(), position); });
   }
   std::shared_ptr<dao::Field> Item(std::u16string_view name) override {
-    return Member(kSourceFields, [&] {
+    return Member(dao::kSourceFields, [&] {
       std::shared_ptr<JetField> field = FindNamed(List(), name);
       if (!field) Raise(kErrItemNotFound, name);
       return field;
     });
   }
   void Append(const std::shared_ptr<dao::Field>& object) override {
-    Member(kSourceFields, [&] {
+    Member(dao::kSourceFields, [&] {
       const auto field = std::dynamic_pointer_cast<JetField>(object);
       if (!field || field->IsLive()) Raise(kErrFieldAppendedTwice, object->Name());
       MakeColumnSpec(field->Spec());
@@ -87,7 +87,7 @@ class TableFields : public dao::Collection<dao::Field> {
     });
   }
   void Delete(std::u16string_view name) override {
-    Member(kSourceFields, [&] {
+    Member(dao::kSourceFields, [&] {
       const std::shared_ptr<JetField> field = FindNamed(List(), name);
       if (!field) Raise(kErrItemNotFound, name);
       if (state_->IsLive()) {
@@ -122,20 +122,20 @@ class TableIndexes : public dao::Collection<dao::Index> {
   explicit TableIndexes(TablePartsPtr parts) : parts_(std::move(parts)), state_(parts_->state) {}
 
   int Count() override {
-    return Member(kSourceIndexes, [&] { return static_cast<int>(List().size()); });
+    return Member(dao::kSourceIndexes, [&] { return static_cast<int>(List().size()); });
   }
   std::shared_ptr<dao::Index> Item(int position) override {
-    return Member(kSourceIndexes, [&] { return ItemAt(List(), position); });
+    return Member(dao::kSourceIndexes, [&] { return ItemAt(List(), position); });
   }
   std::shared_ptr<dao::Index> Item(std::u16string_view name) override {
-    return Member(kSourceIndexes, [&] {
+    return Member(dao::kSourceIndexes, [&] {
       std::shared_ptr<JetIndex> index = FindNamed(List(), name);
       if (!index) Raise(kErrItemNotFound, name);
       return index;
     });
   }
   void Append(const std::shared_ptr<dao::Index>& object) override {
-    Member(kSourceIndexes, [&] {
+    Member(dao::kSourceIndexes, [&] {
       const auto index = std::dynamic_pointer_cast<JetIndex>(object);
       if (!index || index->IsLive()) Raise(kErrIndexAppendedTwice, object->Name());
       if (state_->IsLive()) return AppendLive(index);
@@ -144,7 +144,7 @@ class TableIndexes : public dao::Collection<dao::Index> {
     });
   }
   void Delete(std::u16string_view name) override {
-    Member(kSourceIndexes, [&] {
+    Member(dao::kSourceIndexes, [&] {
       if (!state_->IsLive()) Raise(kErrItemNotFound, name);
       state_->ChangeStructure([&](Schema& schema) { schema.DropIndex(state_->page, name); });
     });
@@ -173,13 +173,13 @@ class TableList : public dao::Collection<dao::TableDef> {
   explicit TableList(ConnectionPtr connection) : connection_(std::move(connection)) {}
 
   int Count() override {
-    return Member(kSourceTableDefs, [&] { return static_cast<int>(List().size()); });
+    return Member(dao::kSourceTableDefs, [&] { return static_cast<int>(List().size()); });
   }
   std::shared_ptr<dao::TableDef> Item(int position) override {
-    return Member(kSourceTableDefs, [&] { return ItemAt(List(), position); });
+    return Member(dao::kSourceTableDefs, [&] { return ItemAt(List(), position); });
   }
   std::shared_ptr<dao::TableDef> Item(std::u16string_view name) override {
-    return Member(kSourceTableDefs, [&] {
+    return Member(dao::kSourceTableDefs, [&] {
       for (const std::shared_ptr<JetTableDef>& table : List()) {
         if (EqualText(table->State()->name, name)) return table;
       }
@@ -187,7 +187,7 @@ class TableList : public dao::Collection<dao::TableDef> {
     });
   }
   void Append(const std::shared_ptr<dao::TableDef>& object) override {
-    Member(kSourceTableDefs, [&] {
+    Member(dao::kSourceTableDefs, [&] {
       const auto table = std::dynamic_pointer_cast<JetTableDef>(object);
       if (!table || table->State()->IsLive()) Raise(kErrDuplicateName, object->Name());
       List();
@@ -197,7 +197,7 @@ class TableList : public dao::Collection<dao::TableDef> {
     });
   }
   void Delete(std::u16string_view name) override {
-    Member(kSourceTableDefs, [&] { DeleteTable(name); });
+    Member(dao::kSourceTableDefs, [&] { DeleteTable(name); });
   }
   void Refresh() override {
     list_.clear();
@@ -320,14 +320,14 @@ void TableState::ChangeProperties(const std::function<void(PropertyBlob&)>& work
 }
 
 std::u16string JetTableDef::Name() {
-  return Member(kSourceTableDef, [&] {
+  return Member(dao::kSourceTableDef, [&] {
     state_->connection->File();
     return state_->name;
   });
 }
 
 void JetTableDef::SetName(std::u16string_view name) {
-  Member(kSourceTableDef, [&] {
+  Member(dao::kSourceTableDef, [&] {
     state_->connection->File();
     if (!state_->IsLive()) {
       state_->name = name;
@@ -342,14 +342,14 @@ void JetTableDef::SetName(std::u16string_view name) {
 }
 
 bool JetTableDef::Updatable() {
-  return Member(kSourceTableDef, [&] {
+  return Member(dao::kSourceTableDef, [&] {
     state_->connection->File();
     return !state_->isLink;
   });
 }
 
 std::int32_t JetTableDef::Attributes() {
-  return Member(kSourceTableDef, [&]() -> std::int32_t {
+  return Member(dao::kSourceTableDef, [&]() -> std::int32_t {
     state_->connection->File();
     if (state_->isLink) return dao::dbAttachedTable;
     std::int32_t attributes = static_cast<std::int32_t>(state_->flags & 0x80000002u);
@@ -359,7 +359,7 @@ std::int32_t JetTableDef::Attributes() {
 }
 
 std::int32_t JetTableDef::RecordCount() {
-  return Member(kSourceTableDef, [&]() -> std::int32_t {
+  return Member(dao::kSourceTableDef, [&]() -> std::int32_t {
     if (!state_->IsLive()) return 0;
     if (state_->isLink) return -1;
     return static_cast<std::int32_t>(state_->Open()->Definition().rows);
@@ -368,17 +368,17 @@ std::int32_t JetTableDef::RecordCount() {
 
 std::shared_ptr<dao::Field> JetTableDef::CreateField(std::u16string_view name, const dao::Value& type,
                                                      const dao::Value& size) {
-  return Member(kSourceTableDef, [&] {
+  return Member(dao::kSourceTableDef, [&] {
     FieldSpec spec;
     spec.name = name;
-    spec.type = NumberArgument(type);
-    spec.size = NumberArgument(size);
+    spec.type = dao::NumberArgument(type, dao::kSourceTableDef);
+    spec.size = dao::NumberArgument(size, dao::kSourceTableDef);
     return std::make_shared<JetField>(state_, spec);
   });
 }
 
 std::shared_ptr<dao::Index> JetTableDef::CreateIndex(std::u16string_view name) {
-  return Member(kSourceTableDef,
+  return Member(dao::kSourceTableDef,
                 [&] { return std::make_shared<JetIndex>(state_, std::u16string(name)); });
 }
 

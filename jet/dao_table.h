@@ -158,9 +158,6 @@ class JetTableDef : public dao::TableDef {
   TablePartsPtr parts_;
 };
 
-// A number or its text; error 3421 for anything else.
-std::int32_t NumberArgument(const dao::Value& value);
-
 // Database.TableDefs.
 std::shared_ptr<dao::Collection<dao::TableDef>> MakeTableDefs(const ConnectionPtr& connection);
 

@@ -32,7 +32,7 @@ class RefusingField : public dao::Field {
 
  protected:
   [[noreturn]] static void Refuse(std::int32_t number = platform::kErrInvalidOperation) {
-    throw platform::RunTimeError(number, u"DAO.Field", ErrorText(number));
+    throw platform::RunTimeError(number, u"DAO.Field", dao::ErrorText(number));
   }
 };
 

@@ -9,6 +9,7 @@
 #include "rebuild.h"
 #include "jet/catalog/new_database.h"
 #include "jet/file/errors.h"
+#include "platform/working_file.h"
 
 namespace zimbrat::jet {
 
@@ -16,39 +17,6 @@ namespace {
 
 using platform::OpenMode;
 using platform::Sharing;
-
-// The new file under its working name; removed unless it was put in place.
-class WorkingFile {
- public:
-  // Error 70 while another process has the name. What an ended one left is removed.
-  WorkingFile(platform::Files& files, const std::u16string& target)
-      : files_(files), path_(target + std::u16string(kRepairSuffix)), hold_(files.TryHold(path_)) {
-    if (!hold_) Raise(platform::kErrFileInUse, target);
-    if (files_.State(path_)) files_.Delete(path_);
-  }
-  ~WorkingFile() {
-    try {
-      if (!isInPlace_ && files_.State(path_)) files_.Delete(path_);
-    } catch (const std::exception&) {
-      // The next repair of the file removes it.
-    }
-  }
-  WorkingFile(const WorkingFile&) = delete;
-  WorkingFile& operator=(const WorkingFile&) = delete;
-
-  const std::u16string& Path() const { return path_; }
-  void PutInPlaceOf(const std::u16string& target, std::unique_ptr<platform::File> source) {
-    files_.CopyAttributes(target, path_);
-    files_.ReplaceHeld(path_, target, std::move(source));
-    isInPlace_ = true;
-  }
-
- private:
-  platform::Files& files_;
-  std::u16string path_;
-  std::unique_ptr<platform::Hold> hold_;
-  bool isInPlace_ = false;
-};
 
 class Repair {
  public:
@@ -135,7 +103,7 @@ std::vector<Fault> Repair::Check(platform::File& file, const std::u16string& pat
 
 RepairReport Repair::Run() {
   std::unique_ptr<platform::File> source = OpenUnused(files_, path_, false);
-  WorkingFile working(files_, path_);
+  platform::WorkingFile working(files_, path_, platform::kRepairSuffix);
   KeptFile kept(files_, path_, working.Path());
   RepairReport report;
   report.found = Check(*source, path_);
@@ -154,7 +122,7 @@ RepairReport Repair::Run() {
 RepairReport RepairDatabaseFile(platform::Files& files, platform::Clock& clock,
                                 std::u16string_view path, RepairOf which,
                                 const std::function<void()>& pulse) {
-  return Member(kSourceEngine, [&] {
+  return Member(dao::kSourceEngine, [&] {
     // Behind a link it is the file itself that is replaced.
     return Repair(files, clock, files.RealPath(path), which, pulse).Run();
   });

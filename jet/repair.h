@@ -46,9 +46,6 @@ std::vector<std::u16string> LinesOf(const RepairedTable& table);
 // for byte.
 enum class RepairOf { Damaged, All };
 
-// Behind the file's name while the work lasts.
-inline constexpr std::u16string_view kRepairSuffix = u".zimbrat-naprawa";
-
 // No password is asked for; it stays, like the sort order, and an encoded file stays encoded.
 // `pulse` is called from time to time.
 //

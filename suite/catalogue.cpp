@@ -2,6 +2,7 @@
 
 #include "suite/manners.h"
 #include "suite/value_text.h"
+#include "platform/dao_connect.h"
 #include "platform/error_numbers.h"
 #include "platform/numbers.h"
 #include "platform/text.h"
@@ -96,7 +97,7 @@ Comparison CompareWithDatabase(ProgramState& state, std::u16string_view database
                                 platform::kMsgInformation, u"");
       return;
     }
-    DatabaseSession session(state, databasePath, ConnectText(state.databasePassword));
+    DatabaseSession session(state, databasePath, dao::ConnectText(state.databasePassword));
     for (const std::u16string& path : structureFiles) {
       result.stoppedAt = path;
       const ProgramHeader header = ReadProgramHeader(state.on.profile, path);

@@ -1,6 +1,7 @@
 #include "suite/ModPrgFun.h"
 
 #include "suite/manners.h"
+#include "platform/dao_connect.h"
 #include "platform/error_numbers.h"
 #include "platform/text.h"
 
@@ -21,7 +22,7 @@ std::optional<RunTimeError> TryOpen(ProgramState& state, std::u16string_view pat
                                     std::u16string_view password, Session& session) {
   return Attempt([&] {
     if (path == kBareFilter) throw platform::OwnError(platform::kErrBadFileName);
-    session = std::make_unique<DatabaseSession>(state, path, ConnectText(password));
+    session = std::make_unique<DatabaseSession>(state, path, dao::ConnectText(password));
   });
 }
 

@@ -52,11 +52,4 @@ void DatabaseSession::Close() {
   workspace_.reset();
 }
 
-platform::Secret ConnectText(std::u16string_view password) {
-  platform::Secret connect(u";pwd=");
-  connect.Append(password);
-  connect.Append(u";");
-  return connect;
-}
-
 }  // namespace zimbrat::suite

@@ -121,9 +121,6 @@ class Loaded {
   const platform::Form* form_;
 };
 
-// ";pwd=" + password + ";".
-platform::Secret ConnectText(std::u16string_view password);
-
 // The hourglass while in scope.
 class Hourglass {
  public:

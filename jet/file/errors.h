@@ -6,13 +6,11 @@
 #include <string>
 #include <string_view>
 
+#include "platform/dao_errors.h"
 #include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
 
 namespace zimbrat::jet {
-
-// The text of an error number, `a` and `b` set in where it names something.
-std::u16string ErrorText(std::int32_t number, std::u16string_view a = {}, std::u16string_view b = {});
 
 [[noreturn]] void Raise(std::int32_t number, std::u16string_view a = {}, std::u16string_view b = {});
 
@@ -22,8 +20,5 @@ std::u16string ErrorText(std::int32_t number, std::u16string_view a = {}, std::u
 
 // Error 3027 for what would change an index of texts that another sort order than General orders.
 [[noreturn]] void RaiseForeignOrder();
-
-// An error of the file layer (Visual Basic's numbers) as DAO's, its text kept; others unchanged.
-platform::RunTimeError FileErrorAsDao(const platform::RunTimeError& error);
 
 }  // namespace zimbrat::jet

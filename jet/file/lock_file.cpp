@@ -53,7 +53,7 @@ std::optional<DatabaseUser> FindDatabaseUser(platform::Files& files, std::u16str
 }
 
 void RaiseInUse(std::u16string_view database, const std::optional<DatabaseUser>& user) {
-  std::u16string text = ErrorText(platform::kErrFileInUse, database);
+  std::u16string text = dao::ErrorText(platform::kErrFileInUse, database);
   if (user && !user->computer.empty()) {
     text += user->isPresent ? u" Korzysta z niego" : u" Ostatnio korzystał z niego";
     text += u" użytkownik „" + user->name + u"” na komputerze „" + user->computer + u"”.";

@@ -104,7 +104,7 @@ class Parser {
 Statement ParseStatement(std::u16string_view text) { return Parser(text).Run(); }
 
 void RaiseUnsupported(std::u16string_view what) {
-  throw RunTimeError(kErrNotSupported, {}, ErrorText(kErrNotSupported) + u" (" + std::u16string(what) + u")");
+  throw RunTimeError(kErrNotSupported, {}, dao::ErrorText(kErrNotSupported) + u" (" + std::u16string(what) + u")");
 }
 
 }  // namespace zimbrat::jet

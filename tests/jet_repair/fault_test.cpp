@@ -10,6 +10,7 @@
 #include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
 #include "platform/system.h"
+#include "platform/working_file.h"
 #include "tests/support/access_files.h"
 #include "tests/support/error_of.h"
 #include "tests/support/failing_files.h"
@@ -112,7 +113,7 @@ TEST_F(RepairFaults, OfUseByOthersAreTold) {
   EXPECT_EQ(numberOf(folder_.PathOf(u"b.mdb")), kErrCouldNotFindFile);
   EXPECT_EQ(numberOf(folder_.PathOf(u"brak/b.mdb")), kErrInvalidPath);
   {
-    const auto hold = system_.files->TryHold(path_ + std::u16string(jet::kRepairSuffix));
+    const auto hold = system_.files->TryHold(path_ + std::u16string(platform::kRepairSuffix));
     EXPECT_EQ(numberOf(path_), kErrFileInUse);
   }
   {

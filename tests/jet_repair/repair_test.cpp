@@ -5,6 +5,7 @@
 #include "jet/engine.h"
 #include "jet/file/header.h"
 #include "platform/error_numbers.h"
+#include "platform/working_file.h"
 #include "tests/support/error_of.h"
 
 namespace zimbrat::tests {
@@ -109,7 +110,7 @@ TEST(Repair, RefusesWhatItCannotRead) {
     const FileBytes before = bench.bytes();
     const std::int32_t number = ErrorOf([&] { bench.Repair(); });
     EXPECT_EQ(bench.bytes(), before);
-    EXPECT_FALSE(bench.files.State(std::u16string(kPath) + std::u16string(jet::kRepairSuffix)));
+    EXPECT_FALSE(bench.files.State(std::u16string(kPath) + std::u16string(platform::kRepairSuffix)));
     return number;
   };
   RepairBench jet3(AccessFile("jet3-refuse.mdb"));
