@@ -25,9 +25,16 @@ inline constexpr std::int32_t kErrPathAccess = 75;            // no right to the
 inline constexpr std::int32_t kErrPathNotFound = 76;
 inline constexpr std::int32_t kErrObjectNotSet = 91;          // an object used before it was set
 inline constexpr std::int32_t kErrInvalidNull = 94;
+inline constexpr std::int32_t kErrAborted = 287;              // an object gave up what it did
 inline constexpr std::int32_t kErrCannotCreateObject = 429;
+inline constexpr std::int32_t kErrNoInterface = 430;          // a class without what a caller needs
 inline constexpr std::int32_t kErrNoSuchMember = 438;         // a member asked for by a wrong name
 inline constexpr std::int32_t kErrAutomation = 440;
+inline constexpr std::int32_t kErrActionNotSupported = 445;
+inline constexpr std::int32_t kErrNoNamedArguments = 446;
+inline constexpr std::int32_t kErrArgumentNotFound = 448;     // of that name
+inline constexpr std::int32_t kErrArgumentNotOptional = 449;
+inline constexpr std::int32_t kErrWrongArguments = 450;       // too many, too few
 inline constexpr std::int32_t kErrMapi = 32000;               // and the code of MAPI added
 inline constexpr std::int32_t kErrNoMailSession = 32053;
 
@@ -51,9 +58,12 @@ inline constexpr std::int32_t kErrCannotOpenFile = 3051;      // no right to the
 inline constexpr std::int32_t kErrInvalidFileName = 3055;
 inline constexpr std::int32_t kErrCannotRepair = 3056;
 inline constexpr std::int32_t kErrDatabaseExists = 3204;
+inline constexpr std::int32_t kErrNotInTransaction = 3246;    // of a statement that an engine refuses there
 inline constexpr std::int32_t kErrUnrecognizedFormat = 3343;
 inline constexpr std::int32_t kErrInvalidLocale = 3424;
 inline constexpr std::int32_t kErrNoCountryCode = 3449;
+inline constexpr std::int32_t kErrBeingClosed = 3733;         // passing states of a database
+inline constexpr std::int32_t kErrBeingClosedByUser = 3734;
 inline constexpr std::int32_t kErrNotExclusive = 3621;        // NewPassword on a shared database
 
 // DAO: objects and collections.

@@ -35,9 +35,16 @@ constexpr ErrorText kErrorTexts[] = {
     {kErrPathNotFound, u"Nie znaleziono ścieżki"},
     {kErrObjectNotSet, u"Nie ustawiono zmiennej obiektowej lub zmiennej bloku With"},
     {kErrInvalidNull, u"Nieprawidłowe użycie wartości Null"},
+    {kErrAborted, u"Operacja została przerwana przez obiekt"},
     {kErrCannotCreateObject, u"Składnik ActiveX nie może utworzyć obiektu"},
+    {kErrNoInterface, u"Klasa nie obsługuje automatyzacji"},
     {kErrNoSuchMember, u"Obiekt nie obsługuje tej właściwości lub metody"},
     {kErrAutomation, u"Błąd automatyzacji"},
+    {kErrActionNotSupported, u"Obiekt nie obsługuje tej akcji"},
+    {kErrNoNamedArguments, u"Obiekt nie obsługuje nazwanych argumentów"},
+    {kErrArgumentNotFound, u"Nie znaleziono nazwanego argumentu"},
+    {kErrArgumentNotOptional, u"Argument nie jest opcjonalny"},
+    {kErrWrongArguments, u"Niewłaściwa liczba argumentów lub nieprawidłowe przypisanie właściwości"},
     {kErrNoMailSession, u"Brak sesji poczty"},
 };
 

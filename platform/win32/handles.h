@@ -11,6 +11,8 @@
 
 #include <utility>
 
+#include "platform/secret.h"
+
 namespace zimbrat::platform {
 
 template <class Traits>
@@ -119,15 +121,25 @@ using ItemList = UniqueHandle<ItemListTraits>;
 using Bstr = UniqueHandle<BstrTraits>;
 using LibraryHandle = UniqueHandle<LibraryTraits>;
 
-// A value of automation with what it owns.
+// A value of automation with what it owns. A text in it may be a password: it is overwritten at the end.
 class Variant {
  public:
   Variant() = default;
-  ~Variant() { ::VariantClear(&value_); }
-  Variant(const Variant&) = delete;
-  Variant& operator=(const Variant&) = delete;
+  Variant(Variant&& other) noexcept : value_(std::exchange(other.value_, VARIANT{})) {}
+  Variant& operator=(Variant&& other) noexcept {
+    std::swap(value_, other.value_);
+    return *this;
+  }
+  ~Variant() {
+    if (value_.vt == VT_BSTR && value_.bstrVal != nullptr) {
+      WipeMemory(value_.bstrVal, ::SysStringByteLen(value_.bstrVal));
+    }
+    ::VariantClear(&value_);
+  }
 
   VARIANT* Get() { return &value_; }
+  // For calls that only read it, though they do not say so.
+  VARIANT* Get() const { return const_cast<VARIANT*>(&value_); }
 
  private:
   VARIANT value_ = {};
