@@ -1,7 +1,84 @@
+#include <utility>
+
+#include "dao_repair.h"
+#include "dao_session.h"
+#include "wide_text.h"
+
+#include "platform/dao_errors.h"
+#include "platform/error_numbers.h"
 #include "platform/installed_engine.h"
 
 namespace zimbrat::platform {
+namespace {
 
-std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds&) { return nullptr; }
+struct Product {
+  const char16_t* programId;
+  bool isFor32Bits = false;  // alone
+};
+
+// In the order of preference. DAO 3.6 is part of every Windows; DAO 3.5 cannot hold the format.
+constexpr Product kProducts[] = {
+    {u"DAO.DBEngine.36", true}, {u"DAO.DBEngine.120"}, {u"DAO.DBEngine.140"},
+    {u"DAO.DBEngine.150"},      {u"DAO.DBEngine.160"}, {u"DAO.DBEngine.170"},
+};
+
+class DaoEngine : public dao::Engine {
+ public:
+  DaoEngine(const char16_t* programId, const InstalledEngineNeeds& needs, ComReference<IDispatch> object)
+      : programId_(programId), needs_(needs), scope_(MakeScope(*object.Get())), object_(scope_, dao::kSourceEngine, std::move(object)) {}
+
+  std::u16string Name() override { return programId_; }
+  std::u16string Version() override { return TextIn(object_.Ask(u"Version")); }
+  std::shared_ptr<dao::Workspace> CreateWorkspace(std::u16string_view name, std::u16string_view user,
+                                                  std::u16string_view password) override {
+    return MakeDaoWorkspace(object_, needs_.clock, name, user, password);
+  }
+  dao::RepairOutcome RepairDatabase(std::u16string_view path) override {
+    RepairByEngine(object_, needs_, path);
+    return {};
+  }
+
+ private:
+  static DaoScopePtr MakeScope(IDispatch& object) {
+    object.AddRef();
+    return std::make_shared<DaoScope>(std::make_shared<DaoContext>(ComReference<IDispatch>(&object)));
+  }
+
+  const char16_t* programId_;
+  InstalledEngineNeeds needs_;
+  DaoScopePtr scope_;
+  DaoObject object_;
+};
+
+// Null when it is not there, or half: a class may be registered whose library cannot work.
+std::shared_ptr<dao::Engine> TryEngine(const char16_t* programId, const InstalledEngineNeeds& needs) {
+  CLSID type = {};
+  ComReference<IDispatch> object;
+  HRESULT code = ::CLSIDFromProgID(Lend(programId), &type);
+  if (SUCCEEDED(code)) {
+    code = ::CoCreateInstance(type, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                              reinterpret_cast<void**>(object.Receive()));
+  }
+  if (FAILED(code)) return nullptr;
+  try {
+    auto engine = std::make_shared<DaoEngine>(programId, needs, std::move(object));
+    engine->Version();
+    engine->CreateWorkspace(u"", u"Admin", u"")->Close();
+    return engine;
+  } catch (const std::exception&) {
+    return nullptr;
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds& needs) {
+  const Apartment apartment;
+  for (const Product& product : kProducts) {
+    if (product.isFor32Bits && sizeof(void*) != 4) continue;
+    if (auto engine = TryEngine(product.programId, needs)) return engine;
+  }
+  return nullptr;
+}
 
 }  // namespace zimbrat::platform
