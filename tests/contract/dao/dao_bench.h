@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,14 +37,31 @@ struct IndexPlan {
   bool ignoreNulls = false;
 };
 
+// The number of an error, 0 for none; where the sources leave it open those that they name, our own first.
+struct Numbers {
+  std::vector<std::int32_t> all;
+  Numbers(std::int32_t number) : all{number} {}
+  Numbers(std::initializer_list<std::int32_t> numbers) : all(numbers) {}
+};
+
 class DaoBench : public ::testing::Test {
  public:
   TempFolder folder;
   platform::System system = platform::MakeSystem(0, nullptr);
-  std::shared_ptr<dao::Engine> engine = MakeEngineUnderTest(system);
+  EngineUnderTest under = MakeEngineUnderTest(system);
+  std::shared_ptr<dao::Engine>& engine = under.engine;
   std::shared_ptr<dao::Workspace> workspace = engine->CreateWorkspace(u"", u"Admin", u"");
   std::u16string path = folder.PathOf(u"Baza.mdb");
   std::shared_ptr<dao::Database> database;
+
+  // Nothing that the engine gave may be held any more, nor any file.
+  void TearDown() override;
+
+  // An error of the first number of them, or, from a foreign engine, of any; that one is told as what was seen
+  // at the point of that name.
+  void ExpectOneOf(std::string_view point, const Numbers& numbers, const std::function<void()>& work) const;
+  // The same of what an engine does: what was seen, and what ours does.
+  void ExpectSeen(std::string_view point, std::string_view seen, std::string_view ours) const;
 
   void Create(std::int32_t options = 0) {
     database = workspace->CreateDatabase(path, dao::dbLangGeneral, options);

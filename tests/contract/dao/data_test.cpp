@@ -70,22 +70,23 @@ TEST_F(DaoData, PutsAreConvertedOrRefused) {
   struct Case {
     std::u16string field;
     dao::Value put;
-    std::int32_t number;
+    Numbers numbers;
     dao::Value stored;
   };
+  const Numbers outOfRange = {kErrDataConversion, 3349, kErrOverflow};
   const Case cases[] = {
-      {u"Bajt", Long(256), kErrDataConversion, {}},
-      {u"Bajt", Long(-1), kErrDataConversion, {}},
+      {u"Bajt", Long(256), outOfRange, {}},
+      {u"Bajt", Long(-1), outOfRange, {}},
       {u"Krótka", Text(u"12"), 0, std::int16_t{12}},
       {u"Krótka", 2.5, 0, std::int16_t{2}},
-      {u"Krótka", Text(u"99999"), kErrDataConversion, {}},
+      {u"Krótka", Text(u"99999"), outOfRange, {}},
       {u"Krótka", Text(u"abc"), kErrDataConversion, {}},
       {u"Krótka", true, 0, std::int16_t{-1}},
       {u"Długa", Text(u""), kErrDataConversion, {}},
       {u"Waluta", Text(u"1,25"), 0, dao::Currency{12500}},
       {u"Data", Text(u"2001-02-03"), 0, dao::Date{36925}},
       {u"Data", Text(u"jutro"), kErrDataConversion, {}},
-      {u"Data", 3.0e7, kErrDataConversion, {}},
+      {u"Data", 3.0e7, outOfRange, {}},
       {u"Tekst", Text(u"123456"), kErrFieldTooSmall, {}},
       {u"Tekst", Long(42), 0, Text(u"42")},
       {u"Znak", dao::Null{}, 0, false},
@@ -99,8 +100,8 @@ TEST_F(DaoData, PutsAreConvertedOrRefused) {
   for (const Case& c : cases) {
     rows->AddNew();
     auto field = rows->Fields()->Item(c.field);
-    EXPECT_EQ(ErrorOf([&] { field->SetValue(c.put); }), c.number) << Utf8FromUtf16(c.field);
-    if (c.number == 0) {
+    ExpectOneOf("put into " + Utf8FromUtf16(c.field), c.numbers, [&] { field->SetValue(c.put); });
+    if (c.numbers.all.front() == 0) {
       EXPECT_TRUE(field->Value() == c.stored) << Utf8FromUtf16(c.field);
     }
   }
@@ -127,8 +128,8 @@ TEST_F(DaoData, RowsMustKeepTheRules) {
       << "all null is free";
   EXPECT_EQ(Column(u"T", u"Kod").front(), dao::Value(std::int16_t{3}));
   EXPECT_EQ(CountRows(u"T"), 3u);
-  // A failed row takes no number of the counter.
-  EXPECT_EQ(Column(u"T", u"Id"), (std::vector<dao::Value>{Long(1), Long(2), Long(3)}));
+  const bool counts = Column(u"T", u"Id") == std::vector<dao::Value>{Long(1), Long(2), Long(3)};
+  ExpectSeen("numbers of a counter for refused rows", counts ? "none" : "used up", "none");
   Run(u"INSERT INTO T (Id, Nazwa, Opis, Kod) VALUES (100, 'z', 'z', 9)");
   Run(u"INSERT INTO T (Nazwa, Opis, Kod) VALUES ('z', 'z', 10)");
   EXPECT_EQ(Column(u"SELECT Id FROM T WHERE Kod = 10", u"Id"), std::vector<dao::Value>{Long(101)});
@@ -186,21 +187,22 @@ TEST_F(DaoData, DeletingSkipsWhatOthersReferTo) {
   for (const char16_t* statement : statements) Run(statement);
   EXPECT_EQ(ErrorOfRun(u"DELETE FROM Osoba"), kErrRelatedRecords);
   EXPECT_EQ(CountRows(u"Osoba"), 8u) << "all or nothing";
-  const auto leaves = [&](std::u16string_view statement, std::int32_t affected, std::vector<std::int32_t> ids) {
-    database->Execute(statement);
-    EXPECT_EQ(database->RecordsAffected(), affected) << Utf8FromUtf16(statement);
-    std::vector<dao::Value> expected;
-    for (const std::int32_t id : ids) expected.push_back(Long(id));
-    EXPECT_EQ(Column(u"SELECT Id FROM Osoba ORDER BY Id", u"Id"), expected) << Utf8FromUtf16(statement);
+  const auto leaves = [&](std::string_view expected) {
+    database->Execute(u"DELETE FROM Osoba");
+    std::string seen = std::to_string(database->RecordsAffected()) + " gone, left";
+    for (const dao::Value& id : Column(u"SELECT Id FROM Osoba ORDER BY Id", u"Id")) {
+      seen += ' ' + std::to_string(std::get<std::int32_t>(id));
+    }
+    ExpectSeen("DELETE that skips rows", seen, expected);
   };
-  leaves(u"DELETE FROM Osoba", 3, {2, 3, 4, 5, 7});  // 6 is gone after 5 was asked for
-  leaves(u"DELETE FROM Osoba", 1, {2, 3, 4, 7});
-  leaves(u"DELETE FROM Osoba", 1, {2, 3, 7});
-  leaves(u"DELETE FROM Osoba", 0, {2, 3, 7});
+  leaves("3 gone, left 2 3 4 5 7");  // 6 is gone after 5 was asked for
+  leaves("1 gone, left 2 3 4 7");
+  leaves("1 gone, left 2 3 7");
+  leaves("0 gone, left 2 3 7");
   EXPECT_EQ(ErrorOfRun(u"DELETE FROM Osoba WHERE Id = 2"), kErrRelatedRecords);
   Run(u"UPDATE Osoba SET Szef = Null");
   Run(u"DELETE FROM Umowa");
-  leaves(u"DELETE FROM Osoba", 3, {});
+  leaves("3 gone, left");
   Run(u"INSERT INTO Osoba VALUES (1, 1)");
   Run(u"DELETE FROM Osoba");
   auto rows = database->OpenRecordset(u"Osoba");
@@ -239,8 +241,9 @@ TEST_F(DaoData, RecordsetsWalkAndEdit) {
   rows->Close();
   EXPECT_EQ(CountRows(u"SELECT * FROM T WHERE Len(A) = 200"), 49u);
   auto snapshot = database->OpenRecordset(u"T", dao::dbOpenSnapshot);
-  EXPECT_EQ(ErrorOf([&] { snapshot->Edit(); }), kErrNotSupported);
-  EXPECT_EQ(ErrorOf([&] { snapshot->AddNew(); }), kErrNotSupported);
+  const Numbers readsOnly = {kErrNotSupported, kErrReadOnly, 3326};
+  ExpectOneOf("snapshot edit", readsOnly, [&] { snapshot->Edit(); });
+  ExpectOneOf("snapshot addition", readsOnly, [&] { snapshot->AddNew(); });
 }
 
 TEST_F(DaoData, LongTextsComeAndGoWithoutLeavingPages) {
@@ -262,7 +265,8 @@ TEST_F(DaoData, LongTextsComeAndGoWithoutLeavingPages) {
   Run(u"UPDATE T SET A = A & 'koniec'");
   Run(u"DELETE FROM T");
   Reopen();
-  EXPECT_LE(system.files->State(path)->size, size + 40 * 4096) << "freed pages are used again";
+  const bool reuses = system.files->State(path)->size <= size + 40 * 4096;
+  ExpectSeen("pages of deleted memos", reuses ? "used again" : "kept", "used again");
 }
 
 }  // namespace zimbrat::tests

@@ -3,8 +3,8 @@
 
 namespace zimbrat::tests {
 
-std::shared_ptr<dao::Engine> MakeEngineUnderTest(platform::System& system) {
-  return jet::MakeEngine(*system.files, *system.clock, {});
+EngineUnderTest MakeEngineUnderTest(platform::System& system) {
+  return {.engine = jet::MakeEngine(*system.files, *system.clock, {})};
 }
 
 }  // namespace zimbrat::tests

@@ -1,6 +1,7 @@
-// The engine under the contract: each program that runs the suite defines it.
+// The engine under the contract: each program that runs the suite says how it is made.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/dao.h"
@@ -8,6 +9,15 @@
 
 namespace zimbrat::tests {
 
-std::shared_ptr<dao::Engine> MakeEngineUnderTest(platform::System& system);
+struct EngineUnderTest {
+  // How many of its objects somebody still holds, asked once the engine was given back. Empty: nobody counts.
+  std::function<long()> objectsHeld = {};
+  std::shared_ptr<dao::Engine> engine;
+  // One that others made: where the sources leave a number open it may raise any of those that they name, and
+  // what it raises is told.
+  bool isForeign = false;
+};
+
+EngineUnderTest MakeEngineUnderTest(platform::System& system);
 
 }  // namespace zimbrat::tests

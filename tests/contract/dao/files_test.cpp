@@ -9,14 +9,17 @@ using DaoFiles = DaoBench;
 
 TEST_F(DaoFiles, ANewDatabaseHasTheFourSystemTables) {
   Create();
-  std::vector<std::u16string> names;
+  std::u16string names;
   for (int i = 0; i < database->TableDefs()->Count(); ++i) {
-    names.push_back(database->TableDefs()->Item(i)->Name());
+    names += (i > 0 ? u" " : u"") + database->TableDefs()->Item(i)->Name();
     EXPECT_EQ(database->TableDefs()->Item(i)->Attributes() & dao::dbSystemObject & 0x7FFFFFFF, 0);
     EXPECT_NE(database->TableDefs()->Item(i)->Attributes(), 0) << i;
   }
-  EXPECT_EQ(names, (std::vector<std::u16string>{u"MSysACEs", u"MSysObjects", u"MSysQueries",
-                                                u"MSysRelationships"}));
+  ExpectSeen("tables of a new file", Utf8FromUtf16(names), "MSysACEs MSysObjects MSysQueries MSysRelationships");
+  for (const std::u16string_view name : {u"MSysACEs", u"MSysObjects", u"MSysQueries", u"MSysRelationships"}) {
+    EXPECT_NO_THROW(database->TableDefs()->Item(name)) << Utf8FromUtf16(name);
+  }
+  EXPECT_LE(database->TableDefs()->Count(), 5);
   EXPECT_EQ(database->Version(), u"4.0");
   EXPECT_EQ(database->Name(), system.files->RealPath(path));
   EXPECT_EQ(database->Relations()->Count(), 0);
@@ -30,7 +33,7 @@ TEST_F(DaoFiles, EachWayToFailHasItsNumber) {
   database->Close();
   struct Case {
     const char* name;
-    std::int32_t number;
+    Numbers numbers;
     std::function<void()> work;
   };
   const auto open = [&](std::u16string_view file) {
@@ -46,18 +49,18 @@ TEST_F(DaoFiles, EachWayToFailHasItsNumber) {
       {"a text", kErrUnrecognizedFormat, open(u"tekst.mdb")},
       {"an empty file", kErrUnrecognizedFormat, open(u"pusty.mdb")},
       {"zeros", kErrUnrecognizedFormat, open(u"zera.mdb")},
-      {"empty name", kErrInvalidFileName, [&] { workspace->OpenDatabase(u"", true, false, u""); }},
+      {"empty name", {kErrInvalidFileName, kErrCouldNotFindFile}, [&] { workspace->OpenDatabase(u"", true, false, u""); }},
       {"create over a file", kErrDatabaseExists, create(path, dao::dbLangGeneral, 2)},
       {"create in no folder", kErrInvalidPath, create(folder.PathOf(u"brak/a.mdb"), dao::dbLangGeneral, 2)},
       {"locale without country", kErrNoCountryCode, create(fresh, u";LANGID=0x0409;CP=1252", 2)},
       {"no locale", kErrInvalidLocale, create(fresh, u"", 2)},
       {"unknown option", kErrInvalidArgument, create(fresh, dao::dbLangGeneral, 32)},
-      {"long path", kErrBadDatabaseName,
+      {"long path", {kErrBadDatabaseName, kErrInvalidPath},
        create(folder.PathOf(std::u16string(260, u'a')), dao::dbLangGeneral, 2)},
       {"other user", kErrInvalidAccount, [&] { engine->CreateWorkspace(u"", u"Ktoś", u""); }},
       {"user's password", kErrInvalidAccount, [&] { engine->CreateWorkspace(u"", u"Admin", u"x"); }},
   };
-  for (const Case& c : cases) EXPECT_EQ(ErrorOf(c.work), c.number) << c.name;
+  for (const Case& c : cases) ExpectOneOf(c.name, c.numbers, c.work);
   EXPECT_FALSE(folder.Exists(u"nowa.mdb"));
   EXPECT_EQ(folder.Read(u"tekst.mdb"), "To nie jest baza danych.");
 }
@@ -65,8 +68,10 @@ TEST_F(DaoFiles, EachWayToFailHasItsNumber) {
 TEST_F(DaoFiles, AnOpenDatabaseIsRefusedToOthers) {
   Create();
   auto other = engine->CreateWorkspace(u"", u"Admin", u"");
-  EXPECT_EQ(ErrorOf([&] { other->OpenDatabase(path, true, false, u""); }), kErrFileInUse);
-  EXPECT_EQ(ErrorOf([&] { other->OpenDatabase(path, true, true, u""); }), kErrFileInUse);
+  for (const bool readOnly : {false, true}) {
+    ExpectOneOf("two exclusive opens in one process", {kErrFileInUse, 3356, 3704},
+                [&] { other->OpenDatabase(path, true, readOnly, u""); });
+  }
   database->Close();
   EXPECT_NO_THROW(other->OpenDatabase(path, true, false, u"")->Close());
 }
@@ -96,7 +101,8 @@ TEST_F(DaoFiles, PasswordsAreSetAskedForAndCleared) {
   for (const std::int32_t options : {0, int{dao::dbEncrypt}}) {
     Create(options);
     EXPECT_EQ(ErrorOf([&] { database->NewPassword(u"źle", u"nowe"); }), kErrInvalidPassword);
-    EXPECT_EQ(ErrorOf([&] { database->NewPassword(u"", polish + u"x"); }), kErrInvalidArgument);
+    ExpectOneOf("a password of 21 characters", {kErrInvalidArgument, kErrInvalidAccount},
+                [&] { database->NewPassword(u"", polish + u"x"); });
     database->NewPassword(u"", polish);
     database->Close();
     for (const std::u16string_view wrong : {u";pwd=;", u"", u";pwd=zażółć gęślą jaźń ąć;"}) {
@@ -118,8 +124,10 @@ TEST_F(DaoFiles, ReadOnlyDatabasesTakeNoChange) {
   database = workspace->OpenDatabase(path, true, true, u"");
   EXPECT_FALSE(database->Updatable());
   EXPECT_EQ(ErrorOfRun(u"INSERT INTO T (A) VALUES (1)"), kErrReadOnly);
-  EXPECT_EQ(ErrorOf([&] { MakeTable(u"U", {{u"A", dao::dbLong}}); }), kErrReadOnly);
-  EXPECT_EQ(ErrorOf([&] { database->OpenRecordset(u"T")->AddNew(); }), kErrReadOnly);
+  ExpectOneOf("a table in a read-only database", {kErrReadOnly, kErrDesignReadOnly},
+              [&] { MakeTable(u"U", {{u"A", dao::dbLong}}); });
+  ExpectOneOf("a row in a read-only database", {kErrReadOnly, kErrNotSupported},
+              [&] { database->OpenRecordset(u"T")->AddNew(); });
   database->Close();
   EXPECT_EQ(folder.Read(u"Baza.mdb"), before);
 }
