@@ -107,7 +107,8 @@ class JetDatabase : public dao::Database {
                                                 std::u16string_view foreignTable,
                                                 const dao::Value& attributes) override {
     return Do([&] {
-      return MakeRelation(name, table, foreignTable, dao::NumberArgument(attributes, dao::kSourceDatabase));
+      return MakeRelation(connection_, name, table, foreignTable,
+                          dao::NumberArgument(attributes, dao::kSourceDatabase));
     });
   }
   std::shared_ptr<dao::Recordset> OpenRecordset(std::u16string_view source, std::int32_t type) override {

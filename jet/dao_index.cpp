@@ -12,16 +12,32 @@ using namespace zimbrat::platform;
 
 class IndexField : public RefusingField {
  public:
-  explicit IndexField(IndexFieldSpec spec) : spec_(std::move(spec)) {}
+  IndexField(std::shared_ptr<JetIndex> index, IndexFieldSpec spec)
+      : index_(std::move(index)), spec_(std::move(spec)) {}
   const IndexFieldSpec& Spec() const { return spec_; }
-  std::u16string Name() override { return spec_.name; }
-  void SetName(std::u16string_view name) override { spec_.name = name; }
-  std::int32_t Attributes() override { return spec_.descending ? dao::dbDescending : 0; }
+  std::u16string Name() override {
+    return Do([&] { return spec_.name; });
+  }
+  void SetName(std::u16string_view name) override {
+    Do([&] { spec_.name = name; });
+  }
+  std::int32_t Attributes() override {
+    return Do([&]() -> std::int32_t { return spec_.descending ? dao::dbDescending : 0; });
+  }
   void SetAttributes(std::int32_t attributes) override {
-    spec_.descending = (attributes & dao::dbDescending) != 0;
+    Do([&] { spec_.descending = (attributes & dao::dbDescending) != 0; });
   }
 
  private:
+  template <class Work>
+  auto Do(Work work) -> decltype(work()) {
+    return Member(dao::kSourceField, [&] {
+      index_->RequireThere();
+      return work();
+    });
+  }
+
+  std::shared_ptr<JetIndex> index_;
   IndexFieldSpec spec_;
 };
 
@@ -38,13 +54,13 @@ class IndexFields : public dao::Collection<dao::Field> {
       if (position < 0 || position >= static_cast<int>(list.size())) {
         Raise(kErrItemNotFound, DecimalText(position));
       }
-      return std::make_shared<IndexField>(list[static_cast<std::size_t>(position)]);
+      return std::make_shared<IndexField>(index_, list[static_cast<std::size_t>(position)]);
     });
   }
   std::shared_ptr<dao::Field> Item(std::u16string_view name) override {
     return Member(dao::kSourceIndexFields, [&]() -> std::shared_ptr<dao::Field> {
       for (const IndexFieldSpec& spec : index_->FieldList()) {
-        if (EqualIgnoringCase(spec.name, name)) return std::make_shared<IndexField>(spec);
+        if (EqualIgnoringCase(spec.name, name)) return std::make_shared<IndexField>(index_, spec);
       }
       Raise(kErrItemNotFound, name);
     });
@@ -72,6 +88,11 @@ LogicalIndex JetIndex::LiveEntry() {
   const LogicalIndex* entry = table->Definition().FindIndexByNumber(*number_);
   if (!entry) Raise(kErrObjectInvalid);
   return *entry;
+}
+
+void JetIndex::RequireThere() {
+  table_->RequireThere();
+  if (IsLive()) LiveEntry();
 }
 
 bool JetIndex::LiveFlag(std::uint8_t flag) {
@@ -134,7 +155,7 @@ bool JetIndex::Foreign() {
 }
 
 std::shared_ptr<dao::Field> JetIndex::CreateField(std::u16string_view name) {
-  return std::make_shared<IndexField>(IndexFieldSpec{std::u16string(name), false});
+  return std::make_shared<IndexField>(shared_from_this(), IndexFieldSpec{std::u16string(name), false});
 }
 
 std::shared_ptr<dao::Collection<dao::Field>> JetIndex::Fields() {

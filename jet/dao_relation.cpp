@@ -12,36 +12,71 @@ namespace {
 
 using namespace zimbrat::platform;
 
+// Which relation it is: what a Relation and its fields share.
+struct RelationHome {
+  ConnectionPtr connection;
+  std::u16string name;
+  bool live = false;
+  std::uint64_t version = ~std::uint64_t{0};  // the one in which it was there
+
+  // Error 3420 when it was deleted or the database closed.
+  void RequireThere() {
+    connection->File();
+    if (!live || version == connection->Version()) return;
+    const std::vector<Relationship> all = connection->GetRelationships().List();
+    if (std::none_of(all.begin(), all.end(), [&](const Relationship& r) { return EqualText(r.name, name); })) {
+      Raise(kErrObjectInvalid);
+    }
+    version = connection->Version();
+  }
+  void BecomeLive() {
+    live = true;
+    version = connection->Version();
+  }
+};
+using RelationHomePtr = std::shared_ptr<RelationHome>;
+
 class RelationFieldObject : public RefusingField {
  public:
-  explicit RelationFieldObject(std::u16string name) : field_{std::move(name), {}} {}
-  RelationFieldObject(RelationField field, bool live) : field_(std::move(field)), live_(live) {}
+  RelationFieldObject(RelationHomePtr home, RelationField field) : home_(std::move(home)), field_(std::move(field)) {}
 
   const RelationField& Content() const { return field_; }
-  void BecomeLive() { live_ = true; }
 
-  std::u16string Name() override { return field_.name; }
-  void SetName(std::u16string_view name) override {
-    if (live_) Refuse();
-    field_.name = name;
+  std::u16string Name() override {
+    return Do([&] { return field_.name; });
   }
-  std::u16string ForeignName() override { return field_.foreignName; }
+  void SetName(std::u16string_view name) override {
+    Do([&] { Pending().name = name; });
+  }
+  std::u16string ForeignName() override {
+    return Do([&] { return field_.foreignName; });
+  }
   void SetForeignName(std::u16string_view name) override {
-    if (live_) Refuse();
-    field_.foreignName = name;
+    Do([&] { Pending().foreignName = name; });
   }
 
  private:
+  template <class Work>
+  auto Do(Work work) -> decltype(work()) {
+    return Member(dao::kSourceField, [&] {
+      home_->RequireThere();
+      return work();
+    });
+  }
+  RelationField& Pending() {
+    if (home_->live) Raise(kErrInvalidOperation);
+    return field_;
+  }
+
+  RelationHomePtr home_;
   RelationField field_;
-  bool live_ = false;
 };
 
 struct RelationState {
-  std::u16string name;
+  RelationHomePtr home;
   std::u16string table;
   std::u16string foreignTable;
   std::uint32_t attributes = 0;
-  bool live = false;
   std::vector<std::shared_ptr<RelationFieldObject>> fields;
 };
 using RelationStatePtr = std::shared_ptr<RelationState>;
@@ -50,35 +85,46 @@ class RelationFields : public dao::Collection<dao::Field> {
  public:
   explicit RelationFields(RelationStatePtr state) : state_(std::move(state)) {}
 
-  int Count() override { return static_cast<int>(state_->fields.size()); }
+  int Count() override {
+    return Do([&] { return static_cast<int>(state_->fields.size()); });
+  }
   std::shared_ptr<dao::Field> Item(int position) override {
-    return Member(dao::kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
+    return Do([&]() -> std::shared_ptr<dao::Field> {
       if (position < 0 || position >= Count()) Raise(kErrItemNotFound, DecimalText(position));
       return state_->fields[static_cast<std::size_t>(position)];
     });
   }
   std::shared_ptr<dao::Field> Item(std::u16string_view name) override {
-    return Member(dao::kSourceFields, [&]() -> std::shared_ptr<dao::Field> {
+    return Do([&]() -> std::shared_ptr<dao::Field> {
       const auto found = Find(name);
       if (!found) Raise(kErrItemNotFound, name);
       return found;
     });
   }
   void Append(const std::shared_ptr<dao::Field>& object) override {
-    Member(dao::kSourceFields, [&] {
-      if (state_->live) Raise(kErrInvalidOperation);
+    Do([&] {
+      if (state_->home->live) Raise(kErrInvalidOperation);
       const auto field = std::dynamic_pointer_cast<RelationFieldObject>(object);
       if (!field) Raise(kErrInvalidOperation);
-      if (Find(field->Name())) Raise(kErrDuplicateName, field->Name());
+      if (Find(field->Content().name)) Raise(kErrDuplicateName, field->Content().name);
       state_->fields.push_back(field);
     });
   }
   void Delete(std::u16string_view) override {
-    Member(dao::kSourceFields, [&] { Raise(kErrInvalidOperation); });
+    Do([&] { Raise(kErrInvalidOperation); });
   }
-  void Refresh() override {}
+  void Refresh() override {
+    Do([] {});
+  }
 
  private:
+  template <class Work>
+  auto Do(Work work) -> decltype(work()) {
+    return Member(dao::kSourceFields, [&] {
+      state_->home->RequireThere();
+      return work();
+    });
+  }
   std::shared_ptr<RelationFieldObject> Find(std::u16string_view name) const {
     for (const auto& field : state_->fields) {
       if (EqualIgnoringCase(field->Content().name, name)) return field;
@@ -93,36 +139,55 @@ class JetRelation : public dao::Relation {
   explicit JetRelation(RelationStatePtr state) : state_(std::move(state)) {}
   const RelationStatePtr& State() const { return state_; }
 
-  std::u16string Name() override { return state_->name; }
+  std::u16string Name() override {
+    return Do([&] { return state_->home->name; });
+  }
   void SetName(std::u16string_view name) override {
-    Member(dao::kSourceRelation, [&] {
-      if (state_->live && state_->name != name) Raise(kErrInvalidOperation);
-      state_->name = name;
+    Do([&] {
+      if (state_->home->live && state_->home->name != name) Raise(kErrInvalidOperation);
+      state_->home->name = name;
     });
   }
-  std::u16string Table() override { return state_->table; }
-  std::u16string ForeignTable() override { return state_->foreignTable; }
-  std::int32_t Attributes() override { return static_cast<std::int32_t>(state_->attributes); }
+  std::u16string Table() override {
+    return Do([&] { return state_->table; });
+  }
+  std::u16string ForeignTable() override {
+    return Do([&] { return state_->foreignTable; });
+  }
+  std::int32_t Attributes() override {
+    return Do([&] { return static_cast<std::int32_t>(state_->attributes); });
+  }
+  // Of a relation that exists it is a field for nothing: none can be appended.
   std::shared_ptr<dao::Field> CreateField(std::u16string_view name) override {
-    return std::make_shared<RelationFieldObject>(std::u16string(name));
+    return Do([&] {
+      return std::make_shared<RelationFieldObject>(state_->home, RelationField{std::u16string(name), {}});
+    });
   }
   std::shared_ptr<dao::Collection<dao::Field>> Fields() override {
-    return std::make_shared<RelationFields>(state_);
+    return Do([&] { return std::make_shared<RelationFields>(state_); });
   }
 
  private:
+  template <class Work>
+  auto Do(Work work) -> decltype(work()) {
+    return Member(dao::kSourceRelation, [&] {
+      state_->home->RequireThere();
+      return work();
+    });
+  }
+
   RelationStatePtr state_;
 };
 
-RelationStatePtr MakeState(const Relationship& relationship) {
+RelationStatePtr MakeState(const ConnectionPtr& connection, const Relationship& relationship) {
   auto state = std::make_shared<RelationState>();
-  state->name = relationship.name;
+  state->home = std::make_shared<RelationHome>(RelationHome{connection, relationship.name});
+  state->home->BecomeLive();
   state->table = relationship.table;
   state->foreignTable = relationship.foreignTable;
   state->attributes = relationship.attributes;
-  state->live = true;
   for (const RelationField& field : relationship.fields) {
-    state->fields.push_back(std::make_shared<RelationFieldObject>(field, true));
+    state->fields.push_back(std::make_shared<RelationFieldObject>(state->home, field));
   }
   return state;
 }
@@ -146,7 +211,7 @@ class RelationList : public dao::Collection<dao::Relation> {
   std::shared_ptr<dao::Relation> Item(std::u16string_view name) override {
     return Member(dao::kSourceRelations, [&]() -> std::shared_ptr<dao::Relation> {
       for (const auto& relation : List()) {
-        if (EqualText(relation->Name(), name)) return relation;
+        if (EqualText(relation->State()->home->name, name)) return relation;
       }
       Raise(kErrItemNotFound, name);
     });
@@ -154,7 +219,7 @@ class RelationList : public dao::Collection<dao::Relation> {
   void Append(const std::shared_ptr<dao::Relation>& object) override {
     Member(dao::kSourceRelations, [&] {
       const auto relation = std::dynamic_pointer_cast<JetRelation>(object);
-      if (!relation || relation->State()->live) Raise(kErrDuplicateName, object->Name());
+      if (!relation || relation->State()->home->live) Raise(kErrDuplicateName, object->Name());
       List();
       AppendRelation(*relation->State());
       list_.push_back(relation);
@@ -167,7 +232,12 @@ class RelationList : public dao::Collection<dao::Relation> {
       connection_->Change([&] { connection_->GetRelationships().Remove(name); });
     });
   }
-  void Refresh() override { loaded_ = false; }
+  void Refresh() override {
+    Member(dao::kSourceRelations, [&] {
+      connection_->File();
+      loaded_ = false;
+    });
+  }
 
  private:
   const std::vector<std::shared_ptr<JetRelation>>& List() {
@@ -175,7 +245,7 @@ class RelationList : public dao::Collection<dao::Relation> {
     if (loaded_ && version_ == connection_->Version()) return list_;
     list_.clear();
     for (const Relationship& relationship : connection_->GetRelationships().List()) {
-      list_.push_back(std::make_shared<JetRelation>(MakeState(relationship)));
+      list_.push_back(std::make_shared<JetRelation>(MakeState(connection_, relationship)));
     }
     loaded_ = true;
     version_ = connection_->Version();
@@ -196,13 +266,12 @@ class RelationList : public dao::Collection<dao::Relation> {
   }
 
   void AppendRelation(RelationState& state) {
-    Relationship relationship{state.name, state.table, state.foreignTable, state.attributes, {}};
+    Relationship relationship{state.home->name, state.table, state.foreignTable, state.attributes, {}};
     for (const auto& field : state.fields) relationship.fields.push_back(field->Content());
     RequireTableUnused(state.table);
     RequireTableUnused(state.foreignTable);
     connection_->Change([&] { connection_->GetRelationships().Add(relationship); });
-    state.live = true;
-    for (const auto& field : state.fields) field->BecomeLive();
+    state.home->BecomeLive();
   }
 
   ConnectionPtr connection_;
@@ -213,10 +282,11 @@ class RelationList : public dao::Collection<dao::Relation> {
 
 }  // namespace
 
-std::shared_ptr<dao::Relation> MakeRelation(std::u16string_view name, std::u16string_view table,
-                                            std::u16string_view foreignTable, std::int32_t attributes) {
+std::shared_ptr<dao::Relation> MakeRelation(const ConnectionPtr& connection, std::u16string_view name,
+                                            std::u16string_view table, std::u16string_view foreignTable,
+                                            std::int32_t attributes) {
   auto state = std::make_shared<RelationState>();
-  state->name = name;
+  state->home = std::make_shared<RelationHome>(RelationHome{connection, std::u16string(name)});
   state->table = table;
   state->foreignTable = foreignTable;
   state->attributes = static_cast<std::uint32_t>(attributes);

@@ -200,8 +200,11 @@ class TableList : public dao::Collection<dao::TableDef> {
     Member(dao::kSourceTableDefs, [&] { DeleteTable(name); });
   }
   void Refresh() override {
-    list_.clear();
-    loaded_ = false;
+    Member(dao::kSourceTableDefs, [&] {
+      connection_->File();
+      list_.clear();
+      loaded_ = false;
+    });
   }
 
  private:
@@ -288,10 +291,16 @@ class TableList : public dao::Collection<dao::TableDef> {
 
 }  // namespace
 
-std::shared_ptr<Table> TableState::Open() {
+void TableState::RequireThere() {
   connection->File();
+  if (!IsLive()) return;
+  Catalog& catalog = connection->GetCatalog();
+  if (isLink ? !catalog.FindTable(name) : !catalog.FindTableByPage(page)) Raise(kErrObjectInvalid);
+}
+
+std::shared_ptr<Table> TableState::Open() {
+  RequireThere();
   if (isLink) Raise(kErrNotSupported);
-  if (!connection->GetCatalog().FindTableByPage(page)) Raise(kErrObjectInvalid);
   return connection->GetCatalog().Open(page);
 }
 
@@ -321,14 +330,14 @@ void TableState::ChangeProperties(const std::function<void(PropertyBlob&)>& work
 
 std::u16string JetTableDef::Name() {
   return Member(dao::kSourceTableDef, [&] {
-    state_->connection->File();
+    state_->RequireThere();
     return state_->name;
   });
 }
 
 void JetTableDef::SetName(std::u16string_view name) {
   Member(dao::kSourceTableDef, [&] {
-    state_->connection->File();
+    state_->RequireThere();
     if (!state_->IsLive()) {
       state_->name = name;
       return;
@@ -343,14 +352,14 @@ void JetTableDef::SetName(std::u16string_view name) {
 
 bool JetTableDef::Updatable() {
   return Member(dao::kSourceTableDef, [&] {
-    state_->connection->File();
+    state_->RequireThere();
     return !state_->isLink;
   });
 }
 
 std::int32_t JetTableDef::Attributes() {
   return Member(dao::kSourceTableDef, [&]() -> std::int32_t {
-    state_->connection->File();
+    state_->RequireThere();
     if (state_->isLink) return dao::dbAttachedTable;
     std::int32_t attributes = static_cast<std::int32_t>(state_->flags & 0x80000002u);
     if ((state_->flags & 8u) != 0) attributes |= dao::dbHiddenObject;
@@ -360,6 +369,7 @@ std::int32_t JetTableDef::Attributes() {
 
 std::int32_t JetTableDef::RecordCount() {
   return Member(dao::kSourceTableDef, [&]() -> std::int32_t {
+    state_->RequireThere();
     if (!state_->IsLive()) return 0;
     if (state_->isLink) return -1;
     return static_cast<std::int32_t>(state_->Open()->Definition().rows);

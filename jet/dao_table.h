@@ -27,6 +27,7 @@ struct TableState {
 
   bool IsLive() const { return page != 0; }
   // Error 3420 when the table was dropped or the database closed.
+  void RequireThere();
   std::shared_ptr<Table> Open();
   std::int32_t ObjectId() const { return static_cast<std::int32_t>(page); }
   // Error 3027 for a system table.
@@ -110,6 +111,8 @@ class JetIndex : public dao::Index, public std::enable_shared_from_this<JetIndex
   const NewIndex& Spec() const { return spec_; }
   void AddPendingField(IndexFieldSpec field) { spec_.fields.push_back(std::move(field)); }
   std::vector<IndexFieldSpec> FieldList();
+  // Error 3420 when it was deleted or the database closed.
+  void RequireThere();
 
   std::u16string Name() override;
   void SetName(std::u16string_view name) override;
