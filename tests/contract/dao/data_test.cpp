@@ -29,7 +29,7 @@ TEST_F(DaoData, EveryTypeGivesItsValuesBack) {
        {dao::Currency{std::numeric_limits<std::int64_t>::min()}, dao::Currency{12345678}}},
       {dao::dbSingle, 4, {-1.5f, 3.4e38f}},
       {dao::dbDouble, 8, {-1.25e-300, 1.7e308}},
-      {dao::dbDate, 8, {dao::Date{-657434.0}, dao::Date{2958465.75}, dao::Date{37657.25}}},
+      {dao::dbDate, 8, {dao::Date{-657434.0}, dao::Date{2958465.75}, dao::Date{37657.25}, dao::Date{-1.75}}},
       {dao::dbBinary, 10, {bytes}},
       {dao::dbText, 255,
        {Text(u"Zażółć gęślą jaźń"), Text(u"abc"), Text(std::u16string(255, u'ż')), Text(u"漢字 \u0001\u00FF")}},
@@ -84,6 +84,11 @@ TEST_F(DaoData, PutsAreConvertedOrRefused) {
       {u"Krótka", true, 0, std::int16_t{-1}},
       {u"Długa", Text(u""), kErrDataConversion, {}},
       {u"Waluta", Text(u"1,25"), 0, dao::Currency{12500}},
+      {u"Waluta", dao::Decimal{true, {0, 0, 0, 125}, 1}, 0, dao::Currency{-125000}},
+      {u"Waluta", 0.00005, 0, dao::Currency{0}},
+      {u"Długa", dao::Decimal{false, {0, 0, 0, 70000}, 0}, 0, Long(70000)},
+      {u"Długa", dao::Currency{35000}, 0, Long(4)},
+      {u"Data", dao::Date{-0.25}, 0, dao::Date{-0.25}},
       {u"Data", Text(u"2001-02-03"), 0, dao::Date{36925}},
       {u"Data", Text(u"jutro"), kErrDataConversion, {}},
       {u"Data", 3.0e7, outOfRange, {}},
@@ -240,10 +245,48 @@ TEST_F(DaoData, RecordsetsWalkAndEdit) {
   EXPECT_EQ(ErrorOf([&] { rows->Fields()->Item(u"A")->Value(); }), kErrNoCurrentRecord);
   rows->Close();
   EXPECT_EQ(CountRows(u"SELECT * FROM T WHERE Len(A) = 200"), 49u);
+  EXPECT_EQ(database->TableDefs()->Item(u"T")->RecordCount(), 49);
   auto snapshot = database->OpenRecordset(u"T", dao::dbOpenSnapshot);
   const Numbers readsOnly = {kErrNotSupported, kErrReadOnly, 3326};
   ExpectOneOf("snapshot edit", readsOnly, [&] { snapshot->Edit(); });
   ExpectOneOf("snapshot addition", readsOnly, [&] { snapshot->AddNew(); });
+}
+
+TEST_F(DaoData, EditsAreBegunAndCancelled) {
+  Create();
+  MakeTable(u"T", {{u"A", dao::dbText, 5, 0, true, false, u"\"nowy\""}, {u"B", dao::dbBoolean}, {u"C", dao::dbLong}});
+  auto rows = database->OpenRecordset(u"T");
+  EXPECT_EQ(ErrorOf([&] { rows->MoveFirst(); }), kErrNoCurrentRecord);
+  EXPECT_EQ(ErrorOf([&] { rows->Delete(); }), kErrNoCurrentRecord);
+  EXPECT_EQ(ErrorOf([&] { rows->CancelUpdate(); }), kErrNoEdit);
+  auto a = rows->Fields()->Item(u"A"), c = rows->Fields()->Item(u"C");
+  rows->AddNew();
+  EXPECT_EQ(a->Value(), Text(u"nowy"));
+  EXPECT_EQ(rows->Fields()->Item(u"B")->Value(), dao::Value(false));
+  EXPECT_TRUE(dao::IsNull(c->Value()));
+  a->SetValue({});
+  EXPECT_EQ(ErrorOf([&] { rows->Update(); }), kErrRequired);
+  a->SetValue(Text(u""));
+  EXPECT_EQ(ErrorOf([&] { rows->Update(); }), kErrZeroLength);
+  a->SetValue(Text(u"x"));  // what was begun is still there after a refusal
+  rows->Update();
+  rows->MoveFirst();
+  EXPECT_FALSE(rows->BeginOfFile() || rows->EndOfFile());
+  rows->Edit();
+  c->SetValue(Long(1));
+  rows->CancelUpdate();
+  EXPECT_TRUE(dao::IsNull(c->Value()));
+  rows->Edit();
+  c->SetValue(Long(2));
+  rows->Edit();  // begins anew
+  EXPECT_TRUE(dao::IsNull(c->Value()));
+  c->SetValue(Long(3));
+  rows->Update();
+  EXPECT_EQ(c->Value(), Long(3)) << "the row is still the current one";
+  rows->MoveNext();
+  EXPECT_TRUE(rows->EndOfFile());
+  EXPECT_EQ(ErrorOf([&] { rows->MoveNext(); }), kErrNoCurrentRecord);
+  EXPECT_EQ(rows->RecordCount(), 1);
 }
 
 TEST_F(DaoData, LongTextsComeAndGoWithoutLeavingPages) {
