@@ -9,13 +9,13 @@ namespace zimbrat::tests {
 
 namespace fs = std::filesystem;
 
-Stage::Stage(const Task& task, Ground ground)
+Stage::Stage(const Task& task, Ground ground, engines::Wish wish)
     : task_(task),
       ground_(ground),
       system_(platform::MakeSystem(0, nullptr)),
       real_(ground == Ground::Memory ? static_cast<platform::Files&>(volume) : *system_.files),
       files(real_),
-      bench(&files) {
+      bench(&files, wish) {
   for (const std::u16string_view folder : kFolders) real_.CreateFolder(PathOf(folder));
   for (const auto& [name, content] : SeedFiles()) Write(name, content);
   Write(kTarget, task.OldContent());

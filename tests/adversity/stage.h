@@ -17,7 +17,8 @@ enum class Ground { Memory, Disk };
 
 class Stage {
  public:
-  Stage(const Task& task, Ground ground);
+  // An installed engine sees the disk alone.
+  Stage(const Task& task, Ground ground, engines::Wish wish = engines::Wish::Embedded);
 
   // Runs the task; whether success was told. The text is kept. What an entry program would catch
   // counts as a failure.

@@ -1,5 +1,5 @@
-// A bench with the embedded engine and a fresh database, for tests of what the generator does to
-// it.
+// A bench with an engine, the embedded one unless told otherwise, and a fresh database, for tests of
+// what the generator does to it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -46,14 +46,16 @@ inline std::string SmallProgram(const std::string& symbol, const std::string& mo
 
 class DatabaseBench : public Bench {
  public:
-  explicit DatabaseBench(platform::Files* others = nullptr) : Bench(others) {
-    state.on.makeEngine = [this](const suite::PasswordOf&) { return choice.Engine(); };
+  explicit DatabaseBench(platform::Files* others = nullptr,
+                         engines::Wish wish = engines::Wish::Embedded)
+      : Bench(others), choice({.files = files, .clock = clock, .wish = wish}) {
+    state.on.makeEngine = [this](const suite::PasswordOf& password) { return choice.Engine(password); };
     host.verify = [this](std::u16string_view path, std::u16string_view original) {
       choice.Verify(path, original);
     };
   }
 
-  engines::EngineChoice choice{{.files = files, .clock = clock, .wish = engines::Wish::Embedded}};
+  engines::EngineChoice choice;
 
   // An empty database, open.
   dao::Database& Create(std::u16string_view name = u"baza.mdb") {
