@@ -3,34 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "platform/win32/handles.h"
-#include "call.h"
+#include "factory.h"
+#include "server_state.h"
 #include "tests/wizard/registry_change.h"
 
 namespace zimbrat::tests {
 namespace {
-
-class Factory : public IClassFactory {
- public:
-  explicit Factory(std::shared_ptr<ServerState> state) : state_(std::move(state)) {}
-  virtual ~Factory() = default;
-
-  STDMETHODIMP QueryInterface(REFIID type, void** object) override {
-    const bool isKnown = ::IsEqualIID(type, IID_IUnknown) || ::IsEqualIID(type, IID_IClassFactory);
-    *object = isKnown ? this : nullptr;
-    return isKnown ? S_OK : E_NOINTERFACE;
-  }
-  // Lives as long as the offer.
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP CreateInstance(IUnknown* outer, REFIID type, void** object) override {
-    if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-    return std::make_shared<Object>(state_, EngineClass(), state_, nullptr, false)->QueryInterface(type, object);
-  }
-  STDMETHODIMP LockServer(BOOL) override { return S_OK; }
-
- private:
-  std::shared_ptr<ServerState> state_;
-};
 
 class Apartment {
  public:
@@ -73,8 +51,8 @@ std::wstring TextOf(const CLSID& id) {
 class DaoServer::Offer {
  public:
   Offer(const std::shared_ptr<ServerState>& state, const std::wstring& programId)
-      : factory_(state), key_(L"SOFTWARE\\Classes\\" + programId + L"\\CLSID", L"", TextOf(class_)) {
-    EXPECT_HRESULT_SUCCEEDED(::CoRegisterClassObject(class_, &factory_, CLSCTX_INPROC_SERVER,
+      : factory_(std::make_shared<Factory>(state)), key_(L"SOFTWARE\\Classes\\" + programId + L"\\CLSID", L"", TextOf(class_)) {
+    EXPECT_HRESULT_SUCCEEDED(::CoRegisterClassObject(class_, factory_.get(), CLSCTX_INPROC_SERVER,
                                                      REGCLS_MULTIPLEUSE, &cookie_));
   }
   ~Offer() { ::CoRevokeClassObject(cookie_); }
@@ -85,7 +63,7 @@ class DaoServer::Offer {
   Apartment apartment_;
   Turn turn_;
   CLSID class_ = MakeClassId();
-  Factory factory_;
+  std::shared_ptr<Factory> factory_;
   RegistryChange key_;
   DWORD cookie_ = 0;
 };
