@@ -42,8 +42,12 @@ void TellOpenError(ProgramState& state, std::u16string_view path, const RunTimeE
                             platform::kMsgExclamation, u"");
 }
 
+// What closing the rows comes to says nothing of the database.
 std::optional<RunTimeError> TryRead(DatabaseSession& session, std::u16string_view query) {
-  return Attempt([&] { session.Database().OpenRecordset(query)->Close(); });
+  std::shared_ptr<dao::Recordset> rows;
+  const auto error = Attempt([&] { rows = session.Database().OpenRecordset(query); });
+  if (!error) Attempt([&] { rows->Close(); });
+  return error;
 }
 
 // One catalogue table: its query and what is said when it is locked or missing.
