@@ -31,8 +31,8 @@ void DaoBench::TearDown() {
   database.reset();
   workspace.reset();
   engine.reset();
-  if (under.objectsHeld) {
-    EXPECT_EQ(under.objectsHeld(), 0);
+  if (under.held) {
+    EXPECT_EQ(under.held(), 0);
   }
   for (const std::u16string& name : folder.Names()) {
     const std::u16string file = folder.PathOf(name);
