@@ -42,6 +42,12 @@ constexpr Class kDatabase = {L"Database", u"DAO.Database", kDatabaseMembers};
 // --- Workspace ---
 
 struct Session {
+  explicit Session(ServerState& state) : on(state) {}
+  ~Session() { on.unclosed += isClosed ? 0 : 1; }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  ServerState& on;
   std::u16string name;
   std::shared_ptr<dao::Workspace> workspace;
   std::vector<std::weak_ptr<OpenDatabase>> databases;
@@ -55,7 +61,7 @@ Session& SessionOf(Call& call) {
 }
 
 void GiveDatabase(Call& call, std::shared_ptr<dao::Database> database, bool isNewer) {
-  auto home = std::make_shared<OpenDatabase>(database, isNewer);
+  auto home = std::make_shared<OpenDatabase>(*call.State(), database, isNewer);
   call.It<Session>().databases.push_back(home);
   call.GiveObject(kDatabase, std::move(database), std::move(home));
 }
@@ -129,9 +135,10 @@ constexpr Class kErrors = {L"Errors", u"DAO.Errors", kErrorsMembers};
 // --- DBEngine ---
 
 void CreateWorkspace(Call& call) {
-  auto session = std::make_shared<Session>();
+  auto workspace = call.State()->engine->CreateWorkspace(call.Text(0), call.Text(1), call.Text(2));
+  auto session = std::make_shared<Session>(*call.State());
   session->name = call.Text(0);
-  session->workspace = call.State()->engine->CreateWorkspace(call.Text(0), call.Text(1), call.Text(2));
+  session->workspace = std::move(workspace);
   call.GiveObject(kWorkspace, std::move(session));
 }
 

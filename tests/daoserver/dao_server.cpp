@@ -81,6 +81,7 @@ DaoServer::DaoServer(std::shared_ptr<dao::Engine> engine, std::wstring programId
 DaoServer::~DaoServer() = default;
 
 long DaoServer::Objects() const { return state_->objects; }
+int DaoServer::Unclosed() const { return state_->unclosed; }
 int DaoServer::Calls() const { return state_->calls; }
 void DaoServer::FailAt(int call, std::int32_t number) {
   state_->callsToFailure = call;

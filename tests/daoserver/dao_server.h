@@ -27,6 +27,8 @@ class DaoServer {
 
   // References to objects that were not given back yet, an object counted once.
   long Objects() const;
+  // Sessions and databases so far that nobody closed before the last reference was gone.
+  int Unclosed() const;
   // Calls of Invoke since the start.
   int Calls() const;
   // The call with that number from now on (1: the next) raises `number` with the source "DAO.Awaria" instead

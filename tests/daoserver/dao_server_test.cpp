@@ -96,6 +96,7 @@ TEST_F(DaoServerTest, KeepsTablesAndValues) {
     EXPECT_EQ((*Get(Part(database, L"TableDefs", L"T"), L"Updatable").value).boolVal, VARIANT_TRUE);
   }
   EXPECT_EQ(server.Objects(), 0);
+  EXPECT_EQ(server.Unclosed(), 2);
   EXPECT_NE(std::find(server.log.begin(), server.log.end(), "TableDefs.Append"), server.log.end());
   EXPECT_NE(std::find(server.log.begin(), server.log.end(), "Field.Value="), server.log.end());
 }

@@ -18,6 +18,7 @@ struct ServerState {
   platform::Win32Files files;
 
   long objects = 0;
+  int unclosed = 0;  // sessions and databases that ended without Close
   int calls = 0;
   int callsToFailure = 0;
   std::int32_t failure = 0;
@@ -34,8 +35,11 @@ struct ServerState {
 // A database holds its file as the real one does: until it is closed and no object got from it is left.
 class OpenDatabase {
  public:
-  OpenDatabase(std::shared_ptr<dao::Database> database, bool isNewer)
-      : database_(std::move(database)), isNewer_(isNewer) {}
+  OpenDatabase(ServerState& state, std::shared_ptr<dao::Database> database, bool isNewer)
+      : state_(state), database_(std::move(database)), isNewer_(isNewer) {}
+  ~OpenDatabase() { state_.unclosed += isClosed_ ? 0 : 1; }
+  OpenDatabase(const OpenDatabase&) = delete;
+  OpenDatabase& operator=(const OpenDatabase&) = delete;
 
   bool IsClosed() const { return isClosed_; }
   bool IsNewer() const { return isNewer_; }
@@ -47,6 +51,7 @@ class OpenDatabase {
   void ChildGone() noexcept;
 
  private:
+  ServerState& state_;
   std::shared_ptr<dao::Database> database_;
   bool isNewer_;
   bool isClosed_ = false;

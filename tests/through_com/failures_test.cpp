@@ -63,7 +63,7 @@ class FailingCalls : public testing::TestWithParam<Task> {
 Outcome FailingCalls::Run(Stage& stage, std::uint64_t call) {
   stage.bench.state.Engine();
   const long idle = server_.Objects();
-  const int before = server_.Calls();
+  const int before = server_.Calls(), unclosed = server_.Unclosed();
   server_.log.clear();
   server_.keepsLog = true;
   server_.isTerse = call % 2 == 1;
@@ -76,6 +76,8 @@ Outcome FailingCalls::Run(Stage& stage, std::uint64_t call) {
   outcome.log = server_.log;
   outcome.failed = static_cast<std::size_t>(call) - 1;
   EXPECT_EQ(server_.Objects(), idle) << call;
+  const bool isClose = call > 0 && outcome.log.size() >= call && outcome.FailedCall().ends_with(".Close");
+  EXPECT_LE(server_.Unclosed() - unclosed, isClose ? 1 : 0) << call;
   return outcome;
 }
 

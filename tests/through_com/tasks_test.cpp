@@ -30,6 +30,7 @@ TEST_P(TasksThroughCom, LeaveWhatTheEmbeddedEngineLeaves) {
     }
   }
   EXPECT_EQ(offered.server.Objects(), 0);
+  EXPECT_EQ(offered.server.Unclosed(), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, TasksThroughCom, testing::ValuesIn(AllTasks()),
