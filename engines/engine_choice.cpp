@@ -21,14 +21,15 @@ constexpr std::size_t kMaxComparedFaults = 50'000;
 std::u16string_view BitsOfTheProgram() { return sizeof(void*) == 8 ? u"64" : u"32"; }
 
 // A person can do three things about it.
-[[noreturn]] void RaiseNoneInstalled() {
+[[noreturn]] void RaiseNoneInstalled(const std::u16string& unusable) {
   const std::u16string bits(BitsOfTheProgram());
   throw platform::RunTimeError(
       platform::kErrCannotCreateObject, platform::kOwnErrorSource,
       u"W systemie nie ma silnika baz danych DAO, którego mógłby użyć program " + bits +
           u"-bitowy. Zainstaluj silnik baz danych Access w wersji " + bits +
           u"-bitowej, użyj programu o innej liczbie bitów albo wybierz silnik wbudowany (opcja --silnik programu "
-          u"zimbratc, zmienna ZIMBRAT_SILNIK).");
+          u"zimbratc, zmienna ZIMBRAT_SILNIK)." +
+          (unusable.empty() ? u"" : u" Zarejestrowane, lecz nie działają: " + unusable + u"."));
 }
 
 std::vector<jet::Fault> NewFaultsOf(const Surroundings& on, std::u16string_view path,
@@ -61,12 +62,15 @@ std::optional<Wish> FindWish(std::u16string_view word) {
 
 std::shared_ptr<dao::Engine> EngineChoice::Engine(const Password& password) {
   if (engine_) return engine_;
-  const Password none = [](std::u16string_view) { return std::nullopt; };
+  std::u16string unusable;
   if (on_.wish != Wish::Embedded) {
-    engine_ = find_({on_.files, on_.clock, password ? password : none, on_.pulse});
+    engine_ = find_({on_.files, on_.clock, password, on_.pulse}, [&](std::u16string_view why) {
+      unusable.append(unusable.empty() ? u"" : u"; ").append(why);
+    });
   }
   isInstalled_ = engine_ != nullptr;
-  if (!engine_ && on_.wish == Wish::Installed) RaiseNoneInstalled();
+  if (!engine_ && on_.wish == Wish::Installed) RaiseNoneInstalled(unusable);
+  if (!unusable.empty()) Log(u"Silniki zarejestrowane w systemie, które nie działają: " + unusable);
   if (!engine_) engine_ = jet::MakeEngine(on_.files, on_.clock, on_.pulse);
   return engine_;
 }
@@ -80,7 +84,11 @@ void EngineChoice::Verify(std::u16string_view path, std::u16string_view original
         platform::kErrCannotOpenDatabase, platform::kOwnErrorSource,
         u"Baza danych nie przeszła sprawdzenia: " + stopping->place + u": " + stopping->text);
   }
-  if (!faults.empty() && !on_.log.empty()) AppendToLog(on_.files, on_.clock, on_.log, path, faults);
+  if (!faults.empty()) Log(TextOfFaults(path, faults));
+}
+
+void EngineChoice::Log(std::u16string_view text) const {
+  if (!on_.log.empty()) AppendToLog(on_.files, on_.clock, on_.log, text);
 }
 
 }  // namespace zimbrat::engines

@@ -35,17 +35,18 @@ struct Surroundings {
   Wish wish = Wish::Found;
   // Called from time to time during long work; may be empty.
   std::function<void()> pulse = {};
-  // The path of the log of faults that stop nobody; empty: there is none.
+  // The path of the log of what stops nobody; empty: there is none.
   std::u16string log = {};
 };
 
 // The choice of one program run.
 class EngineChoice {
  public:
-  using Find = std::function<std::shared_ptr<dao::Engine>(const platform::InstalledEngineNeeds&)>;
+  using Find = std::function<std::shared_ptr<dao::Engine>(const platform::InstalledEngineNeeds&,
+                                                          const platform::UnusableEngine&)>;
   using Password = std::function<std::optional<platform::Secret>(std::u16string_view path)>;
 
-  explicit EngineChoice(Surroundings on, Find find = platform::FindInstalledEngine);
+  explicit EngineChoice(Surroundings on, Find find = &platform::FindInstalledEngine);
 
   // Made at the first call; `password` tells that of a database to be repaired, and may be empty. Error 429 when
   // an installed one is wished for and there is none.
@@ -57,6 +58,8 @@ class EngineChoice {
   void Verify(std::u16string_view path, std::u16string_view original) const;
 
  private:
+  void Log(std::u16string_view text) const;
+
   Surroundings on_;
   Find find_;
   std::shared_ptr<dao::Engine> engine_;

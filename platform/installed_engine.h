@@ -13,7 +13,7 @@
 
 namespace zimbrat::platform {
 
-// What such an engine needs of the program. The references must outlive it.
+// What such an engine needs of the program. The references must outlive it; functions may be empty.
 struct InstalledEngineNeeds {
   Files& files;
   Clock& clock;
@@ -24,7 +24,11 @@ struct InstalledEngineNeeds {
   std::function<void()> pulse;
 };
 
-// The first usable one, by preference; null without any. Raises nothing.
-std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds& needs);
+// Told of an engine that is registered and cannot work: its name and why.
+using UnusableEngine = std::function<void(std::u16string_view)>;
+
+// The first usable one, by preference; null without any.
+std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds& needs,
+                                                 const UnusableEngine& unusable = {});
 
 }  // namespace zimbrat::platform

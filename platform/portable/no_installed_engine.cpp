@@ -2,6 +2,6 @@
 
 namespace zimbrat::platform {
 
-std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds&) { return nullptr; }
+std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds&, const UnusableEngine&) { return nullptr; }
 
 }  // namespace zimbrat::platform

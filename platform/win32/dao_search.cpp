@@ -1,3 +1,6 @@
+#include <array>
+#include <cstdio>
+#include <string>
 #include <utility>
 
 #include "dao_repair.h"
@@ -7,6 +10,8 @@
 #include "platform/dao_errors.h"
 #include "platform/error_numbers.h"
 #include "platform/installed_engine.h"
+#include "platform/run_time_error.h"
+#include "platform/text.h"
 
 namespace zimbrat::platform {
 namespace {
@@ -50,33 +55,55 @@ class DaoEngine : public dao::Engine {
   DaoObject object_;
 };
 
-// Null when it is not there, or half: a class may be registered whose library cannot work.
-std::shared_ptr<dao::Engine> TryEngine(const char16_t* programId, const InstalledEngineNeeds& needs) {
-  CLSID type = {};
+// With functions that do nothing in the place of empty ones.
+InstalledEngineNeeds Complete(InstalledEngineNeeds needs) {
+  if (!needs.password) needs.password = [](std::u16string_view) { return std::nullopt; };
+  if (!needs.pulse) needs.pulse = [] {};
+  return needs;
+}
+
+std::u16string HexText(HRESULT code) {
+  std::array<char, 16> digits;
+  std::snprintf(digits.data(), digits.size(), "0x%08lX", static_cast<unsigned long>(code));
+  return Utf16FromUtf8(digits.data());
+}
+
+// A class may be registered whose library is not there, is of the other bitness, or does not start.
+std::shared_ptr<dao::Engine> MakeEngine(const char16_t* programId, const CLSID& type, const InstalledEngineNeeds& needs) {
   ComReference<IDispatch> object;
-  HRESULT code = ::CLSIDFromProgID(Lend(programId), &type);
-  if (SUCCEEDED(code)) {
-    code = ::CoCreateInstance(type, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                              reinterpret_cast<void**>(object.Receive()));
+  const HRESULT code = ::CoCreateInstance(type, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                                          reinterpret_cast<void**>(object.Receive()));
+  if (FAILED(code)) {
+    throw RunTimeError(kErrCannotCreateObject, dao::kSourceEngine.data(), HexText(code));
   }
-  if (FAILED(code)) return nullptr;
+  auto engine = std::make_shared<DaoEngine>(programId, needs, std::move(object));
+  engine->Version();
+  engine->CreateWorkspace(u"", u"Admin", u"")->Close();
+  return engine;
+}
+
+// Null when it is not there or cannot work.
+std::shared_ptr<dao::Engine> TryEngine(const char16_t* programId, const InstalledEngineNeeds& needs,
+                                       const UnusableEngine& unusable) {
+  CLSID type = {};
+  if (FAILED(::CLSIDFromProgID(Lend(programId), &type))) return nullptr;
   try {
-    auto engine = std::make_shared<DaoEngine>(programId, needs, std::move(object));
-    engine->Version();
-    engine->CreateWorkspace(u"", u"Admin", u"")->Close();
-    return engine;
+    return MakeEngine(programId, type, needs);
   } catch (const std::exception&) {
+    const RunTimeError error = CurrentRunTimeError();
+    if (unusable) unusable(programId + (u": " + DecimalText(error.Number())) + u" " + error.Description());
     return nullptr;
   }
 }
 
 }  // namespace
 
-std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds& needs) {
+std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds& needs, const UnusableEngine& unusable) {
   const Apartment apartment;
+  const InstalledEngineNeeds complete = Complete(needs);
   for (const Product& product : kProducts) {
     if (product.isFor32Bits && sizeof(void*) != 4) continue;
-    if (auto engine = TryEngine(product.programId, needs)) return engine;
+    if (auto engine = TryEngine(product.programId, complete, unusable)) return engine;
   }
   return nullptr;
 }

@@ -142,6 +142,11 @@ void CreateWorkspace(Call& call) {
   call.GiveObject(kWorkspace, std::move(session));
 }
 
+void RepairDatabase(Call& call) {
+  if (!call.State()->repairsInPlace) Fail(kErrNotSupported, call.Source());
+  call.State()->engine->RepairDatabase(call.Text(0));
+}
+
 void CompactDatabase(Call& call) {
   if (!call.IsMissing(2) || !call.IsMissing(3)) Fail(kErrInvalidArgument, call.Source());
   Compact(*call.State(), call.Text(0), call.Text(1), call.Text(4));
@@ -153,7 +158,7 @@ constexpr Member kEngineMembers[] = {
     }),
     Property(L"Errors", [](Call& call) { call.GiveObject(kErrors, call.State()); }),
     Method(L"CreateWorkspace", 3, 1, &CreateWorkspace),
-    Method(L"RepairDatabase", 1, 0, [](Call& call) { Fail(kErrNotSupported, call.Source()); }),
+    Method(L"RepairDatabase", 1, 0, &RepairDatabase),
     Method(L"CompactDatabase", 2, 3, &CompactDatabase),
     Method(L"Idle", 0, 1, [](Call&) {}),
     Method(L"SetOption", 2, 0, [](Call&) {}),

@@ -73,6 +73,7 @@ DaoServer::DaoServer(std::shared_ptr<dao::Engine> engine, std::wstring programId
       log(state_->log),
       keepsLog(state_->keepsLog),
       isTerse(state_->isTerse),
+      repairsInPlace(state_->repairsInPlace),
       offer_(std::make_unique<Offer>(state_, programId)) {
   state_->engine = std::move(engine);
   state_->makesNewerFiles = programId != L"DAO.DBEngine.36";

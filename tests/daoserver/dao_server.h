@@ -44,6 +44,8 @@ class DaoServer {
   bool& keepsLog;
   // Errors come with their number alone; DBEngine.Errors tells the rest.
   bool& isTerse;
+  // RepairDatabase works in place, as in old versions; it raises 3251 otherwise.
+  bool& repairsInPlace;
 
  private:
   class Offer;

@@ -25,6 +25,7 @@ struct ServerState {
   std::vector<std::string> log;
   bool keepsLog = false;
   bool isTerse = false;
+  bool repairsInPlace = false;
 
   // Of the last failure, the lowest layer first.
   std::vector<platform::RunTimeError> errors;

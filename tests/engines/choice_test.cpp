@@ -32,10 +32,12 @@ class Choice : public testing::Test {
  protected:
   EngineChoice Make(Wish wish) {
     return EngineChoice({.files = files, .clock = clock, .wish = wish, .log = kLog},
-                        [this](const platform::InstalledEngineNeeds& needs) {
+                        [this](const platform::InstalledEngineNeeds& needs,
+                               const platform::UnusableEngine& tell) {
                           ++searches;
                           needs.pulse();
-                          EXPECT_FALSE(needs.password(kFile)) << "nobody knows it";
+                          EXPECT_FALSE(needs.password) << "nobody knows it";
+                          for (const char16_t* why : unusable) tell(why);
                           return isThere ? std::make_shared<OtherEngine>() : nullptr;
                         });
   }
@@ -53,8 +55,23 @@ class Choice : public testing::Test {
   tests::MemoryFiles files;
   tests::FakeClock clock;
   bool isThere = false;
+  std::vector<const char16_t*> unusable;
   int searches = 0;
 };
+
+TEST_F(Choice, TellsWhichEnginesCannotWork) {
+  unusable = {u"DAO.DBEngine.120: 429 0x8007007E", u"DAO.DBEngine.160: 3633 Brak biblioteki"};
+  EXPECT_EQ(Make(Wish::Found).Engine()->Name(), u"wbudowany");
+  EXPECT_TRUE(Log().ends_with("nie działają: DAO.DBEngine.120: 429 0x8007007E; DAO.DBEngine.160: 3633 Brak "
+                              "biblioteki\r\n"))
+      << Log();
+  try {
+    Make(Wish::Installed).Engine();
+    ADD_FAILURE() << "an engine that cannot work";
+  } catch (const platform::RunTimeError& error) {
+    EXPECT_NE(error.Description().find(u"0x8007007E; DAO.DBEngine.160: 3633"), std::u16string::npos);
+  }
+}
 
 TEST_F(Choice, FollowsTheWish) {
   const struct {
