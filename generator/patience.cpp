@@ -1,15 +1,20 @@
 #include "patience.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "suite/manners.h"
 #include "platform/error_numbers.h"
 
 namespace zimbrat::generator {
 namespace {
 
-bool IsSomebodyElses(std::int32_t number) {
-  return number == platform::kErrPermissionDenied || number == platform::kErrFileInUse ||
-         number == platform::kErrCannotOpenFile;
-}
+constexpr std::int32_t kSomebodyElses[] = {
+    platform::kErrPermissionDenied, platform::kErrFileInUse,   platform::kErrCannotLockFile,
+    platform::kErrCannotOpenFile,   platform::kErrOpenedByUser, platform::kErrOpenedExclusivelyByUser,
+};
+
+bool IsSomebodyElses(std::int32_t number) { return std::ranges::find(kSomebodyElses, number) != std::end(kSomebodyElses); }
 
 }  // namespace
 

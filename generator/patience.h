@@ -15,7 +15,7 @@ inline constexpr std::uint32_t kPatience = 2000;
 inline constexpr std::uint32_t kPatienceStep = 50;
 
 // Carries the step out, again and again while it fails because of somebody else (70, and the
-// engine's 3045 and 3051); the last failure comes through, and every other one at once.
+// engines' 3045 and its relatives); the last failure comes through, and every other one at once.
 void Patiently(const suite::Surroundings& on, const std::function<void()>& step);
 
 // A session on a file that is the program's own, so that whoever has it open lets go soon.

@@ -54,6 +54,7 @@ inline constexpr std::int32_t kErrInvalidPath = 3044;         // the folder does
 inline constexpr std::int32_t kErrFileInUse = 3045;
 inline constexpr std::int32_t kErrRecordTooLarge = 3047;
 inline constexpr std::int32_t kErrCannotOpenDatabase = 3049;  // damaged catalogue or page
+inline constexpr std::int32_t kErrCannotLockFile = 3050;      // the lock file beside a shared database
 inline constexpr std::int32_t kErrCannotOpenFile = 3051;      // no right to the file
 inline constexpr std::int32_t kErrInvalidFileName = 3055;
 inline constexpr std::int32_t kErrCannotRepair = 3056;
@@ -64,6 +65,8 @@ inline constexpr std::int32_t kErrInvalidLocale = 3424;
 inline constexpr std::int32_t kErrNoCountryCode = 3449;
 inline constexpr std::int32_t kErrBeingClosed = 3733;         // passing states of a database
 inline constexpr std::int32_t kErrBeingClosedByUser = 3734;
+inline constexpr std::int32_t kErrOpenedExclusivelyByUser = 3356;  // relatives of 3045 that name who it is
+inline constexpr std::int32_t kErrOpenedByUser = 3704;
 inline constexpr std::int32_t kErrNotExclusive = 3621;        // NewPassword on a shared database
 
 // DAO: objects and collections.

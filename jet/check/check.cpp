@@ -10,6 +10,7 @@
 #include "table_check.h"
 #include "jet/file/errors.h"
 #include "jet/file/header.h"
+#include "platform/dao_errors.h"
 
 namespace zimbrat::jet {
 
@@ -166,7 +167,11 @@ std::vector<Fault> CheckFile(platform::Files& files, std::u16string_view path,
 
 std::vector<Fault> CheckFile(platform::File& file, std::u16string_view path,
                              const CheckOptions& options) {
-  return FileCheck(file, path, options).Run();
+  try {
+    return FileCheck(file, path, options).Run();
+  } catch (const std::exception&) {
+    dao::RethrowAs(dao::kSourceDatabase);
+  }
 }
 
 bool HasErrors(const std::vector<Fault>& faults) {
