@@ -43,12 +43,19 @@ std::shared_ptr<dao::Index> DaoTableDef::CreateIndex(std::u16string_view name) {
   return Made<DaoIndex>(u"CreateIndex", TextVariant(name));
 }
 
+template <class C>
+std::shared_ptr<C> DaoTableDef::Parts(const char16_t* member, std::u16string_view source) {
+  auto parts = PartsOf<C>(object_, member, source);
+  if (isStored_ && object_.Scope()->IsChangedBySql()) parts->Refresh();
+  return parts;
+}
+
 std::shared_ptr<dao::Collection<dao::Field>> DaoTableDef::Fields() {
-  return PartsOf<DaoFields>(object_, u"Fields", dao::kSourceFields);
+  return Parts<DaoFields>(u"Fields", dao::kSourceFields);
 }
 
 std::shared_ptr<dao::Collection<dao::Index>> DaoTableDef::Indexes() {
-  return PartsOf<DaoCollection<dao::Index, DaoIndex>>(object_, u"Indexes", dao::kSourceIndexes);
+  return Parts<DaoCollection<dao::Index, DaoIndex>>(u"Indexes", dao::kSourceIndexes);
 }
 
 std::shared_ptr<dao::Field> DaoRelation::CreateField(std::u16string_view name) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "dao_object.h"
@@ -45,8 +46,8 @@ class DaoCollection : public dao::Collection<T>, public DaoMembers {
   using DaoMembers::DaoMembers;
 
   int Count() override { return Number(u"Count"); }
-  std::shared_ptr<T> Item(int position) override { return Made<Wrapper>(u"Item", NumberVariant(position)); }
-  std::shared_ptr<T> Item(std::u16string_view name) override { return Made<Wrapper>(u"Item", TextVariant(name)); }
+  std::shared_ptr<T> Item(int position) override { return Found(NumberVariant(position)); }
+  std::shared_ptr<T> Item(std::u16string_view name) override { return Found(TextVariant(name)); }
   // Error 3001 for an object of another engine.
   void Append(const std::shared_ptr<T>& object) override {
     auto* const ours = dynamic_cast<Wrapper*>(object.get());
@@ -55,6 +56,13 @@ class DaoCollection : public dao::Collection<T>, public DaoMembers {
   }
   void Delete(std::u16string_view name) override { object_.Ask(u"Delete", TextVariant(name)); }
   void Refresh() override { object_.Ask(u"Refresh"); }
+
+ private:
+  std::shared_ptr<T> Found(Variant which) {
+    auto found = Made<Wrapper>(u"Item", std::move(which));
+    if constexpr (std::is_same_v<T, dao::TableDef>) found->BecomeStored();
+    return found;
+  }
 };
 
 class DaoField : public dao::Field, public DaoMembers {
@@ -121,6 +129,15 @@ class DaoTableDef : public dao::TableDef, public DaoMembers {
   std::shared_ptr<dao::Index> CreateIndex(std::u16string_view name) override;
   std::shared_ptr<dao::Collection<dao::Field>> Fields() override;
   std::shared_ptr<dao::Collection<dao::Index>> Indexes() override;
+
+  // It was found in the database: what statements changed of it may be read anew.
+  void BecomeStored() { isStored_ = true; }
+
+ private:
+  template <class C>
+  std::shared_ptr<C> Parts(const char16_t* member, std::u16string_view source);
+
+  bool isStored_ = false;
 };
 
 class DaoRelation : public dao::Relation, public DaoMembers {

@@ -52,11 +52,16 @@ class DaoScope {
   // Gives back every reference of its objects.
   void End() noexcept;
 
+  // A statement changed definitions, which the engine's collections do not notice by themselves.
+  void NoteChangeBySql() { isChangedBySql_ = true; }
+  bool IsChangedBySql() const { return isChangedBySql_; }
+
  private:
   friend class DaoObject;
 
   DaoContextPtr context_;
   std::set<DaoObject*> objects_;
+  bool isChangedBySql_ = false;
 };
 using DaoScopePtr = std::shared_ptr<DaoScope>;
 

@@ -1,5 +1,6 @@
 #include "dao_session.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -8,6 +9,7 @@
 
 #include "platform/dao_errors.h"
 #include "platform/error_numbers.h"
+#include "platform/text.h"
 
 namespace zimbrat::platform {
 namespace {
@@ -84,6 +86,15 @@ class Transaction {
   bool isCommitted_ = false;
 };
 
+// By its first word. The only SELECT that is executed is the one that makes a table.
+bool ChangesDefinitions(std::u16string_view statement) {
+  constexpr std::u16string_view kWords[] = {u"CREATE", u"ALTER", u"DROP", u"SELECT"};
+  const std::size_t start = std::min(statement.find_first_not_of(u" \t\r\n"), statement.size());
+  const std::u16string_view rest = statement.substr(start);
+  const std::u16string_view word = rest.substr(0, rest.find_first_of(u" \t\r\n"));
+  return std::ranges::any_of(kWords, [&](std::u16string_view known) { return EqualIgnoringCase(word, known); });
+}
+
 class DaoDatabase : public dao::Database, public DaoMembers {
  public:
   DaoDatabase(DaoSessionPtr session, ComReference<IDispatch> object)
@@ -127,6 +138,7 @@ class DaoDatabase : public dao::Database, public DaoMembers {
   void Execute(std::u16string_view statement, std::int32_t options) override {
     const bool isWhole = (options & dao::dbFailOnError) != 0;
     if (!isWhole || !ExecuteWhole(statement, options)) Run(statement, options);
+    if (ChangesDefinitions(statement)) RefreshDefinitions();
   }
   void NewPassword(std::u16string_view oldPassword, std::u16string_view newPassword) override {
     object_.Ask(u"NewPassword", TextVariant(oldPassword), TextVariant(newPassword));
@@ -143,6 +155,13 @@ class DaoDatabase : public dao::Database, public DaoMembers {
     DaoObject& object;
     ~Releasing() { object.GiveBack(); }
   };
+
+  // What the engine keeps of them does not follow statements.
+  void RefreshDefinitions() {
+    parts_->NoteChangeBySql();
+    TableDefs()->Refresh();
+    Relations()->Refresh();
+  }
 
   void Run(std::u16string_view statement, std::int32_t options) {
     object_.Ask(u"Execute", TextVariant(statement), NumberVariant(options));

@@ -21,6 +21,22 @@ void OpenRecordset(Call& call) {
   call.Give(call.It<dao::Database>().OpenRecordset(call.Text(0), type));
 }
 
+std::set<std::u16string> NamesOfTables(dao::Database& database) {
+  std::set<std::u16string> names;
+  const auto tables = database.TableDefs();
+  for (int i = 0; i < tables->Count(); ++i) names.insert(tables->Item(i)->Name());
+  return names;
+}
+
+void Execute(Call& call) {
+  auto& database = call.It<dao::Database>();
+  const std::set<std::u16string> before = NamesOfTables(database);
+  database.Execute(call.Text(0), call.Number(1));
+  for (const std::u16string& name : NamesOfTables(database)) {
+    if (!before.contains(name)) call.Home()->unseenTables.insert(name);
+  }
+}
+
 void CloseDatabase(Call& call) { call.Home()->Close(); }
 
 constexpr Member kDatabaseMembers[] = {
@@ -33,7 +49,7 @@ constexpr Member kDatabaseMembers[] = {
     Method<&dao::Database::CreateTableDef>(L"CreateTableDef", 0, 4),
     Method<&dao::Database::CreateRelation>(L"CreateRelation", 0, 4),
     Method(L"OpenRecordset", 1, 3, &OpenRecordset),
-    Method<&dao::Database::Execute>(L"Execute", 1, 1),
+    Method(L"Execute", 1, 1, &Execute),
     Method<&dao::Database::NewPassword>(L"NewPassword", 2),
     Method(L"Close", 0, 0, &CloseDatabase),
 };

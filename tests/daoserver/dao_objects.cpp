@@ -30,10 +30,49 @@ constexpr Member kCollectionMembers[] = {
     Method<&dao::Collection<T>::Refresh>(L"Refresh"),
 };
 
+// --- TableDefs ---
+
+bool IsSeen(Call& call, dao::TableDef& table) { return !call.Home()->unseenTables.contains(table.Name()); }
+
+void GiveTableCount(Call& call) {
+  auto& tables = call.It<dao::Collection<dao::TableDef>>();
+  std::int16_t count = 0;
+  for (int i = 0; i < tables.Count(); ++i) count = static_cast<std::int16_t>(count + (IsSeen(call, *tables.Item(i)) ? 1 : 0));
+  call.Give(count);
+}
+
+void GiveTable(Call& call) {
+  auto& tables = call.It<dao::Collection<dao::TableDef>>();
+  if (call.Argument(0).vt == VT_BSTR) {
+    const auto table = tables.Item(call.Text(0));
+    if (!IsSeen(call, *table)) Fail(kErrItemNotFound, call.Source());
+    return call.Give(table);
+  }
+  int left = call.Number(0);
+  for (int i = 0; i < tables.Count(); ++i) {
+    const auto table = tables.Item(i);
+    if (IsSeen(call, *table) && left-- == 0) return call.Give(table);
+  }
+  Fail(kErrItemNotFound, call.Source());
+}
+
+void RefreshTables(Call& call) {
+  call.It<dao::Collection<dao::TableDef>>().Refresh();
+  call.Home()->unseenTables.clear();
+}
+
+constexpr Member kTableCollectionMembers[] = {
+    {L"Item", Kind::Property, 1, 0, &GiveTable},
+    Property(L"Count", &GiveTableCount),
+    Method<&dao::Collection<dao::TableDef>::Append>(L"Append", 1),
+    Method<&dao::Collection<dao::TableDef>::Delete>(L"Delete", 1),
+    Method(L"Refresh", 0, 0, &RefreshTables),
+};
+
 constexpr Class kFields = {L"Fields", u"DAO.Fields", kCollectionMembers<dao::Field>};
 constexpr Class kIndexFields = {L"IndexFields", u"DAO.IndexFields", kCollectionMembers<dao::Field>};
 constexpr Class kIndexes = {L"Indexes", u"DAO.Indexes", kCollectionMembers<dao::Index>};
-constexpr Class kTableDefs = {L"TableDefs", u"DAO.TableDefs", kCollectionMembers<dao::TableDef>};
+constexpr Class kTableDefs = {L"TableDefs", u"DAO.TableDefs", kTableCollectionMembers};
 constexpr Class kRelations = {L"Relations", u"DAO.Relations", kCollectionMembers<dao::Relation>};
 
 // --- Field ---

@@ -51,6 +51,9 @@ class OpenDatabase {
   void ChildMade() { ++children_; }
   void ChildGone() noexcept;
 
+  // Tables that a statement made are not in the collection before its Refresh.
+  std::set<std::u16string> unseenTables;
+
  private:
   ServerState& state_;
   std::shared_ptr<dao::Database> database_;

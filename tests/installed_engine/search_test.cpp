@@ -73,6 +73,20 @@ TEST_F(InstalledEngine, MakesFilesOfJet4WithEachEngine) {
   }
 }
 
+TEST_F(InstalledEngine, ShowsAtOnceWhatAStatementDefines) {
+  const DaoServer server(jetEngine);
+  const auto workspace = Find()->CreateWorkspace(u"", u"Admin", u"");
+  const auto database = workspace->CreateDatabase(path, dao::dbLangGeneral, 0);
+  const auto tables = database->TableDefs();
+  const int before = tables->Count();
+  int made = 0;
+  for (const char16_t* statement : {u"CREATE TABLE T1 (A LONG)", u" create\r\ntable T2 (A LONG)", u"SELECT A INTO T3 FROM T1"}) {
+    database->Execute(statement, made == 1 ? dao::dbFailOnError : 0);
+    EXPECT_EQ(tables->Count(), before + ++made);
+    EXPECT_EQ(tables->Item(u"T" + platform::DecimalText(made))->Fields()->Count(), 1);
+  }
+}
+
 TEST_F(InstalledEngine, TriesAgainWhileADatabaseIsBeingClosed) {
   MakeFile();
   DaoServer server(jetEngine);
