@@ -3,6 +3,7 @@
 #include "jet/check/check.h"
 #include "jet/check/new_faults.h"
 #include "jet/engine.h"
+#include "platform/dao_errors.h"
 #include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
 #include "verification_log.h"
@@ -24,7 +25,7 @@ std::u16string_view BitsOfTheProgram() { return sizeof(void*) == 8 ? u"64" : u"3
 [[noreturn]] void RaiseNoneInstalled(const std::u16string& unusable) {
   const std::u16string bits(BitsOfTheProgram());
   throw platform::RunTimeError(
-      platform::kErrCannotCreateObject, platform::kOwnErrorSource,
+      platform::kErrCannotCreateObject, std::u16string(dao::kSourceEngine),
       u"W systemie nie ma silnika baz danych DAO, którego mógłby użyć program " + bits +
           u"-bitowy. Zainstaluj silnik baz danych Access w wersji " + bits +
           u"-bitowej, użyj programu o innej liczbie bitów albo wybierz silnik wbudowany (opcja --silnik programu "

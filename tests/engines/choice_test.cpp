@@ -3,6 +3,7 @@
 
 #include "engines/engine_choice.h"
 #include "jet/file/format.h"
+#include "platform/dao_errors.h"
 #include "platform/run_time_error.h"
 #include "platform/text.h"
 #include "tests/support/access_files.h"
@@ -69,6 +70,7 @@ TEST_F(Choice, TellsWhichEnginesCannotWork) {
     Make(Wish::Installed).Engine();
     ADD_FAILURE() << "an engine that cannot work";
   } catch (const platform::RunTimeError& error) {
+    EXPECT_EQ(error.Source(), dao::kSourceEngine) << "its text about 429 speaks of the engine alone";
     EXPECT_NE(error.Description().find(u"0x8007007E; DAO.DBEngine.160: 3633"), std::u16string::npos);
   }
 }
