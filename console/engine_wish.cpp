@@ -9,7 +9,11 @@ std::optional<std::u16string> FindWishFault(const Arguments& arguments, platform
   const bool isOption = arguments.Has(kEngineOption);
   const std::u16string word =
       isOption ? arguments.Value(kEngineOption) : environment.Variable(engines::kEngineVariable);
-  const auto found = isOption && word.empty() ? std::nullopt : engines::FindWish(word);
+  if (isOption && word.empty()) {
+    return u"W opcji " + std::u16string(kEngineOption) + u" brakuje słowa: " +
+           std::u16string(engines::kInstalledWord) + u" albo " + std::u16string(engines::kEmbeddedWord) + u".";
+  }
+  const auto found = engines::FindWish(word);
   if (found) {
     wish = *found;
     return std::nullopt;

@@ -285,7 +285,7 @@ TEST_F(Zimbratc, TellsAndTakesTheEngine) {
       {u"", {u"--silnik=wbudowany", u"silnik"}, 0, own},
       {u"", {u"silnik", u"--silnik=zainstalowan"}, 2, inOption + "zainstalowan. Czy chodziło o zainstalowany?\n"},
       {u"", {u"lista", u"--silnik", u"WBUD"}, 2, inOption + "WBUD. Czy chodziło o wbudowany?\n"},
-      {u"", {u"lista", u"--silnik="}, 2, inOption},
+      {u"", {u"lista", u"--silnik="}, 2, "W opcji --silnik brakuje słowa: zainstalowany albo wbudowany.\n"},
       {u"jet", {u"lista"}, 2, "Nieznany silnik w zmiennej ZIMBRAT_SILNIK: jet. Czy chodziło o wbudowany?\n"},
       {u"jet", {u"auto", u"--silnik", u"wbudowany", u"||Firma"}, 2, "Pierwszy człon jest pusty"},
   };
