@@ -14,7 +14,9 @@ constexpr std::int32_t kSomebodyElses[] = {
     platform::kErrCannotOpenFile,   platform::kErrOpenedByUser, platform::kErrOpenedExclusivelyByUser,
 };
 
-bool IsSomebodyElses(std::int32_t number) { return std::ranges::find(kSomebodyElses, number) != std::end(kSomebodyElses); }
+bool IsSomebodyElses(std::int32_t number) {
+  return std::ranges::find(kSomebodyElses, number) != std::end(kSomebodyElses);
+}
 
 }  // namespace
 

@@ -143,7 +143,8 @@ bool JetIndex::Unique() {
 }
 void JetIndex::SetUnique(bool unique) { PutFlag(&NewIndex::unique, unique); }
 bool JetIndex::Required() {
-  return Member(dao::kSourceIndex, [&] { return IsLive() ? LiveFlag(kIndexRequired) : spec_.required || spec_.primary; });
+  return Member(dao::kSourceIndex,
+                [&] { return IsLive() ? LiveFlag(kIndexRequired) : spec_.required || spec_.primary; });
 }
 void JetIndex::SetRequired(bool required) { PutFlag(&NewIndex::required, required); }
 bool JetIndex::IgnoreNulls() {

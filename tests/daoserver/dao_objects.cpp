@@ -37,7 +37,9 @@ bool IsSeen(Call& call, dao::TableDef& table) { return !call.Home()->unseenTable
 void GiveTableCount(Call& call) {
   auto& tables = call.It<dao::Collection<dao::TableDef>>();
   std::int16_t count = 0;
-  for (int i = 0; i < tables.Count(); ++i) count = static_cast<std::int16_t>(count + (IsSeen(call, *tables.Item(i)) ? 1 : 0));
+  for (int i = 0; i < tables.Count(); ++i) {
+    if (IsSeen(call, *tables.Item(i))) ++count;
+  }
   call.Give(count);
 }
 

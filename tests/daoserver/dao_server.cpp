@@ -51,7 +51,8 @@ std::wstring TextOf(const CLSID& id) {
 class DaoServer::Offer {
  public:
   Offer(const std::shared_ptr<ServerState>& state, const std::wstring& programId)
-      : factory_(std::make_shared<Factory>(state)), key_(L"SOFTWARE\\Classes\\" + programId + L"\\CLSID", L"", TextOf(class_)) {
+      : factory_(std::make_shared<Factory>(state)),
+        key_(L"SOFTWARE\\Classes\\" + programId + L"\\CLSID", L"", TextOf(class_)) {
     EXPECT_HRESULT_SUCCEEDED(::CoRegisterClassObject(class_, factory_.get(), CLSCTX_INPROC_SERVER,
                                                      REGCLS_MULTIPLEUSE, &cookie_));
   }

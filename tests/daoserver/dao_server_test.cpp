@@ -105,7 +105,8 @@ TEST_F(DaoServerTest, ShowsEachTypeOfValueAsDaoDoes) {
   const DaoServer server(engine);
   const Reference database = NewDatabase(Session(Create(L"DAO.DBEngine.120")));
   ASSERT_EQ(Do(database, L"Execute", {L"CREATE TABLE W (f1 BIT, f2 BYTE, f3 SHORT, f4 LONG, f5 CURRENCY, f6 REAL, "
-                                      L"f7 DOUBLE, f8 DATETIME, f9 BINARY(9), f10 TEXT(9), f11 IMAGE, f12 MEMO, f13 GUID)"})
+                                      L"f7 DOUBLE, f8 DATETIME, f9 BINARY(9), "
+                                      L"f10 TEXT(9), f11 IMAGE, f12 MEMO, f13 GUID)"})
                 .error, "");
   const Reference rows = Do(database, L"OpenRecordset", {L"W"}).Object();
   const wchar_t* guid = L"{guid {00112233-4455-6677-8899-AABBCCDDEEFF}}";

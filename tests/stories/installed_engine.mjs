@@ -38,8 +38,8 @@ await tell("installed-engine", (folder) => {
     expect(prints.test(isMissing ? engine.stderr : engine.stdout), `${name}: ${engine.stdout}${engine.stderr}`);
     same(`${name}: status`, engine.status, isMissing ? 1 : 0);
 
-    const made = attempt(zimbratc, ["nowa", "--folder", ".", "--nazwa", "Firma", "--struktury", program, "--od", "1/2025",
-                                    "--do", "12/2025", ...words], { env: environment, cwd: folder });
+    const made = attempt(zimbratc, ["nowa", "--folder", ".", "--nazwa", "Firma", "--struktury", program,
+                                    "--od", "1/2025", "--do", "12/2025", ...words], { env: environment, cwd: folder });
     same(`${name}: new database: ${made.stderr}`, made.status, isMissing ? 1 : 0);
     if (isMissing) expect(missing.test(made.stderr), `${name}: new database: ${made.stderr}`);
     same(`${name}: files`, fs.readdirSync(folder), isMissing ? [] : ["Firma.mdb"]);

@@ -24,7 +24,9 @@ struct Outcome {
 
   const std::string& FailedCall() const { return log.at(failed); }
   // Until it failed.
-  bool HasCalled(std::string_view call) const { return std::ranges::count(std::span(log).first(failed + 1), call) != 0; }
+  bool HasCalled(std::string_view call) const {
+    return std::ranges::count(std::span(log).first(failed + 1), call) != 0;
+  }
 };
 
 // Places where nothing is lost when the engine refuses.

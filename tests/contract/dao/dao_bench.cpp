@@ -18,7 +18,9 @@ bool IsFree(platform::Files& files, std::u16string_view path) {
   return ErrorOf([&] { files.Open(path, platform::OpenMode::Read, platform::Sharing::None); }) == 0;
 }
 
-void Tell(std::string_view point, std::string_view seen) { std::cout << "[   punkt  ] " << point << ": " << seen << '\n'; }
+void Tell(std::string_view point, std::string_view seen) {
+  std::cout << "[   punkt  ] " << point << ": " << seen << '\n';
+}
 
 std::string InWords(const platform::RunTimeError& error) {
   return std::to_string(error.Number()) + ' ' + platform::Utf8FromUtf16(error.Source()) + ": " +

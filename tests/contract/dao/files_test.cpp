@@ -49,7 +49,8 @@ TEST_F(DaoFiles, EachWayToFailHasItsNumber) {
       {"a text", kErrUnrecognizedFormat, open(u"tekst.mdb")},
       {"an empty file", kErrUnrecognizedFormat, open(u"pusty.mdb")},
       {"zeros", kErrUnrecognizedFormat, open(u"zera.mdb")},
-      {"empty name", {kErrInvalidFileName, kErrCouldNotFindFile}, [&] { workspace->OpenDatabase(u"", true, false, u""); }},
+      {"empty name", {kErrInvalidFileName, kErrCouldNotFindFile},
+       [&] { workspace->OpenDatabase(u"", true, false, u""); }},
       {"create over a file", kErrDatabaseExists, create(path, dao::dbLangGeneral, 2)},
       {"create in no folder", kErrInvalidPath, create(folder.PathOf(u"brak/a.mdb"), dao::dbLangGeneral, 2)},
       {"locale without country", kErrNoCountryCode, create(fresh, u";LANGID=0x0409;CP=1252", 2)},
@@ -163,7 +164,8 @@ TEST_F(DaoFiles, SharedDatabasesKeepTheirPassword) {
 
 TEST_F(DaoFiles, RepairOfASoundFileLosesNothing) {
   Create(dao::dbEncrypt);
-  MakeTable(u"T", {{u"Id", dao::dbLong, 4, 17}, {u"A", dao::dbMemo, 0, 0, true, true, u"\"x\""}}, {{u"PK", {u"Id"}, true}});
+  MakeTable(u"T", {{u"Id", dao::dbLong, 4, 17}, {u"A", dao::dbMemo, 0, 0, true, true, u"\"x\""}},
+            {{u"PK", {u"Id"}, true}});
   MakeTable(u"U", {{u"Id", dao::dbLong}});
   MakeRelation(u"R", u"T", u"U", 4352, {{u"Id", u"Id"}});
   for (int i = 1; i <= 50; ++i) Run(u"INSERT INTO T (A) VALUES ('wiersz " + DecimalText(i) + u"')");

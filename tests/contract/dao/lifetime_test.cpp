@@ -71,9 +71,11 @@ std::vector<Use> UsesOf(const std::shared_ptr<dao::TableDef>& table) {
 std::vector<Use> UsesOf(const std::shared_ptr<dao::Recordset>& rows) {
   return {{"Recordset.EOF", [=] { rows->EndOfFile(); }},        {"Recordset.BOF", [=] { rows->BeginOfFile(); }},
           {"Recordset.MoveFirst", [=] { rows->MoveFirst(); }},  {"Recordset.MoveNext", [=] { rows->MoveNext(); }},
-          {"Recordset.RecordCount", [=] { rows->RecordCount(); }}, {"Recordset.Fields", [=] { rows->Fields()->Count(); }},
+          {"Recordset.RecordCount", [=] { rows->RecordCount(); }},
+          {"Recordset.Fields", [=] { rows->Fields()->Count(); }},
           {"Recordset.AddNew", [=] { rows->AddNew(); }},        {"Recordset.Edit", [=] { rows->Edit(); }},
-          {"Recordset.Update", [=] { rows->Update(); }},        {"Recordset.CancelUpdate", [=] { rows->CancelUpdate(); }},
+          {"Recordset.Update", [=] { rows->Update(); }},
+          {"Recordset.CancelUpdate", [=] { rows->CancelUpdate(); }},
           {"Recordset.Delete", [=] { rows->Delete(); }},        {"Recordset.Close", [=] { rows->Close(); }}};
 }
 

@@ -78,7 +78,8 @@ TEST_F(DaoStatements, CountTheRowsThatTheyChange) {
 TEST_F(DaoStatements, AreCarriedOutWholeOrInPart) {
   Create();
   MakeTable(u"T", {{u"A", dao::dbLong}}, {{u"PK", {u"A"}, true}});
-  for (const char16_t* statement : {u"INSERT INTO T VALUES (1)", u"INSERT INTO T VALUES (2)", u"INSERT INTO T VALUES (13)"}) {
+  for (const char16_t* statement :
+       {u"INSERT INTO T VALUES (1)", u"INSERT INTO T VALUES (2)", u"INSERT INTO T VALUES (13)"}) {
     Run(statement);
   }
   const std::vector<dao::Value> before = {Long(1), Long(2), Long(13)};
