@@ -4,7 +4,9 @@ rem embedded one. Everything that was seen goes into raport.txt beside this file
 rem   sprawdz-silnik.cmd [/q]     /q: without waiting for a key at the end
 rem Exit status: 0 nothing failed, 1 something did, 2 the check could not be made.
 setlocal
-cd /d "%~dp0"
+rem In a network folder this takes a drive letter, given back at the end.
+pushd "%~dp0"
+if not exist struktury\faktury.stb goto :nowhere
 set "RAPORT=%~dp0raport.txt"
 set "WYNIK=%~dp0wynik"
 if exist "%WYNIK%" rmdir /s /q "%WYNIK%"
@@ -33,11 +35,13 @@ if not %NIEUDANE%==0 set STAN=1
 echo PODSUMOWANIE: udane %UDANE%, nieudane %NIEUDANE%, nie do wykonania %BRAK%
 echo Raport: "%RAPORT%"
 if not "%~1"=="/q" pause
+popd
 exit /b %STAN%
 
 :nowhere
 echo Brak prawa zapisu w tym folderze. Skopiuj go na inny dysk.
 if not "%~1"=="/q" pause
+popd
 exit /b 2
 
 rem --- Windows and its engines ---
