@@ -130,6 +130,42 @@ call :step "%Z%" stan --baza "%BAZY%\Firma.mdb" --folder-struktur struktury\nowe
 call :step "%Z%" wzorzec --wzorzec "%BAZY%\Firma.mdb" --folder "%BAZY%" --nazwa Wzorzec --od 1/2026 --do 12/2026 %WYBOR%
 for %%N in (Firma Wzorzec) do call :step "%BITY%\jetcheck.exe" "%BAZY%\%%N.mdb"
 for %%N in (Firma Wzorzec) do call :read_rows %%N
+call :check_protected
+call :check_damaged
+exit /b 0
+
+rem The password opens it, is still there after a change of the database, and nothing opens it without.
+:check_protected
+call :title Baza z haslem, silnik %SILNIK%, %BITY% bity
+copy /y bazy\Chroniona.mdb "%BAZY%" >nul
+set "ZIMBRAT_HASLO=Tajne 2025"
+call :step "%Z%" sprawdz --baza "%BAZY%\Chroniona.mdb" --struktury struktury\nowe\faktury.stb %WYBOR%
+call :step "%Z%" stan --baza "%BAZY%\Chroniona.mdb" --folder-struktur struktury\nowe %WYBOR%
+set "ZIMBRAT_HASLO="
+call :step "%BITY%\jetcheck.exe" "%BAZY%\Chroniona.mdb"
+>>"%RAPORT%" echo.
+>>"%RAPORT%" echo $ zimbratc stan, bez hasla: ma byc blad 3031
+rem With an input that is nobody's it does not ask.
+"%Z%" stan --baza "%BAZY%\Chroniona.mdb" --folder-struktur struktury\nowe %WYBOR% <nul >"%WYNIK%\bez-hasla.txt" 2>&1
+set STAN=%errorlevel%
+type "%WYNIK%\bez-hasla.txt" >>"%RAPORT%"
+find "3031" "%WYNIK%\bez-hasla.txt" >nul
+if errorlevel 1 set STAN=0
+if %STAN%==0 (set STAN=9) else (set STAN=0)
+call :count
+exit /b 0
+
+rem Only told: an engine may mend it, lose rows or refuse.
+:check_damaged
+call :title Baza uszkodzona, silnik %SILNIK%, %BITY% bity
+copy /y bazy\Uszkodzona.mdb "%BAZY%" >nul
+call :tell "%BITY%\jetcheck.exe" "%BAZY%\Uszkodzona.mdb"
+call :tell "%Z%" sprawdz --baza "%BAZY%\Uszkodzona.mdb" --struktury struktury\faktury.stb %WYBOR%
+fc /b bazy\Uszkodzona.mdb "%BAZY%\Uszkodzona.mdb" >nul 2>&1
+if errorlevel 1 (set "OPIS=zmieniony") else (set "OPIS=taki sam jak przedtem")
+>>"%RAPORT%" echo Plik: %OPIS%
+call :tell "%BITY%\jetcheck.exe" "%BAZY%\Uszkodzona.mdb"
+dir /b "%BAZY%\Uszkodzona*" >>"%RAPORT%"
 exit /b 0
 
 rem What the database holds, read by our own reader whichever engine made it.
@@ -169,6 +205,14 @@ set STAN=%errorlevel%
 :count
 if %STAN%==0 (set /a UDANE+=1) else (set /a NIEUDANE+=1)
 if not %STAN%==0 >>"%RAPORT%" echo NIEUDANE, stan %STAN%
+exit /b 0
+
+rem Carries out its words, whatever comes of it.
+:tell
+>>"%RAPORT%" echo.
+>>"%RAPORT%" echo $ %*
+%* >>"%RAPORT%" 2>&1
+>>"%RAPORT%" echo Stan %errorlevel%
 exit /b 0
 
 :skip
