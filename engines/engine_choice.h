@@ -44,7 +44,7 @@ class EngineChoice {
  public:
   using Find = std::function<std::shared_ptr<dao::Engine>(const platform::InstalledEngineNeeds&,
                                                           const platform::UnusableEngine&)>;
-  using Password = std::function<std::optional<platform::Secret>(std::u16string_view path)>;
+  using Password = decltype(platform::InstalledEngineNeeds::password);
 
   explicit EngineChoice(Surroundings on, Find find = &platform::FindInstalledEngine);
 

@@ -1,5 +1,4 @@
-// Waiting for those who hold a file for a moment: a virus scanner, a program that synchronises
-// folders.
+// Waiting for those who hold a file for a moment (platform/patience.h), while the program stays alive.
 #pragma once
 
 #include "suite/program_state.h"
@@ -10,12 +9,7 @@
 
 namespace zimbrat::generator {
 
-// For how long, and how often. In milliseconds.
-inline constexpr std::uint32_t kPatience = 2000;
-inline constexpr std::uint32_t kPatienceStep = 50;
-
-// Carries the step out, again and again while it fails because of somebody else (70, and the
-// engines' 3045 and its relatives); the last failure comes through, and every other one at once.
+// Carries the step out until nobody else is in the way, for two seconds at most.
 void Patiently(const suite::Surroundings& on, const std::function<void()>& step);
 
 // A session on a file that is the program's own, so that whoever has it open lets go soon.

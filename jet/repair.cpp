@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "connection.h"
-#include "kept_file.h"
 #include "rebuild.h"
 #include "jet/catalog/new_database.h"
 #include "jet/file/errors.h"
+#include "platform/kept_file.h"
 #include "platform/working_file.h"
 
 namespace zimbrat::jet {
@@ -104,7 +104,7 @@ std::vector<Fault> Repair::Check(platform::File& file, const std::u16string& pat
 RepairReport Repair::Run() {
   std::unique_ptr<platform::File> source = OpenUnused(files_, path_, false);
   platform::WorkingFile working(files_, path_, platform::kRepairSuffix);
-  KeptFile kept(files_, path_, working.Path());
+  platform::KeptFile kept(files_, path_, working.Path());
   RepairReport report;
   report.found = Check(*source, path_);
   if (which_ == RepairOf::Damaged && !HasErrors(report.found)) return report;

@@ -3,7 +3,7 @@
 //
 //   <name>                      held, so that nobody else opens it; read only
 //   <name>.zimbrat-naprawa      the new file, until it is verified and put in place by one rename
-//   <name>.uszkodzona           the old one, when the new one lacks something of it (kept_file.h)
+//   <name>.uszkodzona           the old one, when the new one lacks something of it (platform/kept_file.h)
 //
 // A sound file that is rebuilt comes out with the same contents, without the pages that nothing used.
 #pragma once

@@ -17,9 +17,9 @@ namespace zimbrat::platform {
 struct InstalledEngineNeeds {
   Files& files;
   Clock& clock;
-  // The password of a protected database that is to be repaired, asked for after the first refusal; nothing
-  // when nobody is there to type one.
-  std::function<std::optional<Secret>(std::u16string_view path)> password;
+  // A password for a protected database that is to be repaired: the one that the program holds, or,
+  // `isTyped`, one that somebody types now. Nothing when there is none, or nobody to type one.
+  std::function<std::optional<Secret>(std::u16string_view path, bool isTyped)> password;
   // Called between the engine's calls of long work.
   std::function<void()> pulse;
 };

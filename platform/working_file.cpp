@@ -1,9 +1,11 @@
 #include "platform/working_file.h"
 
+#include <optional>
 #include <utility>
 
 #include "platform/dao_errors.h"
 #include "platform/error_numbers.h"
+#include "platform/file_errors.h"
 #include "platform/run_time_error.h"
 
 namespace zimbrat::platform {
@@ -23,6 +25,8 @@ WorkingFile::~WorkingFile() {
 }
 
 void WorkingFile::PutInPlaceOf(const std::u16string& target, std::unique_ptr<File> source) {
+  const std::optional<FileState> state = files_.State(target);
+  if (state && state->isReadOnly) throw FileError(kErrPathAccess, u"plik tylko do odczytu", target);
   files_.CopyAttributes(target, path_);
   files_.ReplaceHeld(path_, target, std::move(source));
   isInPlace_ = true;

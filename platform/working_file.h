@@ -1,5 +1,6 @@
-// A file that is to replace another one of its folder, under the working name "<target><suffix>" until then.
-// It is removed unless it was put in place. A lock of the system owns the name and ends with the process.
+// A file that is to replace another one of its folder, under the working name "<target><suffix>"
+// until then. It is removed unless it was put in place. A lock of the system owns the name and ends
+// with the process.
 #pragma once
 
 #include <memory>
@@ -22,8 +23,9 @@ class WorkingFile {
   WorkingFile& operator=(const WorkingFile&) = delete;
 
   const std::u16string& Path() const { return path_; }
-  // With the rights and attributes of the target; `source`, the target held by the caller, may be null. The
-  // content must have been flushed.
+  // With the rights and attributes of the target, which it has from then on; `source`, the target
+  // held by the caller, may be null. The content must have been flushed. Error 75 for a target that
+  // is read only: a copy with that attribute could neither take its place nor be removed.
   void PutInPlaceOf(const std::u16string& target, std::unique_ptr<File> source);
 
  private:

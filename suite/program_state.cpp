@@ -17,7 +17,8 @@ void KontekstBledu::RecordError(const platform::RunTimeError& error) {
 
 dao::Engine& ProgramState::Engine() {
   if (!engine_ && on.makeEngine) {
-    engine_ = on.makeEngine([this](std::u16string_view path) { return PasswordOf(path); });
+    engine_ = on.makeEngine(
+        [this](std::u16string_view path, bool isTyped) { return FindPassword(path, isTyped); });
   }
   if (!engine_) throw platform::OwnError(platform::kErrCannotCreateObject);
   return *engine_;
@@ -30,13 +31,13 @@ std::u16string ProgramState::EngineText() {
   return u"zainstalowany w systemie: " + name + u", wersja " + engine.Version();
 }
 
-// The one that is held, else the one that a person types. That one is held: the database is opened next.
-std::optional<platform::Secret> ProgramState::PasswordOf(std::u16string_view path) {
-  if (databasePassword.IsEmpty()) {
+std::optional<platform::Secret> ProgramState::FindPassword(std::u16string_view path, bool isTyped) {
+  if (isTyped) {
     std::optional<platform::Secret> typed = on.host.AskPassword(path);
     if (!typed) return std::nullopt;
     databasePassword = std::move(*typed);
   }
+  if (databasePassword.IsEmpty()) return std::nullopt;
   return platform::Secret(databasePassword.View());
 }
 

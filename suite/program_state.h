@@ -43,8 +43,9 @@ struct KontekstBledu {
   void RecordError(const platform::RunTimeError& error);
 };
 
-// Tells the password of that database; nothing when nobody knows it.
-using PasswordOf = std::function<std::optional<platform::Secret>(std::u16string_view path)>;
+// A password for that database: the one that is held, or, `isTyped`, what a person types now; that one is held from
+// then on, since the database is opened next. Nothing when there is none.
+using PasswordOf = std::function<std::optional<platform::Secret>(std::u16string_view path, bool isTyped)>;
 
 // What the program runs on.
 struct Surroundings {
@@ -88,7 +89,7 @@ class ProgramState {
   std::vector<const platform::Form*> forms;  // that are loaded, in the order of loading
 
  private:
-  std::optional<platform::Secret> PasswordOf(std::u16string_view path);
+  std::optional<platform::Secret> FindPassword(std::u16string_view path, bool isTyped);
 
   std::shared_ptr<dao::Engine> engine_;
 };

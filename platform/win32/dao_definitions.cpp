@@ -7,8 +7,9 @@ namespace {
 
 // Collections know their names only through their owner's member.
 template <class C>
-std::shared_ptr<C> PartsOf(DaoObject& owner, const char16_t* member, std::u16string_view source) {
-  return std::make_shared<C>(owner.Scope(), source, owner.AskObject(member));
+std::shared_ptr<C> PartsOf(DaoObject& owner, const char16_t* member, std::u16string_view source,
+                           Follows follows = Follows::Nothing) {
+  return std::make_shared<C>(owner.Scope(), source, owner.AskObject(member), follows);
 }
 
 }  // namespace
@@ -21,7 +22,9 @@ dao::Value DaoField::Value() {
   return value;
 }
 
-void DaoField::SetValue(const dao::Value& value) { object_.Put(u"Value", VariantOf(value)); }
+void DaoField::SetValue(const dao::Value& value) {
+  object_.Put(u"Value", VariantOf(value));
+}
 
 std::shared_ptr<dao::Field> DaoIndex::CreateField(std::u16string_view name) {
   return Made<DaoField>(u"CreateField", TextVariant(name));
@@ -31,31 +34,26 @@ std::shared_ptr<dao::Collection<dao::Field>> DaoIndex::Fields() {
   return PartsOf<DaoFields>(object_, u"Fields", dao::kSourceIndexFields);
 }
 
-std::shared_ptr<dao::Field> DaoTableDef::CreateField(std::u16string_view name, const dao::Value& type,
+std::shared_ptr<dao::Field> DaoTableDef::CreateField(std::u16string_view name,
+                                                     const dao::Value& type,
                                                      const dao::Value& size) {
   // Converted here, as the embedded engine does: servers differ in what they make of a text.
   Variant typeNumber = NumberVariant(dao::NumberArgument(type, dao::kSourceTableDef));
   Variant sizeNumber = NumberVariant(dao::NumberArgument(size, dao::kSourceTableDef));
-  return Made<DaoField>(u"CreateField", TextVariant(name), std::move(typeNumber), std::move(sizeNumber));
+  return Made<DaoField>(u"CreateField", TextVariant(name), std::move(typeNumber),
+                        std::move(sizeNumber));
 }
 
 std::shared_ptr<dao::Index> DaoTableDef::CreateIndex(std::u16string_view name) {
   return Made<DaoIndex>(u"CreateIndex", TextVariant(name));
 }
 
-template <class C>
-std::shared_ptr<C> DaoTableDef::Parts(const char16_t* member, std::u16string_view source) {
-  auto parts = PartsOf<C>(object_, member, source);
-  if (isStored_ && object_.Scope()->IsChangedBySql()) parts->Refresh();
-  return parts;
-}
-
 std::shared_ptr<dao::Collection<dao::Field>> DaoTableDef::Fields() {
-  return Parts<DaoFields>(u"Fields", dao::kSourceFields);
+  return PartsOf<DaoFields>(object_, u"Fields", dao::kSourceFields, follows_);
 }
 
 std::shared_ptr<dao::Collection<dao::Index>> DaoTableDef::Indexes() {
-  return Parts<DaoCollection<dao::Index, DaoIndex>>(u"Indexes", dao::kSourceIndexes);
+  return PartsOf<DaoIndexes>(object_, u"Indexes", dao::kSourceIndexes, follows_);
 }
 
 std::shared_ptr<dao::Field> DaoRelation::CreateField(std::u16string_view name) {

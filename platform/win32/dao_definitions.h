@@ -27,9 +27,18 @@ class DaoMembers {
   std::u16string Text(const char16_t* member) { return TextIn(object_.Ask(member)); }
   std::int32_t Number(const char16_t* member) { return NumberIn(object_.Ask(member)); }
   bool Flag(const char16_t* member) { return FlagIn(object_.Ask(member)); }
-  void Put(const char16_t* member, std::u16string_view text) { object_.Put(member, TextVariant(text)); }
-  void Put(const char16_t* member, std::int32_t number) { object_.Put(member, NumberVariant(number)); }
+  void Put(const char16_t* member, std::u16string_view text) {
+    object_.Put(member, TextVariant(text));
+  }
+  void Put(const char16_t* member, std::int32_t number) {
+    object_.Put(member, NumberVariant(number));
+  }
   void Put(const char16_t* member, bool flag) { object_.Put(member, FlagVariant(flag)); }
+  // Of a stored object: the engine's collections know the former name until they are refreshed.
+  void Rename(std::u16string_view name) {
+    Put(u"Name", name);
+    object_.Scope()->NoteChange();
+  }
   // What a member gives, as an object of that class in the same scope.
   template <class T, class... Arguments>
   std::shared_ptr<T> Made(const char16_t* member, Arguments... arguments) {
@@ -39,30 +48,52 @@ class DaoMembers {
   DaoObject object_;
 };
 
+// Whether a collection is one of what is stored in the database, and so has to be refreshed after
+// changes.
+enum class Follows { Nothing, Changes };
+
 // A collection of T whose members this program wraps as Wrapper.
 template <class T, class Wrapper>
 class DaoCollection : public dao::Collection<T>, public DaoMembers {
  public:
-  using DaoMembers::DaoMembers;
+  DaoCollection(DaoScopePtr scope, std::u16string_view source, ComReference<IDispatch> object,
+                Follows follows = Follows::Nothing)
+      : DaoMembers(std::move(scope), source, std::move(object)), follows_(follows) {}
 
-  int Count() override { return Number(u"Count"); }
+  int Count() override {
+    CatchUp();
+    return Number(u"Count");
+  }
   std::shared_ptr<T> Item(int position) override { return Found(NumberVariant(position)); }
   std::shared_ptr<T> Item(std::u16string_view name) override { return Found(TextVariant(name)); }
   // Error 3001 for an object of another engine.
   void Append(const std::shared_ptr<T>& object) override {
     auto* const ours = dynamic_cast<Wrapper*>(object.get());
     if (ours == nullptr) object_.Raise(kErrInvalidArgument);
+    CatchUp();
     object_.Ask(u"Append", ObjectVariant(ours->Object().Reference()));
   }
-  void Delete(std::u16string_view name) override { object_.Ask(u"Delete", TextVariant(name)); }
+  void Delete(std::u16string_view name) override {
+    CatchUp();
+    object_.Ask(u"Delete", TextVariant(name));
+  }
   void Refresh() override { object_.Ask(u"Refresh"); }
 
  private:
+  void CatchUp() {
+    if (follows_ == Follows::Nothing || seen_ == object_.Scope()->Changes()) return;
+    Refresh();
+    seen_ = object_.Scope()->Changes();
+  }
   std::shared_ptr<T> Found(Variant which) {
+    CatchUp();
     auto found = Made<Wrapper>(u"Item", std::move(which));
     if constexpr (std::is_same_v<T, dao::TableDef>) found->BecomeStored();
     return found;
   }
+
+  Follows follows_;
+  int seen_ = 0;  // of the scope's changes
 };
 
 class DaoField : public dao::Field, public DaoMembers {
@@ -71,7 +102,7 @@ class DaoField : public dao::Field, public DaoMembers {
       : DaoMembers(std::move(scope), dao::kSourceField, std::move(object)) {}
 
   std::u16string Name() override { return Text(u"Name"); }
-  void SetName(std::u16string_view name) override { Put(u"Name", name); }
+  void SetName(std::u16string_view name) override { Rename(name); }
   std::int16_t Type() override { return static_cast<std::int16_t>(Number(u"Type")); }
   std::int32_t Size() override { return Number(u"Size"); }
   std::int32_t Attributes() override { return Number(u"Attributes"); }
@@ -81,9 +112,13 @@ class DaoField : public dao::Field, public DaoMembers {
   bool AllowZeroLength() override { return Flag(u"AllowZeroLength"); }
   void SetAllowZeroLength(bool allow) override { Put(u"AllowZeroLength", allow); }
   std::u16string DefaultValue() override { return Text(u"DefaultValue"); }
-  void SetDefaultValue(std::u16string_view expression) override { Put(u"DefaultValue", expression); }
+  void SetDefaultValue(std::u16string_view expression) override {
+    Put(u"DefaultValue", expression);
+  }
   std::u16string ValidationRule() override { return Text(u"ValidationRule"); }
-  void SetValidationRule(std::u16string_view expression) override { Put(u"ValidationRule", expression); }
+  void SetValidationRule(std::u16string_view expression) override {
+    Put(u"ValidationRule", expression);
+  }
   std::u16string ValidationText() override { return Text(u"ValidationText"); }
   void SetValidationText(std::u16string_view text) override { Put(u"ValidationText", text); }
   std::u16string ForeignName() override { return Text(u"ForeignName"); }
@@ -100,7 +135,7 @@ class DaoIndex : public dao::Index, public DaoMembers {
       : DaoMembers(std::move(scope), dao::kSourceIndex, std::move(object)) {}
 
   std::u16string Name() override { return Text(u"Name"); }
-  void SetName(std::u16string_view name) override { Put(u"Name", name); }
+  void SetName(std::u16string_view name) override { Rename(name); }
   bool Primary() override { return Flag(u"Primary"); }
   void SetPrimary(bool primary) override { Put(u"Primary", primary); }
   bool Unique() override { return Flag(u"Unique"); }
@@ -114,13 +149,15 @@ class DaoIndex : public dao::Index, public DaoMembers {
   std::shared_ptr<dao::Collection<dao::Field>> Fields() override;
 };
 
+using DaoIndexes = DaoCollection<dao::Index, DaoIndex>;
+
 class DaoTableDef : public dao::TableDef, public DaoMembers {
  public:
   DaoTableDef(DaoScopePtr scope, ComReference<IDispatch> object)
       : DaoMembers(std::move(scope), dao::kSourceTableDef, std::move(object)) {}
 
   std::u16string Name() override { return Text(u"Name"); }
-  void SetName(std::u16string_view name) override { Put(u"Name", name); }
+  void SetName(std::u16string_view name) override { Rename(name); }
   bool Updatable() override { return Flag(u"Updatable"); }
   std::int32_t Attributes() override { return Number(u"Attributes"); }
   std::int32_t RecordCount() override { return Number(u"RecordCount"); }
@@ -130,14 +167,11 @@ class DaoTableDef : public dao::TableDef, public DaoMembers {
   std::shared_ptr<dao::Collection<dao::Field>> Fields() override;
   std::shared_ptr<dao::Collection<dao::Index>> Indexes() override;
 
-  // It was found in the database: what statements changed of it may be read anew.
-  void BecomeStored() { isStored_ = true; }
+  // It was found in the database.
+  void BecomeStored() { follows_ = Follows::Changes; }
 
  private:
-  template <class C>
-  std::shared_ptr<C> Parts(const char16_t* member, std::u16string_view source);
-
-  bool isStored_ = false;
+  Follows follows_ = Follows::Nothing;
 };
 
 class DaoRelation : public dao::Relation, public DaoMembers {
@@ -146,7 +180,7 @@ class DaoRelation : public dao::Relation, public DaoMembers {
       : DaoMembers(std::move(scope), dao::kSourceRelation, std::move(object)) {}
 
   std::u16string Name() override { return Text(u"Name"); }
-  void SetName(std::u16string_view name) override { Put(u"Name", name); }
+  void SetName(std::u16string_view name) override { Rename(name); }
   std::u16string Table() override { return Text(u"Table"); }
   std::u16string ForeignTable() override { return Text(u"ForeignTable"); }
   std::int32_t Attributes() override { return Number(u"Attributes"); }

@@ -6,19 +6,20 @@
 namespace zimbrat::platform {
 
 DISPID DaoContext::IdOf(IDispatch& object, std::u16string_view source, const char16_t* member) {
-  const auto [place, isNew] = ids_.try_emplace({source, member}, DISPID_UNKNOWN);
-  if (!isNew) return place->second;
+  const auto known = ids_.find({source, member});
+  if (known != ids_.end()) return known->second;
   DISPID id = DISPID_UNKNOWN;
-  if (const auto error = FindMember(object, member, id)) {
-    ids_.erase(place);
-    RaiseOf(*error, source);
-  }
-  place->second = id;
+  if (const auto error = FindMember(object, member, id)) RaiseOf(*error, source);
+  ids_.emplace(std::pair(source, member), id);
   return id;
 }
 
 void DaoContext::RaiseOf(AutomationError error, std::u16string_view source) {
-  if (error.source.empty() || error.description.empty()) AddFromErrors(error);
+  try {
+    if (error.source.empty() || error.description.empty()) AddFromErrors(error);
+  } catch (const std::exception&) {
+    // A list that makes no sense; what the call itself told is kept.
+  }
   if (error.source.empty()) error.source = source;
   const bool isDao = error.number > 0 && TextOfError(error.number).empty();
   if (error.description.empty() && isDao) error.description = dao::ErrorText(error.number);
@@ -35,22 +36,25 @@ std::optional<Variant> DaoContext::Ask(IDispatch& object, std::u16string_view me
   return result;
 }
 
-// The last of the list is the error of the call. An older one stays in it: the number tells them apart.
+// The last of the list is the error of the call. An older one stays in it: the number tells them
+// apart.
 void DaoContext::AddFromErrors(AutomationError& error) {
-  const bool isFromDao = error.code == DISP_E_EXCEPTION || HRESULT_FACILITY(error.code) == FACILITY_CONTROL;
+  const bool isFromDao =
+      error.code == DISP_E_EXCEPTION || HRESULT_FACILITY(error.code) == FACILITY_CONTROL;
   if (!isFromDao) return;
   const auto list = Ask(Engine(), u"Errors");
   const ComReference<IDispatch> errors = list ? ObjectIn(*list) : ComReference<IDispatch>();
   const auto count = errors.IsOpen() ? Ask(*errors.Get(), u"Count") : std::nullopt;
-  const Variant last = NumberVariant(count ? NumberIn(*count) - 1 : -1);
-  if (NumberIn(last) < 0) return;
+  const std::int32_t size = count ? NumberIn(*count) : 0;
+  if (size <= 0) return;
+  const Variant last = NumberVariant(size - 1);
   const auto item = Ask(*errors.Get(), u"Item", {&last, 1});
   const ComReference<IDispatch> entry = item ? ObjectIn(*item) : ComReference<IDispatch>();
   const auto number = entry.IsOpen() ? Ask(*entry.Get(), u"Number") : std::nullopt;
   if (!number || (error.number != 0 && NumberIn(*number) != error.number)) return;
-  error.number = NumberIn(*number);
-  if (const auto source = Ask(*entry.Get(), u"Source")) error.source = TextIn(*source);
-  if (const auto text = Ask(*entry.Get(), u"Description")) error.description = TextIn(*text);
+  const auto source = Ask(*entry.Get(), u"Source"), text = Ask(*entry.Get(), u"Description");
+  error = {error.code, NumberIn(*number), source ? TextIn(*source) : error.source,
+           text ? TextIn(*text) : error.description};
 }
 
 void DaoScope::End() noexcept {
@@ -62,7 +66,9 @@ DaoObject::DaoObject(DaoScopePtr scope, std::u16string_view source, ComReference
   scope_->objects_.insert(this);
 }
 
-DaoObject::~DaoObject() { GiveBack(); }
+DaoObject::~DaoObject() {
+  GiveBack();
+}
 
 IDispatch& DaoObject::Reference() const {
   if (!object_.IsOpen()) Raise(kErrObjectInvalid);
@@ -90,14 +96,16 @@ Variant DaoObject::Do(const char16_t* member, Access access, std::span<const Var
   IDispatch& object = Reference();
   const DISPID id = scope_->Context().IdOf(object, source_, member);
   Variant result;
-  if (const auto error = CallMember(object, id, access, arguments, result)) scope_->Context().RaiseOf(*error, source_);
+  if (const auto error = CallMember(object, id, access, arguments, result))
+    scope_->Context().RaiseOf(*error, source_);
   return result;
 }
 
 ComReference<IDispatch> DaoObject::ObjectOrRaise(const Variant& value) const {
   ComReference<IDispatch> object = ObjectIn(value);
   if (!object.IsOpen()) {
-    throw RunTimeError(kErrObjectNotSet, std::u16string(source_), std::u16string(TextOfError(kErrObjectNotSet)));
+    throw RunTimeError(kErrObjectNotSet, std::u16string(source_),
+                       std::u16string(TextOfError(kErrObjectNotSet)));
   }
   return object;
 }

@@ -1,8 +1,8 @@
 // The objects of an installed engine as this program holds them.
 //
-// A reference into a database keeps its file open, whatever was closed. Therefore every object belongs to a
-// scope, a database's or a session's, and when that ends all its references are given back at once, whoever
-// still holds the objects: their members raise 3420 from then on.
+// A reference into a database keeps its file open, whatever was closed. Therefore every object
+// belongs to a scope, a database's or a session's, and when that ends all its references are given
+// back at once, whoever still holds the objects: their members raise 3420 from then on.
 #pragma once
 
 #include <map>
@@ -20,8 +20,8 @@
 
 namespace zimbrat::platform {
 
-// One engine: its automation object, and the numbers of the members that were called. A source is a text of
-// dao_errors.h and stands for a class.
+// One engine: its automation object, and the numbers of the members that were called. A source is a
+// text of dao_errors.h and stands for a class.
 class DaoContext {
  public:
   explicit DaoContext(ComReference<IDispatch> engine) : engine_(std::move(engine)) {}
@@ -32,7 +32,8 @@ class DaoContext {
   [[noreturn]] void RaiseOf(AutomationError error, std::u16string_view source);
 
  private:
-  std::optional<Variant> Ask(IDispatch& object, std::u16string_view member, std::span<const Variant> arguments = {});
+  std::optional<Variant> Ask(IDispatch& object, std::u16string_view member,
+                             std::span<const Variant> arguments = {});
   void AddFromErrors(AutomationError& error);
 
   Apartment apartment_;  // outlives the reference
@@ -52,16 +53,17 @@ class DaoScope {
   // Gives back every reference of its objects.
   void End() noexcept;
 
-  // A statement changed definitions, which the engine's collections do not notice by themselves.
-  void NoteChangeBySql() { isChangedBySql_ = true; }
-  bool IsChangedBySql() const { return isChangedBySql_; }
+  // How often a statement or another name changed definitions, which the engine's collections do
+  // not notice by themselves.
+  int Changes() const { return changes_; }
+  void NoteChange() { ++changes_; }
 
  private:
   friend class DaoObject;
 
   DaoContextPtr context_;
   std::set<DaoObject*> objects_;
-  bool isChangedBySql_ = false;
+  int changes_ = 0;
 };
 using DaoScopePtr = std::shared_ptr<DaoScope>;
 
@@ -93,7 +95,8 @@ class DaoObject {
   // A member, Close for one, of which nobody wants to hear any more.
   void AskQuietly(const char16_t* member) noexcept;
   void GiveBack() noexcept;
-  [[noreturn]] void Raise(std::int32_t number, std::u16string_view a = {}, std::u16string_view b = {}) const;
+  [[noreturn]] void Raise(std::int32_t number, std::u16string_view a = {},
+                          std::u16string_view b = {}) const;
 
  private:
   Variant Do(const char16_t* member, Access access, std::span<const Variant> arguments);

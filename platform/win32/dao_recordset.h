@@ -21,7 +21,8 @@ class DaoRecordset : public dao::Recordset, public DaoMembers {
   void MoveNext() override { object_.Ask(u"MoveNext"); }
   std::int32_t RecordCount() override { return Number(u"RecordCount"); }
   std::shared_ptr<dao::Collection<dao::Field>> Fields() override {
-    return std::make_shared<DaoFields>(object_.Scope(), dao::kSourceFields, object_.AskObject(u"Fields"));
+    return std::make_shared<DaoFields>(object_.Scope(), dao::kSourceFields,
+                                       object_.AskObject(u"Fields"));
   }
   void AddNew() override { object_.Ask(u"AddNew"); }
   void Edit() override { object_.Ask(u"Edit"); }

@@ -1,180 +1,240 @@
 #include "dao_repair.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "dao_session.h"
+#include "stored_tables.h"
 
 #include "platform/dao_connect.h"
 #include "platform/dao_errors.h"
 #include "platform/error_numbers.h"
 #include "platform/file_contents.h"
+#include "platform/file_errors.h"
+#include "platform/kept_file.h"
+#include "platform/patience.h"
 #include "platform/text.h"
 #include "platform/working_file.h"
 
 namespace zimbrat::platform {
 namespace {
 
-// Rows in which an engine tells what it did not save.
-constexpr std::u16string_view kLossTables[] = {u"MSysCompactError", u"MSysCompactErrors"};
-constexpr std::u16string_view kSystemTables = u"MSYS";
-constexpr int kMostLosses = 3;  // told
+constexpr std::u16string_view kJet4 = u"4.0";
 
 class EngineRepair {
  public:
   EngineRepair(DaoObject& engine, const InstalledEngineNeeds& needs, std::u16string_view path)
       : engine_(engine), needs_(needs), path_(needs.files.RealPath(path)) {}
 
-  void Run();
+  dao::RepairOutcome Run();
 
  private:
   template <class Work>
   void WithPassword(Work work);
   template <class Work>
-  void InDatabase(const std::u16string& path, Work work);
+  void InDatabase(const std::u16string& path, bool readOnly, std::u16string_view password,
+                  Work work);
+  void Patiently(const std::function<void()>& step) {
+    platform::Patiently(needs_.clock, needs_.pulse, step);
+  }
 
-  std::optional<int> FormerTables();
-  void Repair(const std::u16string& copy);
-  bool RepairCopy(const std::u16string& copy);
-  void Verify(const std::u16string& copy, std::optional<int> formerTables);
-  void RequireNoLoss(dao::Database& database, std::u16string_view table);
-  [[noreturn]] void Refuse(std::u16string_view why) { engine_.Raise(kErrCannotRepair, u": " + std::u16string(why)); }
-  void PutInPlace(WorkingFile& copy, const FileState& former);
+  FileState StateOfFile();
+  std::optional<StoredTables> FormerTables();
+  bool DoesRepair(const std::u16string& nothing);
+  void Write(const std::u16string& copy);
+  void Verify(const std::u16string& copy, const std::optional<StoredTables>& former);
+  void Compare(dao::Database& copy, const std::optional<StoredTables>& former);
+  bool IsProtected(const std::u16string& copy);
+  void PutInPlace(WorkingFile& copy, KeptFile& kept, const FileState& state);
+  [[noreturn]] void Refuse(std::u16string_view why) {
+    engine_.Raise(kErrCannotRepair, u": " + std::u16string(why));
+  }
 
   DaoObject& engine_;
   const InstalledEngineNeeds& needs_;
   std::u16string path_;
-  Secret password_;
-  bool isAsked_ = false;
+  Secret password_;  // empty until the file turns out to be protected
+  dao::RepairOutcome outcome_;
 };
 
-// The first refusal makes somebody be asked; the second one stands.
-template <class Work>
-void EngineRepair::WithPassword(Work work) {
-  try {
-    return work();
-  } catch (const RunTimeError& error) {
-    if (error.Number() != kErrInvalidPassword || isAsked_) throw;
-    isAsked_ = true;
-    std::optional<Secret> password = needs_.password(path_);
-    if (!password) throw;
-    password_ = std::move(*password);
-  }
-  work();
+bool IsWrongPassword(const RunTimeError& error) {
+  return error.Number() == kErrInvalidPassword;
 }
 
 template <class Work>
-void EngineRepair::InDatabase(const std::u16string& path, Work work) {
+std::optional<RunTimeError> RefusalOf(Work work) {
+  try {
+    work();
+    return std::nullopt;
+  } catch (const RunTimeError& error) {
+    if (!IsWrongPassword(error)) throw;
+    return error;
+  }
+}
+
+// With the password so far, with the one that is held, with one that is typed; then the refusal
+// stands.
+template <class Work>
+void EngineRepair::WithPassword(Work work) {
+  std::optional<RunTimeError> refusal = RefusalOf(work);
+  for (const bool isTyped : {false, true}) {
+    if (!refusal) return;
+    std::optional<Secret> password = needs_.password(path_, isTyped);
+    if (!password) continue;
+    password_ = std::move(*password);
+    refusal = RefusalOf(work);
+  }
+  if (refusal) throw *refusal;
+}
+
+template <class Work>
+void EngineRepair::InDatabase(const std::u16string& path, bool readOnly,
+                              std::u16string_view password, Work work) {
   const auto workspace = MakeDaoWorkspace(engine_, needs_.clock, u"", u"Admin", u"");
-  const auto database = workspace->OpenDatabase(path, true, false, dao::ConnectText(password_));
+  const auto database = workspace->OpenDatabase(path, true, readOnly, dao::ConnectText(password));
   work(*database);
   database->Close();
   workspace->Close();
 }
 
-int CountTables(dao::Database& database) {
-  const auto tables = database.TableDefs();
-  int users = 0;
-  for (int i = 0; i < tables->Count(); ++i) {
-    if (!UpperCase(tables->Item(i)->Name()).starts_with(kSystemTables)) ++users;
-  }
-  return users;
+FileState EngineRepair::StateOfFile() {
+  const std::optional<FileState> state = needs_.files.State(path_);
+  if (!state) engine_.Raise(kErrCouldNotFindFile, path_);
+  if (state->isReadOnly) throw FileError(kErrPathAccess, u"plik tylko do odczytu", path_);
+  return *state;
+}
+
+// Errors that say nothing of what is in the file.
+bool IsOfSurroundings(const RunTimeError& error) {
+  constexpr std::int32_t kNumbers[] = {kErrCouldNotFindFile, kErrNoDiskSpace, kErrInvalidPassword,
+                                       kErrDiskIo, kErrInvalidPath};
+  const std::int32_t number = error.Number();
+  return !error.Source().starts_with(u"DAO.") || IsSomebodyElses(number) ||
+         std::ranges::find(kNumbers, number) != std::end(kNumbers);
 }
 
 // Nothing for a file that does not open, which is why it is to be repaired.
-std::optional<int> EngineRepair::FormerTables() {
-  std::optional<int> count;
+std::optional<StoredTables> EngineRepair::FormerTables() {
+  std::optional<StoredTables> tables;
   try {
-    WithPassword([&] { InDatabase(path_, [&](dao::Database& database) { count = CountTables(database); }); });
+    WithPassword([&] {
+      InDatabase(path_, true, password_,
+                 [&](dao::Database& database) { tables = TablesOf(database); });
+    });
   } catch (const RunTimeError& error) {
-    if (error.Number() == kErrInvalidPassword) throw;
+    if (IsOfSurroundings(error)) throw;
+    tables.reset();
   }
-  return count;
+  return tables;
 }
 
-// In place, on a copy. False, with no copy left, when the engine does not do it.
-bool EngineRepair::RepairCopy(const std::u16string& copy) {
-  {
+// An engine that repairs misses a file that is not there; the others refuse (3251), or do nothing.
+bool EngineRepair::DoesRepair(const std::u16string& nothing) {
+  try {
+    engine_.Ask(u"RepairDatabase", TextVariant(nothing));
+    return false;
+  } catch (const RunTimeError& error) {
+    constexpr std::int32_t kRefusals[] = {kErrNotSupported, kErrNoSuchMember,
+                                          kErrActionNotSupported};
+    if (error.Number() == kErrCouldNotFindFile) return true;
+    if (std::ranges::find(kRefusals, error.Number()) == std::end(kRefusals)) throw;
+    return false;
+  }
+}
+
+void EngineRepair::Write(const std::u16string& copy) {
+  if (DoesRepair(copy)) {
     const auto from = needs_.files.Open(path_, OpenMode::Read, Sharing::None);
-    const auto to = needs_.files.Open(copy, OpenMode::CreatePrivate, Sharing::None);
+    auto to = needs_.files.Open(copy, OpenMode::CreatePrivate, Sharing::None);
     CopyContents(*from, *to, needs_.pulse);
-  }
-  try {
+    to.reset();
     engine_.Ask(u"RepairDatabase", TextVariant(copy));
-    return true;
-  } catch (const RunTimeError& error) {
-    const std::int32_t number = error.Number();
-    if (number != kErrNotSupported && number != kErrNoSuchMember && number != kErrActionNotSupported) throw;
+    return;
   }
-  needs_.files.Delete(copy);
-  return false;
-}
-
-void EngineRepair::Repair(const std::u16string& copy) {
-  if (RepairCopy(copy)) return;
-  needs_.pulse();
   WithPassword([&] {
-    // What an attempt without the password left.
+    // What an attempt with another password left.
     if (needs_.files.State(copy)) needs_.files.Delete(copy);
-    Variant connect = password_.IsEmpty() ? MissingVariant() : TextVariant(dao::ConnectText(password_));
-    engine_.Ask(u"CompactDatabase", TextVariant(path_), TextVariant(copy), MissingVariant(), MissingVariant(),
-                std::move(connect));
+    Variant connect =
+        password_.IsEmpty() ? MissingVariant() : TextVariant(dao::ConnectText(password_));
+    engine_.Ask(u"CompactDatabase", TextVariant(path_), TextVariant(copy), MissingVariant(),
+                MissingVariant(), std::move(connect));
   });
 }
 
-void EngineRepair::RequireNoLoss(dao::Database& database, std::u16string_view table) {
-  const auto tables = database.TableDefs();
-  bool isThere = false;
-  for (int i = 0; i < tables->Count() && !isThere; ++i) isThere = EqualIgnoringCase(tables->Item(i)->Name(), table);
-  if (!isThere) return;
-  std::u16string told = u"aparat bazy danych straciłby część danych";
-  const auto rows = database.OpenRecordset(table, dao::dbOpenSnapshot);
-  for (int left = kMostLosses; left > 0 && !rows->EndOfFile(); --left, rows->MoveNext()) {
-    const dao::Value why = rows->Fields()->Item(u"ErrorDescription")->Value();
-    if (const auto* text = std::get_if<std::u16string>(&why)) told.append(u"; ").append(*text);
+void EngineRepair::Compare(dao::Database& copy, const std::optional<StoredTables>& former) {
+  const std::u16string version = copy.Version();
+  if (version != kJet4) Refuse(u"aparat bazy danych zapisał plik w formacie " + version);
+  const StoredTables tables = TablesOf(copy);
+  if (tables.losses > (former ? former->losses : 0)) {
+    Refuse(u"aparat bazy danych straciłby część danych (" + TextOfLosses(copy) +
+           u"). Plik pozostał bez zmian; więcej odzyskuje silnik wbudowany");
   }
-  rows->Close();
-  Refuse(told + u". Plik pozostał bez zmian; więcej odzyskuje silnik wbudowany");
+  if (!former && tables.rows.empty()) Refuse(u"aparat bazy danych nie odzyskał żadnej tabeli");
+  std::u16string missing;
+  outcome_.losses =
+      former ? ShorterTables(*former, tables, missing)
+             : std::vector<std::u16string>{u"tego, czego aparat bazy danych nie odczytał"};
+  if (!missing.empty()) Refuse(u"po naprawie brakowałoby tabeli " + missing);
+  outcome_.wasDamaged = !outcome_.losses.empty();
 }
 
-void EngineRepair::Verify(const std::u16string& copy, std::optional<int> formerTables) {
-  InDatabase(copy, [&](dao::Database& database) {
-    for (const std::u16string_view table : kLossTables) RequireNoLoss(database, table);
-    const int tables = CountTables(database);
-    if (formerTables && tables < *formerTables) {
-      Refuse(u"z " + DecimalText(*formerTables) + u" tabel zostałoby " + DecimalText(tables));
-    }
+bool EngineRepair::IsProtected(const std::u16string& copy) {
+  return RefusalOf([&] { InDatabase(copy, true, {}, [](dao::Database&) {}); }).has_value();
+}
+
+// Engines pass over a password that a file does not want, and not all of them keep it.
+void EngineRepair::Verify(const std::u16string& copy, const std::optional<StoredTables>& former) {
+  Patiently([&] {
+    InDatabase(copy, true, password_, [&](dao::Database& database) { Compare(database, former); });
   });
+  if (password_.IsEmpty() || IsProtected(copy)) return;
+  InDatabase(copy, false, {},
+             [&](dao::Database& database) { database.NewPassword(u"", password_); });
 }
 
 // Held against writers from before the look at it to the rename.
-void EngineRepair::PutInPlace(WorkingFile& copy, const FileState& former) {
-  needs_.files.Open(copy.Path(), OpenMode::ReadWrite, Sharing::None)->Flush();
-  auto held = needs_.files.Open(path_, OpenMode::Read, Sharing::None);
-  const auto state = needs_.files.State(path_);
-  const bool isSame = state && state->IsSameFile(former) && state->size == former.size && state->modified == former.modified;
-  if (!isSame) Refuse(u"plik zmienił się w czasie naprawy");
-  copy.PutInPlaceOf(path_, std::move(held));
+void EngineRepair::PutInPlace(WorkingFile& copy, KeptFile& kept, const FileState& state) {
+  Patiently([&] { needs_.files.Open(copy.Path(), OpenMode::ReadWrite, Sharing::None)->Flush(); });
+  Patiently([&] {
+    auto held = needs_.files.Open(path_, OpenMode::Read, Sharing::None);
+    const FileState now = StateOfFile();
+    const bool isSame =
+        now.IsSameFile(state) && now.size == state.size && now.modified == state.modified;
+    if (!isSame) Refuse(u"plik zmienił się w czasie naprawy");
+    if (outcome_.wasDamaged) kept.Make(*held, needs_.pulse);
+    copy.PutInPlaceOf(path_, std::move(held));
+  });
+  outcome_.keptFile = kept.Path();
 }
 
-void EngineRepair::Run() {
+dao::RepairOutcome EngineRepair::Run() {
   WorkingFile copy(needs_.files, path_, kRepairSuffix);
-  const std::optional<int> tables = FormerTables();
-  const auto former = needs_.files.State(path_);
+  KeptFile kept(needs_.files, path_, copy.Path());
+  StateOfFile();
+  const std::optional<StoredTables> former = FormerTables();
   needs_.pulse();
-  Repair(copy.Path());
+  Write(copy.Path());
+  // The engine had the file for itself until now, and may have touched it.
+  const FileState state = StateOfFile();
+  // It made the copy with the rights of the folder.
+  needs_.files.CopyAttributes(path_, copy.Path());
   needs_.pulse();
-  Verify(copy.Path(), tables);
+  Verify(copy.Path(), former);
   needs_.pulse();
-  if (former) PutInPlace(copy, *former);
+  PutInPlace(copy, kept, state);
+  return outcome_;
 }
 
 }  // namespace
 
-void RepairByEngine(DaoObject& engine, const InstalledEngineNeeds& needs, std::u16string_view path) {
+dao::RepairOutcome RepairByEngine(DaoObject& engine, const InstalledEngineNeeds& needs,
+                                  std::u16string_view path) {
   try {
-    EngineRepair(engine, needs, path).Run();
+    return EngineRepair(engine, needs, path).Run();
   } catch (const std::exception&) {
     dao::RethrowAs(dao::kSourceEngine);
   }

@@ -5,6 +5,7 @@
 
 #include "dao_repair.h"
 #include "dao_session.h"
+#include "floating_point.h"
 #include "wide_text.h"
 
 #include "platform/dao_errors.h"
@@ -29,24 +30,29 @@ constexpr Product kProducts[] = {
 
 class DaoEngine : public dao::Engine {
  public:
-  DaoEngine(const char16_t* programId, const InstalledEngineNeeds& needs, ComReference<IDispatch> object)
-      : programId_(programId), needs_(needs), scope_(MakeScope(*object.Get())), object_(scope_, dao::kSourceEngine, std::move(object)) {}
+  DaoEngine(const char16_t* programId, const InstalledEngineNeeds& needs,
+            ComReference<IDispatch> object)
+      : programId_(programId),
+        needs_(needs),
+        scope_(MakeScope(*object.Get())),
+        object_(scope_, dao::kSourceEngine, std::move(object)) {}
 
   std::u16string Name() override { return programId_; }
   std::u16string Version() override { return TextIn(object_.Ask(u"Version")); }
-  std::shared_ptr<dao::Workspace> CreateWorkspace(std::u16string_view name, std::u16string_view user,
+  std::shared_ptr<dao::Workspace> CreateWorkspace(std::u16string_view name,
+                                                  std::u16string_view user,
                                                   std::u16string_view password) override {
     return MakeDaoWorkspace(object_, needs_.clock, name, user, password);
   }
   dao::RepairOutcome RepairDatabase(std::u16string_view path) override {
-    RepairByEngine(object_, needs_, path);
-    return {};
+    return RepairByEngine(object_, needs_, path);
   }
 
  private:
   static DaoScopePtr MakeScope(IDispatch& object) {
     object.AddRef();
-    return std::make_shared<DaoScope>(std::make_shared<DaoContext>(ComReference<IDispatch>(&object)));
+    return std::make_shared<DaoScope>(
+        std::make_shared<DaoContext>(ComReference<IDispatch>(&object)));
   }
 
   const char16_t* programId_;
@@ -57,7 +63,7 @@ class DaoEngine : public dao::Engine {
 
 // With functions that do nothing in the place of empty ones.
 InstalledEngineNeeds Complete(InstalledEngineNeeds needs) {
-  if (!needs.password) needs.password = [](std::u16string_view) { return std::nullopt; };
+  if (!needs.password) needs.password = [](std::u16string_view, bool) { return std::nullopt; };
   if (!needs.pulse) needs.pulse = [] {};
   return needs;
 }
@@ -69,8 +75,10 @@ std::u16string HexText(HRESULT code) {
 }
 
 // A class may be registered whose library is not there, is of the other bitness, or does not start.
-std::shared_ptr<dao::Engine> MakeEngine(const char16_t* programId, const CLSID& type, const InstalledEngineNeeds& needs) {
+std::shared_ptr<dao::Engine> MakeEngine(const char16_t* programId, const CLSID& type,
+                                        const InstalledEngineNeeds& needs) {
   ComReference<IDispatch> object;
+  const FloatingPoint kept;
   const HRESULT code = ::CoCreateInstance(type, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
                                           reinterpret_cast<void**>(object.Receive()));
   if (FAILED(code)) {
@@ -91,14 +99,16 @@ std::shared_ptr<dao::Engine> TryEngine(const char16_t* programId, const Installe
     return MakeEngine(programId, type, needs);
   } catch (const std::exception&) {
     const RunTimeError error = CurrentRunTimeError();
-    if (unusable) unusable(programId + (u": " + DecimalText(error.Number())) + u" " + error.Description());
+    if (unusable)
+      unusable(programId + (u": " + DecimalText(error.Number())) + u" " + error.Description());
     return nullptr;
   }
 }
 
 }  // namespace
 
-std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds& needs, const UnusableEngine& unusable) {
+std::shared_ptr<dao::Engine> FindInstalledEngine(const InstalledEngineNeeds& needs,
+                                                 const UnusableEngine& unusable) {
   const Apartment apartment;
   const InstalledEngineNeeds complete = Complete(needs);
   for (const Product& product : kProducts) {

@@ -20,8 +20,8 @@ constexpr std::u16string_view kJet4 = u"4.0";
 constexpr int kOpenAttempts = 5;
 constexpr std::uint32_t kOpenPause = 60;  // milliseconds
 
-// The session with all that is open in it, shared by the workspace and its databases, so that it lasts as
-// long as one of them.
+// The session with all that is open in it, shared by the workspace and its databases, so that it
+// lasts as long as one of them.
 class DaoSession {
  public:
   DaoSession(DaoContextPtr context, ComReference<IDispatch> object, Clock& clock)
@@ -69,7 +69,9 @@ using DaoSessionPtr = std::shared_ptr<DaoSession>;
 // Undone unless committed.
 class Transaction {
  public:
-  explicit Transaction(DaoObject& workspace) : workspace_(workspace) { workspace_.Ask(u"BeginTrans"); }
+  explicit Transaction(DaoObject& workspace) : workspace_(workspace) {
+    workspace_.Ask(u"BeginTrans");
+  }
   ~Transaction() {
     if (!isCommitted_) workspace_.AskQuietly(u"Rollback");
   }
@@ -92,7 +94,8 @@ bool ChangesDefinitions(std::u16string_view statement) {
   const std::size_t start = std::min(statement.find_first_not_of(u" \t\r\n"), statement.size());
   const std::u16string_view rest = statement.substr(start);
   const std::u16string_view word = rest.substr(0, rest.find_first_of(u" \t\r\n"));
-  return std::ranges::any_of(kWords, [&](std::u16string_view known) { return EqualIgnoringCase(word, known); });
+  return std::ranges::any_of(
+      kWords, [&](std::u16string_view known) { return EqualIgnoringCase(word, known); });
 }
 
 class DaoDatabase : public dao::Database, public DaoMembers {
@@ -104,6 +107,7 @@ class DaoDatabase : public dao::Database, public DaoMembers {
   ~DaoDatabase() override {
     parts_->End();
     object_.AskQuietly(u"Close");
+    object_.GiveBack();  // before the session, which may be the last one to hold it
   }
 
   std::u16string Name() override { return Text(u"Name"); }
@@ -112,15 +116,14 @@ class DaoDatabase : public dao::Database, public DaoMembers {
   std::int32_t RecordsAffected() override { return Number(u"RecordsAffected"); }
 
   std::shared_ptr<dao::Collection<dao::TableDef>> TableDefs() override {
-    return std::make_shared<DaoCollection<dao::TableDef, DaoTableDef>>(parts_, dao::kSourceTableDefs,
-                                                                       object_.AskObject(u"TableDefs"));
+    return Definitions(tables_, u"TableDefs", dao::kSourceTableDefs);
   }
   std::shared_ptr<dao::Collection<dao::Relation>> Relations() override {
-    return std::make_shared<DaoCollection<dao::Relation, DaoRelation>>(parts_, dao::kSourceRelations,
-                                                                       object_.AskObject(u"Relations"));
+    return Definitions(relations_, u"Relations", dao::kSourceRelations);
   }
   std::shared_ptr<dao::TableDef> CreateTableDef(std::u16string_view name) override {
-    return std::make_shared<DaoTableDef>(parts_, object_.AskObject(u"CreateTableDef", TextVariant(name)));
+    return std::make_shared<DaoTableDef>(parts_,
+                                         object_.AskObject(u"CreateTableDef", TextVariant(name)));
   }
   std::shared_ptr<dao::Relation> CreateRelation(std::u16string_view name, std::u16string_view table,
                                                 std::u16string_view foreignTable,
@@ -130,7 +133,8 @@ class DaoDatabase : public dao::Database, public DaoMembers {
         parts_, object_.AskObject(u"CreateRelation", TextVariant(name), TextVariant(table),
                                   TextVariant(foreignTable), std::move(number)));
   }
-  std::shared_ptr<dao::Recordset> OpenRecordset(std::u16string_view source, std::int32_t type) override {
+  std::shared_ptr<dao::Recordset> OpenRecordset(std::u16string_view source,
+                                                std::int32_t type) override {
     return std::make_shared<DaoRecordset>(
         parts_, object_.AskObject(u"OpenRecordset", TextVariant(source), NumberVariant(type)));
   }
@@ -138,7 +142,7 @@ class DaoDatabase : public dao::Database, public DaoMembers {
   void Execute(std::u16string_view statement, std::int32_t options) override {
     const bool isWhole = (options & dao::dbFailOnError) != 0;
     if (!isWhole || !ExecuteWhole(statement, options)) Run(statement, options);
-    if (ChangesDefinitions(statement)) RefreshDefinitions();
+    if (ChangesDefinitions(statement)) parts_->NoteChange();
   }
   void NewPassword(std::u16string_view oldPassword, std::u16string_view newPassword) override {
     object_.Ask(u"NewPassword", TextVariant(oldPassword), TextVariant(newPassword));
@@ -156,19 +160,22 @@ class DaoDatabase : public dao::Database, public DaoMembers {
     ~Releasing() { object.GiveBack(); }
   };
 
-  // What the engine keeps of them does not follow statements.
-  void RefreshDefinitions() {
-    parts_->NoteChangeBySql();
-    TableDefs()->Refresh();
-    Relations()->Refresh();
+  // One of each for the database: it knows how far it has followed the changes.
+  template <class C>
+  const std::shared_ptr<C>& Definitions(std::shared_ptr<C>& kept, const char16_t* member,
+                                        std::u16string_view source) {
+    object_.Reference();
+    if (!kept)
+      kept = std::make_shared<C>(parts_, source, object_.AskObject(member), Follows::Changes);
+    return kept;
   }
 
   void Run(std::u16string_view statement, std::int32_t options) {
     object_.Ask(u"Execute", TextVariant(statement), NumberVariant(options));
   }
 
-  // In a transaction of its own: the engines do not promise that a statement which fails leaves nothing.
-  // False, with nothing done, for what has to go without one.
+  // In a transaction of its own: the engines do not promise that a statement which fails leaves
+  // nothing. False, with nothing done, for what has to go without one.
   bool ExecuteWhole(std::u16string_view statement, std::int32_t options) {
     object_.Reference();
     try {
@@ -185,31 +192,36 @@ class DaoDatabase : public dao::Database, public DaoMembers {
 
   DaoSessionPtr session_;
   DaoScopePtr parts_;
+  std::shared_ptr<DaoCollection<dao::TableDef, DaoTableDef>> tables_;
+  std::shared_ptr<DaoCollection<dao::Relation, DaoRelation>> relations_;
 };
 
 class DaoWorkspace : public dao::Workspace {
  public:
   explicit DaoWorkspace(DaoSessionPtr session) : session_(std::move(session)) {}
 
-  std::shared_ptr<dao::Database> OpenDatabase(std::u16string_view path, bool exclusive, bool readOnly,
-                                              std::u16string_view connect) override {
+  std::shared_ptr<dao::Database> OpenDatabase(std::u16string_view path, bool exclusive,
+                                              bool readOnly, std::u16string_view connect) override {
     for (int left = kOpenAttempts - 1;; --left) {
       try {
         return OpenOnce(path, exclusive, readOnly, connect);
       } catch (const RunTimeError& error) {
-        const bool isPassing = error.Number() == kErrBeingClosed || error.Number() == kErrBeingClosedByUser;
+        const bool isPassing =
+            error.Number() == kErrBeingClosed || error.Number() == kErrBeingClosedByUser;
         if (!isPassing || left == 0) throw;
       }
       session_->GetClock().Sleep(kOpenPause);
     }
   }
 
-  std::shared_ptr<dao::Database> CreateDatabase(std::u16string_view path, std::u16string_view locale,
+  std::shared_ptr<dao::Database> CreateDatabase(std::u16string_view path,
+                                                std::u16string_view locale,
                                                 std::int32_t options) override {
     // Newer engines make the files of Access 2007 unless they are told; DAO 3.6 may be told too.
     options |= dao::dbVersion40;
     const auto database = std::make_shared<DaoDatabase>(
-        session_, Object().AskObject(u"CreateDatabase", TextVariant(path), TextVariant(locale), NumberVariant(options)));
+        session_, Object().AskObject(u"CreateDatabase", TextVariant(path), TextVariant(locale),
+                                     NumberVariant(options)));
     const std::u16string version = database->Version();
     if (version != kJet4) {
       database->Close();
@@ -239,10 +251,11 @@ class DaoWorkspace : public dao::Workspace {
 
 }  // namespace
 
-std::shared_ptr<dao::Workspace> MakeDaoWorkspace(DaoObject& engine, Clock& clock, std::u16string_view name,
-                                                 std::u16string_view user, std::u16string_view password) {
-  ComReference<IDispatch> object =
-      engine.AskObject(u"CreateWorkspace", TextVariant(name), TextVariant(user), TextVariant(password));
+std::shared_ptr<dao::Workspace> MakeDaoWorkspace(DaoObject& engine, Clock& clock,
+                                                 std::u16string_view name, std::u16string_view user,
+                                                 std::u16string_view password) {
+  ComReference<IDispatch> object = engine.AskObject(u"CreateWorkspace", TextVariant(name),
+                                                    TextVariant(user), TextVariant(password));
   return std::make_shared<DaoWorkspace>(
       std::make_shared<DaoSession>(engine.Scope()->ContextPtr(), std::move(object), clock));
 }

@@ -12,7 +12,8 @@
 namespace zimbrat::platform {
 
 // A new session of the engine behind `engine`. Its errors are those of CreateWorkspace.
-std::shared_ptr<dao::Workspace> MakeDaoWorkspace(DaoObject& engine, Clock& clock, std::u16string_view name,
-                                                 std::u16string_view user, std::u16string_view password);
+std::shared_ptr<dao::Workspace> MakeDaoWorkspace(DaoObject& engine, Clock& clock,
+                                                 std::u16string_view name, std::u16string_view user,
+                                                 std::u16string_view password);
 
 }  // namespace zimbrat::platform

@@ -20,7 +20,8 @@ std::u16string GuidText(const dao::Guid& value) {
   GUID guid;
   std::memcpy(&guid, value.bytes.data(), sizeof guid);
   std::array<wchar_t, 40> text;
-  const int units = ::StringFromGUID2(guid, text.data(), static_cast<int>(text.size()));  // with the NUL
+  const int units =
+      ::StringFromGUID2(guid, text.data(), static_cast<int>(text.size()));  // with the NUL
   std::u16string whole(kGuidStart);
   whole.append(ViewWide({text.data(), static_cast<std::size_t>(units - 1)})).append(kGuidEnd);
   return whole;
@@ -124,26 +125,42 @@ dao::Binary BytesIn(SAFEARRAY& array) {
 
 }  // namespace
 
-Variant VariantOf(const dao::Value& value) { return std::visit(VariantMaker{}, value); }
+Variant VariantOf(const dao::Value& value) {
+  return std::visit(VariantMaker{}, value);
+}
 
 dao::Value ValueIn(const Variant& value) {
   const VARIANT& in = *value.Get();
   switch (in.vt) {
     case VT_NULL:
-    case VT_EMPTY: return dao::Null{};
-    case VT_BOOL: return in.boolVal != VARIANT_FALSE;
-    case VT_UI1: return std::uint8_t{in.bVal};
-    case VT_I2: return std::int16_t{in.iVal};
-    case VT_I4: return std::int32_t{in.lVal};
-    case VT_CY: return dao::Currency{in.cyVal.int64};
-    case VT_R4: return in.fltVal;
-    case VT_R8: return in.dblVal;
-    case VT_DATE: return dao::Date{in.date};
-    case VT_BSTR: return TextIn(value);
-    case VT_ARRAY | VT_UI1: return BytesIn(*in.parray);
+    case VT_EMPTY:
+      return dao::Null{};
+    case VT_BOOL:
+      return in.boolVal != VARIANT_FALSE;
+    case VT_UI1:
+      return std::uint8_t{in.bVal};
+    case VT_I2:
+      return std::int16_t{in.iVal};
+    case VT_I4:
+      return std::int32_t{in.lVal};
+    case VT_CY:
+      return dao::Currency{in.cyVal.int64};
+    case VT_R4:
+      return in.fltVal;
+    case VT_R8:
+      return in.dblVal;
+    case VT_DATE:
+      return dao::Date{in.date};
+    case VT_BSTR:
+      return TextIn(value);
+    case VT_ARRAY | VT_UI1:
+      return BytesIn(*in.parray);
     case VT_DECIMAL:
-      return dao::Decimal{in.decVal.sign != 0, {0, in.decVal.Hi32, in.decVal.Mid32, in.decVal.Lo32}, in.decVal.scale};
-    default: throw OwnError(kErrTypeMismatch);
+      return dao::Decimal{in.decVal.sign != 0,
+                          {0, in.decVal.Hi32, in.decVal.Mid32, in.decVal.Lo32},
+                          in.decVal.scale};
+    default:
+      throw OwnError(kErrTypeMismatch);
   }
 }
 

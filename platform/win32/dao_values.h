@@ -1,8 +1,8 @@
 // Values of fields, as DAO shows them in a VARIANT:
 //
-//   Null VT_NULL   Boolean VT_BOOL   Byte VT_UI1   Integer VT_I2   Long VT_I4   Currency VT_CY   Single VT_R4
-//   Double VT_R8   Date VT_DATE   text VT_BSTR   bytes VT_ARRAY|VT_UI1   Decimal VT_DECIMAL
-//   GUID "{guid {XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}}", a text
+//   Null VT_NULL   Boolean VT_BOOL   Byte VT_UI1   Integer VT_I2   Long VT_I4   Currency VT_CY
+//   Single VT_R4 Double VT_R8   Date VT_DATE   text VT_BSTR   bytes VT_ARRAY|VT_UI1   Decimal
+//   VT_DECIMAL GUID "{guid {XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}}", a text
 #pragma once
 
 #include <optional>

@@ -1,9 +1,9 @@
 #include "dispatch.h"
 
-#include <cfenv>
 #include <utility>
 #include <vector>
 
+#include "floating_point.h"
 #include "wide_text.h"
 
 #include "platform/error_numbers.h"
@@ -15,7 +15,8 @@ namespace {
 constexpr LCID kEnglish = 0x0409;
 
 Bstr MakeBstr(std::u16string_view text) {
-  Bstr made(::SysAllocStringLen(reinterpret_cast<const wchar_t*>(text.data()), static_cast<UINT>(text.size())));
+  Bstr made(::SysAllocStringLen(reinterpret_cast<const wchar_t*>(text.data()),
+                                static_cast<UINT>(text.size())));
   if (!made.IsOpen()) throw OwnError(kErrOutOfMemory);
   return made;
 }
@@ -60,15 +61,17 @@ constexpr CodeNumber kCodeNumbers[] = {
 
 std::u16string SystemText(HRESULT code) {
   std::u16string text(512, u'\0');
-  const DWORD length =
-      ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                       static_cast<DWORD>(code), 0, LendRoom(text), static_cast<DWORD>(text.size()), nullptr);
+  const DWORD length = ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+                                        nullptr, static_cast<DWORD>(code), 0, LendRoom(text),
+                                        static_cast<DWORD>(text.size()), nullptr);
   text.resize(length);
   text.resize(text.find_last_not_of(u"\r\n ") + 1);
   return text.empty() ? std::u16string(TextOfError(kErrAutomation)) : text;
 }
 
-AutomationError ErrorOfCode(HRESULT code) { return {code, NumberOfCode(code), {}, {}}; }
+AutomationError ErrorOfCode(HRESULT code) {
+  return {code, NumberOfCode(code), {}, {}};
+}
 
 // What the object said of its failure; the texts in it are ours to release.
 AutomationError ErrorOfObject(EXCEPINFO& said) {
@@ -78,18 +81,6 @@ AutomationError ErrorOfObject(EXCEPINFO& said) {
   return {isNamed ? DISP_E_EXCEPTION : said.scode, isNamed ? said.wCode : NumberOfCode(said.scode),
           TextOf(source), TextOf(description)};
 }
-
-// Some engines change how the processor rounds.
-class FloatingPoint {
- public:
-  FloatingPoint() { std::fegetenv(&kept_); }
-  ~FloatingPoint() { std::fesetenv(&kept_); }
-  FloatingPoint(const FloatingPoint&) = delete;
-  FloatingPoint& operator=(const FloatingPoint&) = delete;
-
- private:
-  std::fenv_t kept_;
-};
 
 // `value` as another type; what it stays valid for is up to the caller.
 Variant Converted(const Variant& value, VARTYPE type) {
@@ -199,9 +190,9 @@ std::optional<AutomationError> CallMember(IDispatch& object, DISPID id, Access a
   Variant given;
   EXCEPINFO said = {};
   const bool isPut = access == Access::Put;
-  const HRESULT code =
-      object.Invoke(id, IID_NULL, kEnglish, isPut ? DISPATCH_PROPERTYPUT : DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                    &parameters, isPut ? nullptr : given.Get(), &said, nullptr);
+  const HRESULT code = object.Invoke(
+      id, IID_NULL, kEnglish, isPut ? DISPATCH_PROPERTYPUT : DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+      &parameters, isPut ? nullptr : given.Get(), &said, nullptr);
   if (code == DISP_E_EXCEPTION) return ErrorOfObject(said);
   if (FAILED(code)) return ErrorOfCode(code);
   if ((given.Get()->vt & VT_BYREF) == 0) {

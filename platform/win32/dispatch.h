@@ -31,7 +31,8 @@ bool FlagIn(const Variant& value);
 // None when the value is no object.
 ComReference<IDispatch> ObjectIn(const Variant& value);
 
-// Of a call that failed. Texts are empty where the object told none, the number 0 where it told none.
+// Of a call that failed. Texts are empty where the object told none, the number 0 where it told
+// none.
 struct AutomationError {
   HRESULT code = S_OK;
   std::int32_t number = 0;
@@ -44,8 +45,8 @@ std::int32_t NumberOfCode(HRESULT code);
 
 enum class Access { Call, Put };
 
-// Nothing when they succeed. A call is that of a method, or asks for a property; `arguments` stand in their
-// order; a put has one and no result.
+// Nothing when they succeed. A call is that of a method, or asks for a property; `arguments` stand
+// in their order; a put has one and no result.
 std::optional<AutomationError> FindMember(IDispatch& object, std::u16string_view name, DISPID& id);
 std::optional<AutomationError> CallMember(IDispatch& object, DISPID id, Access access,
                                           std::span<const Variant> arguments, Variant& result);

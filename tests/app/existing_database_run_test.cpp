@@ -126,8 +126,10 @@ class LockedEngine : public dao::Engine {
     return real_.CreateWorkspace(name, user, password);
   }
   dao::RepairOutcome RepairDatabase(std::u16string_view path) override {
-    const auto password = password_(path);
-    if (password && password->View() == u"tajne") return {};
+    for (const bool isTyped : {false, true}) {
+      const auto password = password_(path, isTyped);
+      if (password && password->View() == u"tajne") return {};
+    }
     throw platform::RunTimeError(3031, u"DAO.DbEngine", u"Złe hasło");
   }
 
@@ -146,10 +148,12 @@ TEST_F(ExistingDatabase, RepairTakesThePasswordThatIsHeldOrTyped) {
   EXPECT_FALSE(repair()) << "nobody answers";
   bench_.host.password = u"tajne";
   fresh.databasePassword = u"innej bazy";
-  EXPECT_FALSE(repair());
-  EXPECT_TRUE(repair()) << "a refused one is not held";
+  EXPECT_TRUE(repair()) << "the one of another database is refused";
   bench_.host.password.reset();
-  EXPECT_TRUE(repair()) << "it is asked for once";
+  EXPECT_TRUE(repair()) << "it is held from then on";
+  fresh.databasePassword = u"znów innej";
+  EXPECT_FALSE(repair());
+  EXPECT_TRUE(fresh.databasePassword.IsEmpty()) << "a refused one is not held";
 }
 
 TEST_F(ExistingDatabase, RunWithoutADatabaseSaysSo) {

@@ -37,8 +37,8 @@ class Told : public IDispatch {
     *id = 7;
     return S_OK;
   }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* said,
-                      UINT*) override {
+  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* result,
+                      EXCEPINFO* said, UINT*) override {
     return work(*parameters, result, *said);
   }
 };
@@ -60,13 +60,29 @@ TEST(Dispatch, TellsTheNumberOfEachCode) {
     std::uint32_t code;
     std::int32_t number;
   } rows[] = {
-      {0x800A0BD7, 3031}, {0x800A0005, 5},    {0x80020003, 438}, {0x80020006, 438}, {0x80020005, 13}, {0x8002000A, 6},
-      {0x8002000E, 450},  {0x8002000F, 449},  {0x80020004, 448}, {0x80040154, 429}, {0x80004002, 430}, {0x80004001, 445},
-      {0x80004004, 287},  {0x8007000E, 7},    {0x80070057, 5},   {0x80070005, 70},  {0x80020012, 11}, {0x8002000B, 9},
+      {0x800A0BD7, 3031},
+      {0x800A0005, 5},
+      {0x80020003, 438},
+      {0x80020006, 438},
+      {0x80020005, 13},
+      {0x8002000A, 6},
+      {0x8002000E, 450},
+      {0x8002000F, 449},
+      {0x80020004, 448},
+      {0x80040154, 429},
+      {0x80004002, 430},
+      {0x80004001, 445},
+      {0x80004004, 287},
+      {0x8007000E, 7},
+      {0x80070057, 5},
+      {0x80070005, 70},
+      {0x80020012, 11},
+      {0x8002000B, 9},
       {0x80010108, static_cast<std::int32_t>(0x80010108)},  // the object is gone
       {0x800B0BD7, static_cast<std::int32_t>(0x800B0BD7)},  // another facility
   };
-  for (const auto& row : rows) EXPECT_EQ(NumberOfCode(static_cast<HRESULT>(row.code)), row.number) << std::hex << row.code;
+  for (const auto& row : rows)
+    EXPECT_EQ(NumberOfCode(static_cast<HRESULT>(row.code)), row.number) << std::hex << row.code;
 }
 
 TEST(Dispatch, TakesWhatAnObjectSaysOfAFailureInEachForm) {
@@ -160,13 +176,27 @@ TEST(Dispatch, ConvertsAsInEnglish) {
 }
 
 TEST(Dispatch, KeepsEachValue) {
-  const dao::Guid guid{{std::byte{0x33}, std::byte{0x22}, std::byte{0x11}, std::byte{0x00}, std::byte{0xFF}}};
+  const dao::Guid guid{
+      {std::byte{0x33}, std::byte{0x22}, std::byte{0x11}, std::byte{0x00}, std::byte{0xFF}}};
   const dao::Value values[] = {
-      dao::Null{}, true, false, std::uint8_t{255}, std::int16_t{-32768}, std::int32_t{-2147483647}, dao::Currency{-1},
-      0.1f, -1e300, dao::Date{-36522.75}, std::u16string(u"za\0żółć", 7), std::u16string(),
-      dao::Binary(), dao::Binary(300, std::byte{0}), dao::Decimal{true, {0, 1, 2, 0xFFFFFFFF}, 28},
+      dao::Null{},
+      true,
+      false,
+      std::uint8_t{255},
+      std::int16_t{-32768},
+      std::int32_t{-2147483647},
+      dao::Currency{-1},
+      0.1f,
+      -1e300,
+      dao::Date{-36522.75},
+      std::u16string(u"za\0żółć", 7),
+      std::u16string(),
+      dao::Binary(),
+      dao::Binary(300, std::byte{0}),
+      dao::Decimal{true, {0, 1, 2, 0xFFFFFFFF}, 28},
   };
-  for (const dao::Value& value : values) EXPECT_EQ(ValueIn(VariantOf(value)), value) << value.index();
+  for (const dao::Value& value : values)
+    EXPECT_EQ(ValueIn(VariantOf(value)), value) << value.index();
   const dao::Value shown = ValueIn(VariantOf(guid));
   EXPECT_EQ(std::get<std::u16string>(shown), u"{guid {00112233-00FF-0000-0000-000000000000}}");
   EXPECT_EQ(FindGuid(shown), guid);
@@ -174,7 +204,8 @@ TEST(Dispatch, KeepsEachValue) {
   for (const char16_t* other : {u"", u"{guid {}}", u"{guid }", u"{guid {00112233}}", u"Kowalski"}) {
     EXPECT_FALSE(FindGuid(std::u16string(other)));
   }
-  for (const dao::Decimal& tooLarge : {dao::Decimal{false, {1, 0, 0, 0}, 0}, dao::Decimal{false, {0, 0, 0, 1}, 29}}) {
+  for (const dao::Decimal& tooLarge :
+       {dao::Decimal{false, {1, 0, 0, 0}, 0}, dao::Decimal{false, {0, 0, 0, 1}, 29}}) {
     try {
       VariantOf(tooLarge);
       ADD_FAILURE() << "more than 96 bits";

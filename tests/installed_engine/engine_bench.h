@@ -1,4 +1,5 @@
-// The adapter over the stand-in, a folder, and what the program would answer to the engine's questions.
+// The adapter over the stand-in, a folder, and what the program would answer to the engine's
+// questions.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -25,7 +26,8 @@ class EngineBench : public ::testing::Test {
   std::shared_ptr<dao::Engine> jetEngine = jet::MakeEngine(*system.files, *system.clock, {});
   std::u16string path = folder.PathOf(u"Baza.mdb");
 
-  // What is typed for a protected database; asked so many times.
+  // What the program holds, and what is typed for a protected database; asked so many times.
+  std::optional<std::u16string> held;
   std::optional<std::u16string> password;
   int asked = 0;
   std::function<void()> onPulse = [] {};
@@ -34,10 +36,11 @@ class EngineBench : public ::testing::Test {
   std::shared_ptr<dao::Engine> Find() {
     return platform::FindInstalledEngine(
         {*system.files, *system.clock,
-         [this](std::u16string_view) -> std::optional<platform::Secret> {
-           ++asked;
-           if (!password) return std::nullopt;
-           return platform::Secret(*password);
+         [this](std::u16string_view, bool isTyped) -> std::optional<platform::Secret> {
+           const std::optional<std::u16string>& answer = isTyped ? password : held;
+           asked += isTyped ? 1 : 0;
+           if (!answer) return std::nullopt;
+           return platform::Secret(*answer);
          },
          [this] { onPulse(); }},
         [this](std::u16string_view why) { unusable.emplace_back(why); });
@@ -55,7 +58,9 @@ class EngineBench : public ::testing::Test {
   }
   std::string Contents() { return folder.Read(u"Baza.mdb"); }
   bool IsHeld() {
-    return ErrorOf([&] { system.files->Open(path, platform::OpenMode::ReadWrite, platform::Sharing::None); }) != 0;
+    return ErrorOf([&] {
+             system.files->Open(path, platform::OpenMode::ReadWrite, platform::Sharing::None);
+           }) != 0;
   }
 };
 

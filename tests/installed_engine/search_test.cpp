@@ -10,7 +10,9 @@ namespace {
 
 using InstalledEngine = EngineBench;
 
-TEST_F(InstalledEngine, IsNoneWhereNothingIsRegistered) { EXPECT_EQ(Find(), nullptr); }
+TEST_F(InstalledEngine, IsNoneWhereNothingIsRegistered) {
+  EXPECT_EQ(Find(), nullptr);
+}
 
 TEST_F(InstalledEngine, IsTheFirstByPreference) {
   const DaoServer newest(jetEngine, L"DAO.DBEngine.160");
@@ -37,7 +39,8 @@ TEST_F(InstalledEngine, LeavesOutThoseThatCannotWork) {
     half.FailAt(call, 3633);
     EXPECT_EQ(Find()->Name(), u"DAO.DBEngine.150") << call;
     ASSERT_EQ(unusable.size(), 2u);
-    EXPECT_TRUE(unusable[0].starts_with(u"DAO.DBEngine.120: 429 0x8004")) << platform::Utf8FromUtf16(unusable[0]);
+    EXPECT_TRUE(unusable[0].starts_with(u"DAO.DBEngine.120: 429 0x8004"))
+        << platform::Utf8FromUtf16(unusable[0]);
     EXPECT_TRUE(unusable[1].starts_with(u"DAO.DBEngine.140: 3633 "));
     EXPECT_EQ(half.Objects(), 0) << call;
   }
@@ -80,7 +83,8 @@ TEST_F(InstalledEngine, ShowsAtOnceWhatAStatementDefines) {
   const auto tables = database->TableDefs();
   const int before = tables->Count();
   int made = 0;
-  for (const char16_t* statement : {u"CREATE TABLE T1 (A LONG)", u" create\r\ntable T2 (A LONG)", u"SELECT A INTO T3 FROM T1"}) {
+  for (const char16_t* statement : {u"CREATE TABLE T1 (A LONG)", u" create\r\ntable T2 (A LONG)",
+                                    u"SELECT A INTO T3 FROM T1"}) {
     database->Execute(statement, made == 1 ? dao::dbFailOnError : 0);
     EXPECT_EQ(tables->Count(), before + ++made);
     EXPECT_EQ(tables->Item(u"T" + platform::DecimalText(made))->Fields()->Count(), 1);

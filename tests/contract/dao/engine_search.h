@@ -10,7 +10,7 @@ namespace zimbrat::tests {
 
 inline std::shared_ptr<dao::Engine> FindEngine(platform::System& system) {
   return platform::FindInstalledEngine(
-      {*system.files, *system.clock, [](std::u16string_view) { return std::nullopt; }, [] {}});
+      {*system.files, *system.clock, [](std::u16string_view, bool) { return std::nullopt; }, [] {}});
 }
 
 }  // namespace zimbrat::tests

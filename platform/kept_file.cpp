@@ -1,4 +1,4 @@
-#include "kept_file.h"
+#include "platform/kept_file.h"
 
 #include <utility>
 
@@ -6,18 +6,16 @@
 #include "platform/run_time_error.h"
 #include "platform/text.h"
 
-namespace zimbrat::jet {
+namespace zimbrat::platform {
 
 namespace {
 
-using platform::OpenMode;
-using platform::Sharing;
-
 constexpr std::u16string_view kUnfinishedSuffix = u".zimbrat-uszkodzona";
 constexpr std::u16string_view kKeptSuffix = u".uszkodzona";
+
 }  // namespace
 
-KeptFile::KeptFile(platform::Files& files, std::u16string original, std::u16string workingPath)
+KeptFile::KeptFile(Files& files, std::u16string original, std::u16string workingPath)
     : files_(files),
       original_(std::move(original)),
       workingPath_(std::move(workingPath)),
@@ -38,21 +36,21 @@ void KeptFile::RemoveUnfinished() {
   if (files_.State(unfinished_)) files_.Delete(unfinished_);
 }
 
-bool KeptFile::IsCopyOf(const std::u16string& path, platform::File& source) {
+bool KeptFile::IsCopyOf(const std::u16string& path, File& source) {
   try {
-    return platform::HaveSameContents(*files_.Open(path, OpenMode::Read, Sharing::All), source, {});
-  } catch (const platform::RunTimeError&) {
+    return HaveSameContents(*files_.Open(path, OpenMode::Read, Sharing::All), source, {});
+  } catch (const RunTimeError&) {
     return false;  // a file that cannot be read is none to rely on
   }
 }
 
-void KeptFile::Write(platform::File& source, const std::function<void()>& pulse) {
+void KeptFile::Write(File& source, const std::function<void()>& pulse) {
   const auto copy = files_.Open(unfinished_, OpenMode::CreatePrivate, Sharing::None);
-  platform::CopyContents(source, *copy, pulse);
+  CopyContents(source, *copy, pulse);
   copy->Flush();
 }
 
-void KeptFile::Make(platform::File& source, const std::function<void()>& pulse) {
+void KeptFile::Make(File& source, const std::function<void()>& pulse) {
   const std::u16string first = original_ + std::u16string(kKeptSuffix);
   std::u16string name = first;
   for (int number = 2; files_.State(name); ++number) {
@@ -60,7 +58,7 @@ void KeptFile::Make(platform::File& source, const std::function<void()>& pulse) 
       path_ = name;
       return;
     }
-    name = first + u"-" + platform::DecimalText(number);
+    name = first + u"-" + DecimalText(number);
   }
   Write(source, pulse);
   files_.CopyAttributes(original_, unfinished_);
@@ -69,4 +67,4 @@ void KeptFile::Make(platform::File& source, const std::function<void()>& pulse) 
   files_.Move(unfinished_, path_);
 }
 
-}  // namespace zimbrat::jet
+}  // namespace zimbrat::platform
