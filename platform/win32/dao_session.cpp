@@ -165,8 +165,8 @@ class DaoDatabase : public dao::Database, public DaoMembers {
   const std::shared_ptr<C>& Definitions(std::shared_ptr<C>& kept, const char16_t* member,
                                         std::u16string_view source) {
     object_.Reference();
-    if (!kept)
-      kept = std::make_shared<C>(parts_, source, object_.AskObject(member), Follows::Changes);
+    if (kept) return kept;
+    kept = std::make_shared<C>(parts_, source, object_.AskObject(member), Follows::Changes);
     return kept;
   }
 
