@@ -112,6 +112,10 @@ void TakeDialogs(tests::Stage& stage, Album& album) {
     const tests::Person person({Then(album.Taking("13-plik"), Press(IDCANCEL))});
     stage.form->txtBazaNazwa.Click();
   }
+  {
+    const tests::Person person({Then(album.Taking("18-informacje"), Press(IDOK))});
+    stage.form->ShowInformation();
+  }
   dialogs::dlgBazaHaslo password(stage.windows);
   password.NoweHaslo(true);
   password.txtOpis.SetText(stage.bench.PathOf(u"Firma ABC.mdb"));
