@@ -20,7 +20,11 @@ KeptFile::KeptFile(Files& files, std::u16string original, std::u16string working
       original_(std::move(original)),
       workingPath_(std::move(workingPath)),
       unfinished_(original_ + std::u16string(kUnfinishedSuffix)) {
-  RemoveUnfinished();
+  try {
+    RemoveUnfinished();
+  } catch (const RunTimeError&) {
+    // Another user's: it is in the way only of those who need a copy.
+  }
 }
 
 KeptFile::~KeptFile() {
@@ -45,6 +49,7 @@ bool KeptFile::IsCopyOf(const std::u16string& path, File& source) {
 }
 
 void KeptFile::Write(File& source, const std::function<void()>& pulse) {
+  RemoveUnfinished();  // of an attempt before
   const auto copy = files_.Open(unfinished_, OpenMode::CreatePrivate, Sharing::None);
   CopyContents(source, *copy, pulse);
   copy->Flush();
@@ -62,9 +67,9 @@ void KeptFile::Make(File& source, const std::function<void()>& pulse) {
   }
   Write(source, pulse);
   files_.CopyAttributes(original_, unfinished_);
+  files_.Move(unfinished_, name);
   path_ = name;
   isOurs_ = true;
-  files_.Move(unfinished_, path_);
 }
 
 }  // namespace zimbrat::platform

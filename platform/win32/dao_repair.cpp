@@ -45,11 +45,15 @@ class EngineRepair {
   FileState StateOfFile();
   std::optional<StoredTables> FormerTables();
   bool DoesRepair(const std::u16string& nothing);
+  bool RepairCopy(const std::u16string& copy);
+  void Compact(const std::u16string& copy);
   void Write(const std::u16string& copy);
   void Verify(const std::u16string& copy, const std::optional<StoredTables>& former);
   void Compare(dao::Database& copy, const std::optional<StoredTables>& former);
   bool IsProtected(const std::u16string& copy);
-  void PutInPlace(WorkingFile& copy, KeptFile& kept, const FileState& state);
+  std::unique_ptr<File> Hold();
+  void PutInPlace(WorkingFile& copy, KeptFile& kept, const FileState& state,
+                  std::unique_ptr<File> held);
   [[noreturn]] void Refuse(std::u16string_view why) {
     engine_.Raise(kErrCannotRepair, u": " + std::u16string(why));
   }
@@ -121,9 +125,11 @@ bool IsOfSurroundings(const RunTimeError& error) {
 std::optional<StoredTables> EngineRepair::FormerTables() {
   std::optional<StoredTables> tables;
   try {
-    WithPassword([&] {
-      InDatabase(path_, true, password_,
-                 [&](dao::Database& database) { tables = TablesOf(database); });
+    Patiently([&] {
+      WithPassword([&] {
+        InDatabase(path_, true, password_,
+                   [&](dao::Database& database) { tables = TablesOf(database); });
+      });
     });
   } catch (const RunTimeError& error) {
     if (IsOfSurroundings(error)) throw;
@@ -138,39 +144,47 @@ bool EngineRepair::DoesRepair(const std::u16string& nothing) {
     engine_.Ask(u"RepairDatabase", TextVariant(nothing));
     return false;
   } catch (const RunTimeError& error) {
-    constexpr std::int32_t kRefusals[] = {kErrNotSupported, kErrNoSuchMember,
-                                          kErrActionNotSupported};
-    if (error.Number() == kErrCouldNotFindFile) return true;
-    if (std::ranges::find(kRefusals, error.Number()) == std::end(kRefusals)) throw;
+    return error.Number() == kErrCouldNotFindFile;
+  }
+}
+
+// False when the engine refuses after all.
+bool EngineRepair::RepairCopy(const std::u16string& copy) {
+  {
+    const auto from = needs_.files.Open(path_, OpenMode::Read, Sharing::None);
+    const auto to = needs_.files.Open(copy, OpenMode::CreatePrivate, Sharing::None);
+    CopyContents(*from, *to, needs_.pulse);
+  }
+  try {
+    engine_.Ask(u"RepairDatabase", TextVariant(copy));
+    return true;
+  } catch (const RunTimeError& error) {
+    if (error.Number() != kErrNotSupported) throw;
     return false;
   }
 }
 
+void EngineRepair::Compact(const std::u16string& copy) {
+  // What an attempt before left.
+  if (needs_.files.State(copy)) needs_.files.Delete(copy);
+  Variant connect =
+      password_.IsEmpty() ? MissingVariant() : TextVariant(dao::ConnectText(password_));
+  engine_.Ask(u"CompactDatabase", TextVariant(path_), TextVariant(copy), MissingVariant(),
+              MissingVariant(), std::move(connect));
+}
+
 void EngineRepair::Write(const std::u16string& copy) {
-  if (DoesRepair(copy)) {
-    const auto from = needs_.files.Open(path_, OpenMode::Read, Sharing::None);
-    auto to = needs_.files.Open(copy, OpenMode::CreatePrivate, Sharing::None);
-    CopyContents(*from, *to, needs_.pulse);
-    to.reset();
-    engine_.Ask(u"RepairDatabase", TextVariant(copy));
-    return;
-  }
-  WithPassword([&] {
-    // What an attempt with another password left.
-    if (needs_.files.State(copy)) needs_.files.Delete(copy);
-    Variant connect =
-        password_.IsEmpty() ? MissingVariant() : TextVariant(dao::ConnectText(password_));
-    engine_.Ask(u"CompactDatabase", TextVariant(path_), TextVariant(copy), MissingVariant(),
-                MissingVariant(), std::move(connect));
-  });
+  if (DoesRepair(copy) && RepairCopy(copy)) return;
+  Patiently([&] { WithPassword([&] { Compact(copy); }); });
 }
 
 void EngineRepair::Compare(dao::Database& copy, const std::optional<StoredTables>& former) {
   const std::u16string version = copy.Version();
   if (version != kJet4) Refuse(u"aparat bazy danych zapisał plik w formacie " + version);
   const StoredTables tables = TablesOf(copy);
-  if (tables.losses > (former ? former->losses : 0)) {
-    Refuse(u"aparat bazy danych straciłby część danych (" + TextOfLosses(copy) +
+  const std::u16string losses = TextOfNewLosses(former.value_or(StoredTables()), tables);
+  if (!losses.empty()) {
+    Refuse(u"aparat bazy danych straciłby część danych (" + losses +
            u"). Plik pozostał bez zmian; więcej odzyskuje silnik wbudowany");
   }
   if (!former && tables.rows.empty()) Refuse(u"aparat bazy danych nie odzyskał żadnej tabeli");
@@ -188,19 +202,27 @@ bool EngineRepair::IsProtected(const std::u16string& copy) {
 
 // Engines pass over a password that a file does not want, and not all of them keep it.
 void EngineRepair::Verify(const std::u16string& copy, const std::optional<StoredTables>& former) {
-  Patiently([&] {
+  WithPassword([&] {
     InDatabase(copy, true, password_, [&](dao::Database& database) { Compare(database, former); });
   });
   if (password_.IsEmpty() || IsProtected(copy)) return;
   InDatabase(copy, false, {},
              [&](dao::Database& database) { database.NewPassword(u"", password_); });
+  if (!IsProtected(copy)) Refuse(u"nie udało się zachować hasła bazy");
 }
 
-// Held against writers from before the look at it to the rename.
-void EngineRepair::PutInPlace(WorkingFile& copy, KeptFile& kept, const FileState& state) {
+std::unique_ptr<File> EngineRepair::Hold() {
+  std::unique_ptr<File> held;
+  Patiently([&] { held = needs_.files.Open(path_, OpenMode::Read, Sharing::None); });
+  return held;
+}
+
+// A rename that fails has let go of the file: what became of it meanwhile is looked at.
+void EngineRepair::PutInPlace(WorkingFile& copy, KeptFile& kept, const FileState& state,
+                              std::unique_ptr<File> held) {
   Patiently([&] { needs_.files.Open(copy.Path(), OpenMode::ReadWrite, Sharing::None)->Flush(); });
   Patiently([&] {
-    auto held = needs_.files.Open(path_, OpenMode::Read, Sharing::None);
+    if (!held) held = needs_.files.Open(path_, OpenMode::Read, Sharing::None);
     const FileState now = StateOfFile();
     const bool isSame =
         now.IsSameFile(state) && now.size == state.size && now.modified == state.modified;
@@ -218,14 +240,15 @@ dao::RepairOutcome EngineRepair::Run() {
   const std::optional<StoredTables> former = FormerTables();
   needs_.pulse();
   Write(copy.Path());
-  // The engine had the file for itself until now, and may have touched it.
+  // The engine had the file for itself until now; from here to the rename nobody writes to it.
+  std::unique_ptr<File> held = Hold();
   const FileState state = StateOfFile();
-  // It made the copy with the rights of the folder.
+  // The engine made the copy with the rights of the folder.
   needs_.files.CopyAttributes(path_, copy.Path());
   needs_.pulse();
-  Verify(copy.Path(), former);
+  Patiently([&] { Verify(copy.Path(), former); });
   needs_.pulse();
-  PutInPlace(copy, kept, state);
+  PutInPlace(copy, kept, state, std::move(held));
   return outcome_;
 }
 

@@ -93,9 +93,9 @@ bool ChangesDefinitions(std::u16string_view statement) {
   constexpr std::u16string_view kWords[] = {u"CREATE", u"ALTER", u"DROP", u"SELECT"};
   const std::size_t start = std::min(statement.find_first_not_of(u" \t\r\n"), statement.size());
   const std::u16string_view rest = statement.substr(start);
-  const std::u16string_view word = rest.substr(0, rest.find_first_of(u" \t\r\n"));
-  return std::ranges::any_of(
-      kWords, [&](std::u16string_view known) { return EqualIgnoringCase(word, known); });
+  return std::ranges::any_of(kWords, [&](std::u16string_view word) {
+    return EqualIgnoringCase(rest.substr(0, word.size()), word);
+  });
 }
 
 class DaoDatabase : public dao::Database, public DaoMembers {

@@ -1,6 +1,9 @@
 #include "stored_tables.h"
 
 #include <algorithm>
+#include <iterator>
+#include <span>
+#include <utility>
 
 #include "platform/text.h"
 
@@ -10,7 +13,8 @@ namespace {
 // By the spelling of different versions.
 constexpr std::u16string_view kLossTables[] = {u"MSysCompactError", u"MSysCompactErrors"};
 constexpr std::u16string_view kOwnPrefixes[] = {u"MSYS", u"~"};
-constexpr int kMostLosses = 3;
+constexpr std::size_t kMostRead = 10'000;  // rows
+constexpr std::size_t kMostLosses = 3;
 constexpr std::size_t kMostOfLoss = 50;  // characters
 
 bool IsLossTable(std::u16string_view name) {
@@ -24,6 +28,25 @@ bool IsUsers(std::u16string_view name) {
       kOwnPrefixes, [&](std::u16string_view prefix) { return upper.starts_with(prefix); });
 }
 
+// Each row as its texts: description and table, whatever the columns are called.
+void ReadLosses(dao::Database& database, std::u16string_view table, StoredTables& stored) {
+  const auto rows = database.OpenRecordset(table, dao::dbOpenSnapshot);
+  for (; !rows->EndOfFile() && stored.losses.size() < kMostRead; rows->MoveNext()) {
+    std::u16string loss = u"?";
+    const auto fields = rows->Fields();
+    const int count = fields->Count();
+    for (int i = 0; i < count; ++i) {
+      const dao::Value value = fields->Item(i)->Value();
+      const auto* text = std::get_if<std::u16string>(&value);
+      if (text == nullptr) continue;
+      if (loss == u"?") loss.clear();
+      loss.append(loss.empty() ? u"" : u" ").append(*text);
+    }
+    stored.losses.insert(std::move(loss));
+  }
+  rows->Close();
+}
+
 }  // namespace
 
 StoredTables TablesOf(dao::Database& database) {
@@ -34,25 +57,17 @@ StoredTables TablesOf(dao::Database& database) {
     const auto table = tables->Item(i);
     const std::u16string name = table->Name();
     if (IsUsers(name)) stored.rows.emplace(name, table->RecordCount());
-    if (IsLossTable(name)) stored.losses += table->RecordCount();
+    if (IsLossTable(name)) ReadLosses(database, name, stored);
   }
   return stored;
 }
 
-std::u16string TextOfLosses(dao::Database& database) {
+std::u16string TextOfNewLosses(const StoredTables& before, const StoredTables& now) {
+  std::vector<std::u16string> added;
+  std::ranges::set_difference(now.losses, before.losses, std::back_inserter(added));
   std::u16string text;
-  const auto tables = database.TableDefs();
-  const int count = tables->Count();
-  for (int i = 0; i < count; ++i) {
-    const std::u16string name = tables->Item(i)->Name();
-    if (!IsLossTable(name)) continue;
-    const auto rows = database.OpenRecordset(name, dao::dbOpenSnapshot);
-    for (int left = kMostLosses; left > 0 && !rows->EndOfFile(); --left, rows->MoveNext()) {
-      const dao::Value why = rows->Fields()->Item(u"ErrorDescription")->Value();
-      const auto* told = std::get_if<std::u16string>(&why);
-      if (told != nullptr) text.append(text.empty() ? u"" : u"; ").append(*told, 0, kMostOfLoss);
-    }
-    rows->Close();
+  for (const std::u16string& loss : std::span(added).first(std::min(added.size(), kMostLosses))) {
+    text.append(text.empty() ? u"" : u"; ").append(loss, 0, kMostOfLoss);
   }
   return text;
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -12,14 +13,14 @@ namespace zimbrat::platform {
 
 struct StoredTables {
   std::map<std::u16string, std::int32_t> rows;  // of each user's table, by its name; -1: linked
-  std::int32_t losses = 0;  // that engines listed: now, or at a compaction long ago
+  std::multiset<std::u16string> losses;  // that engines listed: now, or at a compaction long ago
 };
 
 // Without the engines' own tables and the remains of deleted ones.
 StoredTables TablesOf(dao::Database& database);
 
-// Of some of the losses, short.
-std::u16string TextOfLosses(dao::Database& database);
+// Some of the losses that were not there before, short; empty when there are none.
+std::u16string TextOfNewLosses(const StoredTables& before, const StoredTables& now);
 
 // The tables with fewer rows than before, a line each for people; `missing` gets the name of one
 // that is not there.
