@@ -18,12 +18,6 @@ struct NumberText {
 };
 
 constexpr NumberText kTexts[] = {
-    {kErrInvalidCall, u"Nieprawidłowe wywołanie procedury lub argument"},
-    {kErrOverflow, u"Przepełnienie"},
-    {kErrOutOfMemory, u"Brak pamięci"},
-    {kErrDivisionByZero, u"Dzielenie przez zero"},
-    {kErrTypeMismatch, u"Niezgodność typów"},
-    {kErrInvalidNull, u"Nieprawidłowe użycie wartości Null"},
     {kErrInvalidArgument, u"Nieprawidłowy argument."},
     {kErrTooManyTransactions, u"Zbyt wiele zagnieżdżonych transakcji."},
     {kErrBadDatabaseName, u"„%1” nie jest prawidłową nazwą bazy danych."},
@@ -222,7 +216,10 @@ RunTimeError FileErrorAsDao(const RunTimeError& error) {
 std::u16string ErrorText(std::int32_t number, std::u16string_view a, std::u16string_view b) {
   const auto* found = std::find_if(std::begin(kTexts), std::end(kTexts),
                                    [&](const NumberText& row) { return row.number == number; });
-  if (found == std::end(kTexts)) return u"Błąd aparatu bazy danych.";
+  if (found == std::end(kTexts)) {
+    const std::u16string_view own = TextOfError(number);
+    return std::u16string(own.empty() ? u"Błąd aparatu bazy danych." : own);
+  }
   std::u16string text;
   for (std::size_t i = 0; i < found->text.size(); ++i) {
     if (found->text[i] == u'%' && i + 1 < found->text.size()) {

@@ -25,7 +25,7 @@ inline constexpr std::u16string_view kSourceRelation = u"DAO.Relation";
 inline constexpr std::u16string_view kSourceRelations = u"DAO.Relations";
 inline constexpr std::u16string_view kSourceRecordset = u"DAO.Recordset";
 
-// The text of an error number, `a` and `b` set in where it names something.
+// The text of an error number of DAO or Visual Basic, `a` and `b` set in where it names something.
 std::u16string ErrorText(std::int32_t number, std::u16string_view a = {}, std::u16string_view b = {});
 
 // The error in a catch block on its way out: with that source unless it has one of DAO's, with DAO's number for

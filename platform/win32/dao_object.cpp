@@ -21,8 +21,7 @@ void DaoContext::RaiseOf(AutomationError error, std::u16string_view source) {
     // A list that makes no sense; what the call itself told is kept.
   }
   if (error.source.empty()) error.source = source;
-  const bool isDao = error.number > 0 && TextOfError(error.number).empty();
-  if (error.description.empty() && isDao) error.description = dao::ErrorText(error.number);
+  if (error.description.empty() && error.number > 0) error.description = dao::ErrorText(error.number);
   platform::Raise(error);
 }
 

@@ -18,7 +18,6 @@ namespace zimbrat::tests {
 
 using Reference = platform::ComReference<IDispatch>;
 
-
 // A value of automation that can be copied.
 class Any {
  public:
