@@ -17,21 +17,25 @@ struct RelationHome {
   ConnectionPtr connection;
   std::u16string name;
   bool live = false;
-  std::uint64_t version = ~std::uint64_t{0};  // the one in which it was there
+  std::uint64_t losses = 0;  // of the catalogue, when it was there
 
   // Error 3420 when it was deleted or the database closed.
   void RequireThere() {
     connection->File();
-    if (!live || version == connection->Version()) return;
-    const std::vector<Relationship> all = connection->GetRelationships().List();
-    if (std::none_of(all.begin(), all.end(), [&](const Relationship& r) { return EqualText(r.name, name); })) {
-      Raise(kErrObjectInvalid);
-    }
-    version = connection->Version();
+    if (!live || losses == connection->GetCatalog().Losses()) return;
+    if (!connection->GetCatalog().FindRelationship(name) && !IsListed()) Raise(kErrObjectInvalid);
+    losses = connection->GetCatalog().Losses();
   }
   void BecomeLive() {
     live = true;
-    version = connection->Version();
+    losses = connection->GetCatalog().Losses();
+  }
+
+ private:
+  // Some files have rows of a relationship without its object.
+  bool IsListed() {
+    const std::vector<Relationship> all = connection->GetRelationships().List();
+    return std::any_of(all.begin(), all.end(), [&](const Relationship& r) { return EqualText(r.name, name); });
   }
 };
 using RelationHomePtr = std::shared_ptr<RelationHome>;

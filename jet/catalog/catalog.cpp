@@ -296,6 +296,7 @@ void Catalog::RemoveAccessEntries(std::int32_t id) {
 }
 
 void Catalog::Remove(std::int32_t id) {
+  ++removals_;
   const CatalogObject object = Require(id);
   Table& table = SystemTable(kObjectsPage);
   table.Delete(object.row, table.Read(object.row));

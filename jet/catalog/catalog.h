@@ -57,6 +57,8 @@ class Catalog {
  public:
   Catalog(Storage storage, platform::Clock& clock) : storage_(storage), clock_(clock) {}
 
+  // Grows whenever an object may have gone: dropped, or its making undone.
+  std::uint64_t Losses() const { return removals_ + storage_.pager.Generation(); }
   // In the order of the catalogue's rows. Valid until the catalogue changes.
   const std::vector<CatalogObject>& Objects();
   // Tables and links; names without regard to case, as the sort order compares.
@@ -107,6 +109,7 @@ class Catalog {
   Storage storage_;
   platform::Clock& clock_;
   bool loaded_ = false;
+  std::uint64_t removals_ = 0;
   std::uint64_t generation_ = 0;
   std::vector<CatalogObject> objects_;
   // Ids by the sort keys of the names: tables, links and queries share one space, relationships have
