@@ -31,7 +31,7 @@ TEST_P(CallFaults, LeaveTheOldFileOrASoundNewOne) {
   const auto& [task, wrong, forGood] = GetParam();
   const std::uint64_t last = CountCalls(task, Ground::Memory, false);
   std::uint64_t rounds = 0;
-  for (const std::uint64_t n : Calls(last, 3, 2 * wrong.turn + (forGood ? 1 : 0))) {
+  for (const std::uint64_t n : LoopNumbers(last, 3, 2 * wrong.turn + (forGood ? 1 : 0))) {
     Stage stage(task, Ground::Memory);
     stage.files.plan = {.call = n, .how = wrong.how, .error = wrong.error, .forGood = forGood};
     const bool done = stage.Run();
@@ -44,7 +44,7 @@ TEST_P(CallFaults, LeaveTheOldFileOrASoundNewOne) {
     if (HasFailure()) return;
     ++rounds;
   }
-  std::cout << "[  rounds  ] " << rounds << " of " << last << " calls\n";
+  TellLoop("calls", rounds, last);
 }
 
 std::string NameOf(const testing::TestParamInfo<Case>& row) {

@@ -31,7 +31,7 @@ TEST_P(Crashes, LeaveTheOldFileOrASoundNewOneAndTheWayFree) {
   const bool isHalfway = fault == Fault::EndHalfway;
   const std::uint64_t last = CountCalls(task, Ground::Disk, isHalfway);
   std::uint64_t rounds = 0;
-  for (const std::uint64_t n : Calls(last, 4, isHalfway ? 1 : 0)) {
+  for (const std::uint64_t n : LoopNumbers(last, 4, isHalfway ? 1 : 0)) {
     Stage stage(task, Ground::Disk);
     stage.files.plan = {.call = n, .how = fault, .changesOnly = isHalfway};
     const std::string where = std::string(task.name) + " call " + std::to_string(n);
@@ -42,7 +42,7 @@ TEST_P(Crashes, LeaveTheOldFileOrASoundNewOneAndTheWayFree) {
     if (HasFailure()) return;
     ++rounds;
   }
-  std::cout << "[  rounds  ] " << rounds << " of " << last << " calls\n";
+  TellLoop("calls", rounds, last);
 }
 
 INSTANTIATE_TEST_SUITE_P(Tasks, Crashes,

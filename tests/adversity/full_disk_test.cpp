@@ -27,7 +27,7 @@ TEST_P(FullDisk, IsToldAndLeavesTheOldFile) {
   constexpr std::uint64_t kStep = 512;
   const std::uint64_t need = MostNeeded(task);
   std::uint64_t rounds = 0;
-  for (const std::uint64_t n : Calls(need / kStep, 5)) {
+  for (const std::uint64_t n : LoopNumbers(need / kStep, 5, 0)) {
     Stage stage(task, Ground::Memory);
     const std::uint64_t before = stage.volume.Used();
     stage.volume.room = before + n * kStep - kStep;
@@ -46,7 +46,7 @@ TEST_P(FullDisk, IsToldAndLeavesTheOldFile) {
     if (HasFailure()) return;
     ++rounds;
   }
-  std::cout << "[  rounds  ] " << rounds << " up to " << need << " bytes\n";
+  TellLoop("blocks", rounds, need / kStep);
 }
 
 INSTANTIATE_TEST_SUITE_P(Tasks, FullDisk,

@@ -39,7 +39,7 @@ TEST_P(MemoryFaults, LeaveTheOldFileOrASoundNewOne) {
   CountAllocations(task);  // the first time fills what the standard library keeps
   const std::uint64_t last = CountAllocations(task);
   std::uint64_t rounds = 0;
-  for (const std::uint64_t n : Calls(last, 8, forGood ? 1 : 0)) {
+  for (const std::uint64_t n : LoopNumbers(last, 8, forGood ? 1 : 0)) {
     Stage stage(task, Ground::Memory);
     const bool done = RunWithout(stage, n, forGood);
     const std::string where = std::string(task.name) + " allocation " + std::to_string(n);
@@ -49,7 +49,7 @@ TEST_P(MemoryFaults, LeaveTheOldFileOrASoundNewOne) {
     if (HasFailure()) return;
     ++rounds;
   }
-  std::cout << "[  rounds  ] " << rounds << " of " << last << " allocations\n";
+  TellLoop("allocations", rounds, last);
 }
 
 std::string NameOf(const testing::TestParamInfo<Case>& row) {

@@ -12,7 +12,7 @@ TEST_P(PowerLosses, LeaveTheOldFileOrASoundNewOne) {
   const auto& [task, loss] = GetParam();
   const std::uint64_t last = CountCalls(task, Ground::Memory, true);
   std::uint64_t rounds = 0;
-  for (const std::uint64_t n : Calls(last, 4, static_cast<std::uint64_t>(loss))) {
+  for (const std::uint64_t n : LoopNumbers(last, 4, static_cast<std::uint64_t>(loss))) {
     Stage stage(task, Ground::Memory);
     stage.files.tracksUnsynced = true;
     stage.files.plan = {.call = n, .forGood = true, .changesOnly = true};
@@ -27,7 +27,7 @@ TEST_P(PowerLosses, LeaveTheOldFileOrASoundNewOne) {
     if (HasFailure()) return;
     ++rounds;
   }
-  std::cout << "[  rounds  ] " << rounds << " of " << last << " changes\n";
+  TellLoop("changes", rounds, last);
 }
 
 class FolderEntry : public testing::TestWithParam<Task> {};

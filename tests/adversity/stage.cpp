@@ -1,6 +1,5 @@
 #include "tests/adversity/stage.h"
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "tests/support/error_of.h"
@@ -128,14 +127,6 @@ void Stage::CheckCleanRun(const std::string& where) {
   EXPECT_TRUE(Run()) << where << ": again: " << text;
   CheckOutcome(true, where + " again");
   EXPECT_EQ(Leftovers(), "") << where;
-}
-
-std::vector<std::uint64_t> Calls(std::uint64_t last, std::uint64_t rounds, std::uint64_t turn) {
-  const bool all = std::getenv("ZIMBRAT_ALL") != nullptr;
-  const std::uint64_t step = all ? 1 : std::max<std::uint64_t>(1, last / std::max<std::uint64_t>(1, rounds));
-  std::vector<std::uint64_t> calls;
-  for (std::uint64_t n = 1 + turn * 37 % step; n <= last; n += step) calls.push_back(n);
-  return calls;
 }
 
 std::uint64_t CountCalls(const Task& task, Ground ground, bool changesOnly) {

@@ -9,6 +9,7 @@
 
 #include "tests/adversity/tasks.h"
 #include "tests/support/failing_files.h"
+#include "tests/support/rounds.h"
 #include "tests/support/small_volume.h"
 
 namespace zimbrat::tests {
@@ -62,10 +63,6 @@ class Stage {
   DatabaseBench bench;
   std::string text;
 };
-
-// Numbers from 1 to `last`: all of them with ZIMBRAT_ALL=1, else about `rounds` spread evenly, those
-// of another `turn` between them.
-std::vector<std::uint64_t> Calls(std::uint64_t last, std::uint64_t rounds, std::uint64_t turn = 0);
 
 // How many calls one undisturbed run makes.
 std::uint64_t CountCalls(const Task& task, Ground ground, bool changesOnly);

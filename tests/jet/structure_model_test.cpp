@@ -19,6 +19,7 @@
 #include "structure_model.h"
 #include "tests/support/error_of.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/rounds.h"
 #include "tests/support/temp_folder.h"
 
 namespace zimbrat::tests {
@@ -409,19 +410,13 @@ class StructureModel {
 
 class RandomStructure : public ::testing::TestWithParam<bool> {};
 
-long NumberFrom(const char* variable, long otherwise) {
-  const char* given = std::getenv(variable);
-  return given ? std::atol(given) : otherwise;
-}
-
 }  // namespace
 
 TEST_P(RandomStructure, IsThatOfTheModel) {
-  const auto seed = static_cast<std::uint32_t>(NumberFrom("ZIMBRAT_SEED", std::random_device{}() & 0x7FFFFFFF));
-  std::cout << "ZIMBRAT_SEED=" << seed << '\n';
-  StructureModel model(seed, GetParam());
+  StructureModel model(SeedOfRound(), GetParam());
   const long batches = NumberFrom("ZIMBRAT_STEPS", 6'000) / kStepsOfABatch;
   for (long i = 0; i < batches && !HasFailure(); ++i) model.Batch();
+  TellCounts({{"operations", static_cast<std::uint64_t>(batches * kStepsOfABatch)}});
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, RandomStructure, ::testing::Bool(),

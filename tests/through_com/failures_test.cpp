@@ -104,7 +104,7 @@ TEST_P(FailingCalls, ReleaseEverythingAndTell) {
   }
   const AllocationCount count;
   std::uint64_t rounds = 0;
-  for (const std::uint64_t call : Calls(static_cast<std::uint64_t>(last), 50)) {
+  for (const std::uint64_t call : LoopNumbers(static_cast<std::uint64_t>(last), 50, 0)) {
     {
       Stage stage(task, Ground::Disk, engines::Wish::Installed);
       const Outcome outcome = Run(stage, call);
