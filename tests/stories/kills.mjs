@@ -2,7 +2,9 @@
 // old file is there byte for byte, or a sound new one with the task's effect, and the template is as it was; the same
 // command simply works again, and after it nothing else is left, neither beside the database nor in the working folder.
 //
-//   node kills.mjs ROUNDS ZIMBRATC JETSQL JETCHECK GENERATOR [SEED]
+// A kill counts when the process died of it and was at work: its files lay about, or it had put the database in place.
+//
+//   node kills.mjs ROUNDS ZIMBRATC JETSQL JETCHECK GENERATOR [SEED]     the seed also from ZIMBRAT_SEED
 import { spawn } from "node:child_process";
 import fs from "node:fs";
 import path from "node:path";
@@ -11,7 +13,9 @@ import { setTimeout as sleep } from "node:timers/promises";
 import { faultOf, tasksOf } from "./made_tasks.mjs";
 import { attempt, expect, rounds, tell } from "./story.mjs";
 
-const [count, zimbratc, jetsql, jetcheck, generator, given] = process.argv.slice(2);
+const [count, ...words] = process.argv.slice(2);
+const [zimbratc, jetsql, jetcheck, generator] = words.slice(0, 4).map((program) => path.resolve(program));
+const given = words[4] ?? process.env.ZIMBRAT_SEED;
 const programs = { zimbratc, jetsql, jetcheck, generator };
 const seed = Number(given ?? Date.now() % 1000000);
 let state = seed;
@@ -31,14 +35,18 @@ await tell("kills", async (folder) => {
     for (const [name, content] of Object.entries(before)) fs.writeFileSync(path.join(data, name), content);
   }
 
-  // Uniformly over the time that a whole run takes, and a little beyond.
+  // Uniformly over the time that a whole run takes, and a little beyond. Returns whether it died of that.
   async function kill(task) {
     const child = spawn(zimbratc, task.words, { ...options, stdio: "ignore" });
-    const ended = new Promise((resolve) => child.on("exit", resolve));
+    const ended = new Promise((resolve) => child.on("exit", (status, signal) => resolve(signal)));
     await sleep(random() * task.whole * 1.1);
     child.kill("SIGKILL");
-    await ended;
+    return await ended === "SIGKILL";
   }
+
+  // Whether there are files that the run made for itself.
+  const hasOwnFiles = (task, before) =>
+    fs.readdirSync(work).length > 0 || fs.readdirSync(data).some((name) => !before[name] && name !== task.target);
 
   function isAsBefore(name, before) {
     const file = path.join(data, name);
@@ -74,14 +82,16 @@ await tell("kills", async (folder) => {
     }
     task.outcomes = { old: 0, new: 0 };
   }
+  const kills = { counted: 0, early: 0, late: 0 };
   const done = await rounds(Number(count), async (round) => {
     const task = tasks[round % tasks.length];
     const note = (holds, what) =>
       expect(holds, `seed ${seed}, round ${round}: ${task.name}, ${task.tables} tables: ${what}`);
     const before = task.before[Math.floor(random() * task.before.length)];
     lay(before);
-    await kill(task);
+    const wasAlive = await kill(task);
     const isOld = isAsBefore(task.target, before);
+    kills[!wasAlive ? "late" : !isOld || hasOwnFiles(task, before) ? "counted" : "early"] += 1;
     task.outcomes[isOld ? "old" : "new"] += 1;
     if (!isOld) {
       const fault = faultOf(programs, task, path.join(data, task.target), attempt);
@@ -92,7 +102,8 @@ await tell("kills", async (folder) => {
     }
     checkNextRun(task, before, !isOld, note);
   });
-  console.log(`${done} kills, seed ${seed}`);
+  console.log(`${done} rounds, seed ${seed}`);
+  console.log(`harden: kills=${kills.counted} kills-before-work=${kills.early} ends-before-kill=${kills.late}`);
   for (const { name, tables, whole, outcomes } of tasks) {
     console.log(`${name}, ${tables} tables, ${Math.round(whole)} ms: ` +
                 `${outcomes.old} kills left the old file, ${outcomes.new} the new one`);
