@@ -1,0 +1,54 @@
+// The parts of tools/harden. Each is built from a preset and has kinds of rounds; the round of seed s is of kind s
+// modulo their number. Of a loop every kind runs once, since it does the same each time.
+//
+//   kinds    the kinds, once everything is built: name, command, env
+//   limit    seconds after which a round counts as hanging
+//   aims     counts that all runs together are to reach
+import { spawnSync } from "node:child_process";
+
+const asan = "build/asan", native = "build/native";
+
+// The names of the tests in a GoogleTest program, as a filter takes them.
+function testsOf(program, top) {
+  const listed = spawnSync(program, ["--gtest_list_tests"], { cwd: top, encoding: "utf8" });
+  if (listed.status !== 0) throw new Error(`${program} does not list its tests: ${listed.stderr ?? listed.error}`);
+  let suite = "";
+  return listed.stdout.split("\n").flatMap((line) => {
+    const word = line.replace(/ *#.*/, "");
+    if (/^\S+\.$/.test(word)) suite = word;
+    return /^ {2}\S+$/.test(word) ? [suite + word.trim()] : [];
+  });
+}
+
+const gtest = (name, program, filter, env = {}) =>
+  ({ name, command: [program, `--gtest_filter=${filter}`], env });
+
+const modelKinds = () =>
+  ["Plain", "Encoded"].map((file) =>
+    gtest(file, `${asan}/tests/jet/jet_long_tests`, `*RandomStructure*${file}`, { ZIMBRAT_STEPS: "6000" }));
+
+const loops = /\bTasks\/(CallFaults|Crashes|FullDisk|PowerLosses)\./;
+
+const faultKinds = (top) => {
+  const program = `${asan}/tests/adversity/adversity_tests`;
+  return testsOf(program, top).filter((test) => loops.test(test))
+    .map((test) => gtest(test.replace(/^Tasks.(\w+)\..*\//, "$1."), program, test, { ZIMBRAT_ALL: "1" }));
+};
+
+const killKinds = () => [{
+  name: "kills", env: {},
+  command: ["node", "tests/stories/kills.mjs", "40",
+            ...["zimbratc", "jetsql", "jetcheck"].map((program) => `${native}/${program}`), "bench/make_structures"],
+}];
+
+export const parts = [
+  { name: "model", preset: "asan", targets: ["jet_long_tests"], kinds: modelKinds, limit: 600,
+    aims: { operations: 1000000 } },
+  { name: "fault", preset: "asan", targets: ["adversity_tests"], kinds: faultKinds, limit: 900,
+    isLoop: true, aims: {} },
+  // Sanitizers would make a run of the program, and so each kill, five times as long.
+  { name: "kill", preset: "native", targets: ["zimbratc", "jetsql", "jetcheck"], kinds: killKinds, limit: 600,
+    aims: { kills: 10000 } },
+];
+
+export const packages = ["cmake", "ninja-build", "g++", "ccache", "googletest"];
