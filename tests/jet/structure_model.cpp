@@ -1,86 +1,257 @@
 #include "structure_model.h"
 
 #include <algorithm>
-#include <set>
+#include <utility>
 
+#include "platform/error_numbers.h"
 #include "platform/text.h"
 
 namespace zimbrat::tests {
 
+namespace {
+
+using platform::EqualIgnoringCase;
+
+// Below these nothing is refused, whatever the texts are made of.
+constexpr std::size_t kSureRow = 3'900;
+constexpr std::size_t kSureKey = 180;
+constexpr std::size_t kLongValueInRow = 80;
+
+// What tells keys apart: the kind of value and its bytes, words without their case.
+std::string KeyPart(const dao::Value& value) {
+  std::string key(1, static_cast<char>('0' + value.index()));
+  const auto add = [&key](const auto& part) { key.append(reinterpret_cast<const char*>(&part), sizeof part); };
+  if (const auto* text = std::get_if<std::u16string>(&value)) {
+    for (const char16_t c : *text) key += static_cast<char>(c >= u'A' && c <= u'Z' ? c - u'A' + u'a' : c);
+  }
+  if (const auto* number = std::get_if<std::int16_t>(&value)) add(*number);
+  if (const auto* number = std::get_if<std::int32_t>(&value)) add(*number);
+  if (const auto* number = std::get_if<dao::Currency>(&value)) add(number->scaled);
+  if (const auto* number = std::get_if<float>(&value)) add(*number);
+  if (const auto* number = std::get_if<double>(&value)) add(*number);
+  if (const auto* number = std::get_if<dao::Date>(&value)) add(number->days);
+  if (const auto* guid = std::get_if<dao::Guid>(&value)) add(guid->bytes);
+  return key + '|';
+}
+
+std::size_t SizeInRow(const dao::Value& value, bool isLong) {
+  std::size_t size = 20;
+  if (const auto* text = std::get_if<std::u16string>(&value)) size += 2 * text->size();
+  if (const auto* bytes = std::get_if<dao::Binary>(&value)) size += bytes->size();
+  return isLong ? std::min(size, kLongValueInRow) : size;
+}
+
+}  // namespace
+
+bool ModelColumn::HasKnownKeys() const {
+  constexpr int types[] = {dao::dbInteger, dao::dbLong, dao::dbCurrency, dao::dbSingle, dao::dbDouble, dao::dbDate,
+                           dao::dbGUID};
+  return isWord || std::find(std::begin(types), std::end(types), type) != std::end(types);
+}
+
+bool ModelIndex::Has(std::u16string_view column) const {
+  return std::any_of(columns.begin(), columns.end(), [&](const auto& part) { return part.first == column; });
+}
+
 bool ModelTable::HasColumn(std::u16string_view name) const {
   return std::any_of(columns.begin(), columns.end(),
-                     [&](const ModelColumn& c) { return platform::EqualIgnoringCase(c.name, name); });
+                     [&](const ModelColumn& c) { return EqualIgnoringCase(c.name, name); });
 }
 
 bool ModelTable::IsIndexed(std::u16string_view column) const {
-  return std::any_of(indexes.begin(), indexes.end(), [&](const ModelIndex& index) {
-    return std::find(index.columns.begin(), index.columns.end(), column) != index.columns.end();
+  return std::any_of(indexes.begin(), indexes.end(), [&](const ModelIndex& index) { return index.Has(column); });
+}
+
+dao::Value ModelTable::ValueOf(std::int32_t id, const ModelRow& row, const std::u16string& column) {
+  return column == u"Id" ? dao::Value(id) : row.at(column);
+}
+
+std::set<std::int32_t> ModelTable::BreachesOf(const ModelIndex& index) const {
+  std::set<std::int32_t> breaches;
+  std::set<std::string> seen;
+  for (const auto& [id, row] : rows) {
+    std::string key;
+    std::size_t nulls = 0;
+    for (const auto& [column, descending] : index.columns) {
+      const dao::Value& value = row.at(column);
+      nulls += dao::IsNull(value) ? 1 : 0;
+      if (index.unique) key += KeyPart(value);
+    }
+    if (index.required && nulls > 0) breaches.insert(platform::kErrNullInIndex);
+    // Rows of nulls alone may repeat.
+    if (index.unique && nulls < index.columns.size() && !seen.insert(key).second) {
+      breaches.insert(platform::kErrDuplicateKey);
+    }
+  }
+  return breaches;
+}
+
+bool ModelTable::MayBeTooLarge(const ModelRow& row) const {
+  std::size_t size = 0;
+  for (const ModelColumn& column : columns) {
+    const bool isLong = column.type == dao::dbMemo || column.type == dao::dbLongBinary;
+    if (column.name != u"Id") size += SizeInRow(row.at(column.name), isLong);
+  }
+  return size > kSureRow || std::any_of(indexes.begin(), indexes.end(), [&](const ModelIndex& index) {
+           return MayBeTooLarge(row, index);
+         });
+}
+
+bool ModelTable::MayBeTooLarge(const ModelRow& row, const ModelIndex& index) {
+  std::size_t elements = 0;
+  for (const auto& [column, descending] : index.columns) {
+    if (const auto* text = std::get_if<std::u16string>(&row.at(column))) elements += text->size();
+    if (const auto* bytes = std::get_if<dao::Binary>(&row.at(column))) elements += bytes->size();
+  }
+  return elements > kSureKey;
+}
+
+bool ModelRelation::Uses(std::u16string_view ofTable, std::u16string_view ofColumn) const {
+  return (table == ofTable && column == ofColumn) || (foreignTable == ofTable && foreignColumn == ofColumn);
+}
+
+std::map<std::u16string, ModelTable>::iterator ModelDatabase::Find(std::u16string_view table) {
+  return std::find_if(tables.begin(), tables.end(),
+                      [&](const auto& entry) { return EqualIgnoringCase(entry.first, table); });
+}
+
+bool ModelDatabase::IsRelated(std::u16string_view table) const {
+  return std::any_of(relations.begin(), relations.end(), [&](const ModelRelation& relation) {
+    return relation.table == table || relation.foreignTable == table;
   });
 }
 
-bool ModelTable::Repeats(std::u16string_view column) const {
-  std::set<std::int32_t> seen;
-  for (const auto& [id, row] : rows) {
-    const auto* number = std::get_if<std::int32_t>(&row.at(std::u16string(column)));
-    if (number && !seen.insert(*number).second) return true;
+const ModelRelation* ModelDatabase::ParentOf(std::u16string_view table, std::u16string_view column) const {
+  for (const ModelRelation& relation : relations) {
+    const bool isIt = relation.foreignTable == table && relation.foreignColumn == column;
+    if (isIt && relation.IsEnforced()) return &relation;
   }
-  return false;
+  return nullptr;
 }
 
-bool ModelTable::BreaksAnIndex() const {
-  return std::any_of(indexes.begin(), indexes.end(),
-                     [&](const ModelIndex& index) { return index.unique && Repeats(index.columns.front()); });
+bool ModelDatabase::DependsOn(std::u16string_view from, std::u16string_view table) const {
+  return from == table || std::any_of(relations.begin(), relations.end(), [&](const ModelRelation& relation) {
+           return relation.foreignTable == from && DependsOn(relation.table, table);
+         });
 }
 
-std::u16string Chance::Name(std::u16string_view kind) {
-  constexpr std::u16string_view letters = u"abcdeńóśźż_ ABĄĆ";
-  std::u16string name(kind);
-  for (std::uint32_t i = Below(8); i > 0; --i) name += letters[Below(letters.size())];
-  return name + platform::DecimalText(Below(40));
+std::vector<std::int32_t> ModelChange::ChildrenOf(const ModelRelation& relation, const dao::Value& key) const {
+  std::vector<std::int32_t> children;
+  if (dao::IsNull(key)) return children;
+  for (const auto& [id, row] : database_.tables.at(relation.foreignTable).rows) {
+    if (row.at(relation.foreignColumn) == key) children.push_back(id);
+  }
+  return children;
 }
 
-std::u16string Chance::Text(std::size_t most) {
-  constexpr std::u16string_view letters = u"aąbcćdeę łńoóśźżÄß-'漢\u3042xyz0189";
-  std::u16string text(Below(most) + 1, u'x');
-  const std::size_t kinds = OneIn(3) ? 3 : letters.size();
-  for (char16_t& c : text) c = letters[Below(kinds)];
-  return text;
+void ModelChange::Put(const std::u16string& table, std::int32_t id, const ModelRow& row) {
+  auto& rows = database_.tables.at(table).rows;
+  const auto place = rows.find(id);
+  if (place == rows.end()) {
+    steps_.push_back({table, id, std::nullopt});
+    rows.emplace(id, row);
+    return;
+  }
+  const ModelRow former = std::exchange(place->second, row);
+  steps_.push_back({table, id, former});
+  for (const ModelRelation& relation : database_.relations) {
+    if (relation.table != table || !relation.IsEnforced() || relation.column == u"Id") continue;
+    const dao::Value& value = row.at(relation.column);
+    if (former.at(relation.column) == value) continue;
+    for (const std::int32_t child : ChildrenOf(relation, former.at(relation.column))) {
+      if ((relation.attributes & dao::dbRelationUpdateCascade) == 0) {
+        errors_.insert(platform::kErrRelatedRecords);
+        continue;
+      }
+      ModelRow follower = database_.tables.at(relation.foreignTable).rows.at(child);
+      follower[relation.foreignColumn] = value;
+      Put(relation.foreignTable, child, follower);
+    }
+  }
 }
 
-ModelColumn Chance::Column() {
-  constexpr int types[] = {dao::dbBoolean, dao::dbByte, dao::dbInteger, dao::dbLong, dao::dbLong, dao::dbCurrency,
-                           dao::dbSingle, dao::dbDouble, dao::dbDate, dao::dbBinary, dao::dbText, dao::dbText,
-                           dao::dbText, dao::dbMemo, dao::dbLongBinary, dao::dbGUID};
-  ModelColumn column{Name(u"Pole"), types[Below(std::size(types))], 0};
-  if (column.type == dao::dbText || column.type == dao::dbBinary) column.size = static_cast<int>(Below(200)) + 20;
-  return column;
+void ModelChange::Remove(const std::u16string& table, std::int32_t id) {
+  auto& rows = database_.tables.at(table).rows;
+  const auto place = rows.find(id);
+  if (place == rows.end()) return;
+  const ModelRow former = std::move(place->second);
+  rows.erase(place);
+  steps_.push_back({table, id, former});
+  for (const ModelRelation& relation : database_.relations) {
+    if (relation.table != table || !relation.IsEnforced()) continue;
+    for (const std::int32_t child : ChildrenOf(relation, ModelTable::ValueOf(id, former, relation.column))) {
+      if ((relation.attributes & dao::dbRelationDeleteCascade) != 0) {
+        Remove(relation.foreignTable, child);
+      } else {
+        left_.emplace_back(relation.foreignTable, child);
+      }
+    }
+  }
 }
 
-dao::Value Chance::ValueFor(const ModelColumn& column) {
-  if (column.type == dao::dbBoolean) return OneIn(2);
-  if (OneIn(6)) return dao::Null{};
-  const auto number = static_cast<std::int32_t>(Below(0xFFFFFFFF));
-  const auto bytes = [&](std::size_t size) {
-    dao::Binary value(size);
-    for (std::byte& b : value) b = static_cast<std::byte>(Below(256));
-    return value;
-  };
-  switch (column.type) {
-    case dao::dbByte: return static_cast<std::uint8_t>(number);
-    case dao::dbInteger: return static_cast<std::int16_t>(number);
-    case dao::dbLong: return OneIn(2) ? number : static_cast<std::int32_t>(Below(300));
-    case dao::dbCurrency: return dao::Currency{std::int64_t{number} * 1'000'003};
-    case dao::dbSingle: return static_cast<float>(number % 10'000) / 8.0f;
-    case dao::dbDouble: return number / 1024.0;
-    case dao::dbDate: return dao::Date{static_cast<double>(Below(60'000)) + Below(86'400) / 86'400.0};
-    case dao::dbBinary: return bytes(Below(static_cast<std::size_t>(column.size)) + 1);
-    case dao::dbText: return Text(static_cast<std::size_t>(column.size));
-    case dao::dbMemo: return Text(OneIn(15) ? 6'000 : 80);
-    case dao::dbLongBinary: return bytes(OneIn(15) ? 9'000 : 90);
-    default: {
-      dao::Guid guid;
-      for (std::byte& b : guid.bytes) b = static_cast<std::byte>(Below(256));
-      return guid;
+void ModelChange::JudgeRow(const std::u16string& name, std::int32_t id) {
+  const ModelTable& table = database_.tables.at(name);
+  const auto place = table.rows.find(id);
+  if (place == table.rows.end()) return;
+  const ModelRow& row = place->second;
+  for (const ModelColumn& column : table.columns) {
+    if (column.name == u"Id") continue;
+    const dao::Value& value = row.at(column.name);
+    if (column.required && dao::IsNull(value)) errors_.insert(platform::kErrRequired);
+    if (!column.allowsEmpty && value == dao::Value(std::u16string())) errors_.insert(platform::kErrZeroLength);
+    const ModelRelation* relation = database_.ParentOf(name, column.name);
+    if (!relation || dao::IsNull(value)) continue;
+    const auto& parents = database_.tables.at(relation->table).rows;
+    const bool hasParent = std::any_of(parents.begin(), parents.end(), [&](const auto& parent) {
+      return ModelTable::ValueOf(parent.first, parent.second, relation->column) == value;
+    });
+    if (!hasParent) errors_.insert(platform::kErrRelatedRecordRequired);
+  }
+  mayBeTooLarge_ = mayBeTooLarge_ || table.MayBeTooLarge(row);
+}
+
+void ModelChange::Judge() {
+  std::set<std::pair<std::u16string, std::int32_t>> rows;
+  std::set<std::u16string> tables;
+  for (const Step& step : steps_) {
+    rows.emplace(step.table, step.id);
+    tables.insert(step.table);
+  }
+  for (const auto& [table, id] : rows) JudgeRow(table, id);
+  for (const std::u16string& name : tables) {
+    const ModelTable& table = database_.tables.at(name);
+    for (const ModelIndex& index : table.indexes) {
+      if (!index.unique && !index.required) continue;
+      errors_.merge(table.BreachesOf(index));
+    }
+  }
+  // A row that forbids the change although it goes too is met before it went, or afterwards.
+  for (const auto& [table, id] : left_) {
+    if (database_.tables.at(table).rows.contains(id)) errors_.insert(platform::kErrRelatedRecords);
+    mayBeRelated_ = true;
+  }
+}
+
+bool ModelChange::IsPossible(std::int32_t number) {
+  Judge();
+  if (number == platform::kErrRecordTooLarge) return mayBeTooLarge_;
+  if (number == platform::kErrRelatedRecords && mayBeRelated_) return true;
+  return number == 0 ? errors_.empty() : errors_.contains(number);
+}
+
+std::string ModelChange::Expected() const {
+  std::string numbers;
+  for (const std::int32_t number : errors_) numbers += ' ' + std::to_string(number);
+  return numbers.empty() ? " success" : numbers;
+}
+
+void ModelChange::TakeBack() {
+  for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) {
+    auto& rows = database_.tables.at(step->table).rows;
+    if (step->former) {
+      rows[step->id] = *step->former;
+    } else {
+      rows.erase(step->id);
     }
   }
 }

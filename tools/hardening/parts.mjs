@@ -25,7 +25,7 @@ const gtest = (name, program, filter, env = {}) =>
 
 const modelKinds = () =>
   ["Plain", "Encoded"].map((file) =>
-    gtest(file, `${asan}/tests/jet/jet_long_tests`, `*RandomStructure*${file}`, { ZIMBRAT_STEPS: "6000" }));
+    gtest(file, `${asan}/tests/jet/jet_long_tests`, `*RandomWork*${file}`, { ZIMBRAT_STEPS: "6000" }));
 
 const loops = /\bTasks\/(CallFaults|Crashes|FullDisk|PowerLosses)\./;
 
