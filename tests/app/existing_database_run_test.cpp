@@ -162,6 +162,44 @@ TEST_F(ExistingDatabase, RunWithoutADatabaseSaysSo) {
   EXPECT_EQ(LastMessage(), "Wskaż bazę danych i spróbuj ponownie.");
 }
 
+// What a structure file asks for beyond the limits of a database is refused by name, and the database is as it was.
+TEST_F(ExistingDatabase, CheckRefusesStructuresBeyondTheLimits) {
+  const auto times = [](int count, const auto& line) {
+    std::string lines;
+    for (int i = 1; i <= count; ++i) lines += line(std::to_string(i));
+    return lines;
+  };
+  const auto field = [](const std::string& name) { return "Field=" + name + ",4,4,,False,False,1,\n"; };
+  const std::string index = "Index=Razem,False,0,False,False\n";
+  const std::tuple<const char*, std::string, std::string> rows[] = {
+      {"name of 65 letters", field("ą" + std::string(64, 'a')), "3125"},
+      {"text of 256", "Field=Opis,10,256,,False,False,2,\n", "3382; (Rozmiar pola „Opis” jest zbyt duży."},
+      {"default value of 256", "Field=Opis,10,9,\"" + std::string(254, 'x') + "\",False,False,2,\n", "3309"},
+      {"eleven fields in an index",
+       times(11, [&](const std::string& i) { return field("P" + i); }) + index +
+           times(11, [](const std::string& i) { return "IndexField=P" + i + ",0\n"; }),
+       "3277; (Indeks „Razem” nie może mieć więcej niż 10 pól."},
+      {"33 indexes", times(33, [](const std::string& i) {
+         return "Index=I" + i + ",False,0,False,False\nIndexField=Id,0\n";
+       }), "3626; (Zbyt wiele indeksów w tabeli „ABPoz”."},
+  };
+  const std::string before = bench_.folder.Read(u"Firma.mdb");
+  for (const auto& [name, lines, told] : rows) {
+    std::string program = SmallProgram("AB");
+    const std::string section = "[ABPoz]\n";
+    program.insert(program.find(section) + section.size(), lines);
+    bench_.WriteStructure(u"AB.stb", program);
+    ASSERT_TRUE(Prepare(Task::Sprawdz)) << LastMessage();
+    ASSERT_TRUE(app::TakeSelection(bench_.state, Task::Sprawdz, programs_, selection_));
+    platform::ProgressBar bar;
+    const app::RunResult result = app::RunExtension(
+        bench_.state, Task::Sprawdz, bench_.PathOf(u"Firma.mdb"), selection_, bar);
+    EXPECT_FALSE(result.done) << name;
+    EXPECT_NE(Utf8(result.text).find(told), std::string::npos) << name << ": " << Utf8(result.text);
+    EXPECT_TRUE(bench_.folder.Read(u"Firma.mdb") == before) << name << ": the database has changed";
+  }
+}
+
 TEST_F(ExistingDatabase, FailureIsTheSummaryOfItsTask) {
   platform::ProgressBar bar;
   const auto result =
