@@ -69,10 +69,10 @@ void dlgError::WriteErrorLog() {
       {u"Opis", std::u16string(txtErrorOpis.Text())},
   };
   const std::u16string file = ErrorFile(state_, u"Error.log");
-  for (const auto& [key, value] : facts) {
+  for (const auto& fact : facts) {
     Attempt([&] {
       const std::u16string now = state_.on.clock.ShortDate() + u" " + state_.on.clock.ShortTime();
-      const std::string name = platform::Ansi1250FromUtf16(key), text = platform::Ansi1250FromUtf16(value);
+      const std::string name = platform::Ansi1250FromUtf16(fact.first), text = platform::Ansi1250FromUtf16(fact.second);
       state_.on.profile.Write(platform::Ansi1250FromUtf16(now), &name, &text, file);
     });
   }

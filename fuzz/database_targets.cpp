@@ -1,0 +1,75 @@
+// Damaged databases, and files that are none: read and changed, checked, repaired.
+#include "base_databases.h"
+#include "damage.h"
+#include "jet/check/check.h"
+#include "jet/repair.h"
+#include "outcome.h"
+#include "platform/run_time_error.h"
+#include "platform/text.h"
+#include "walk.h"
+
+namespace zimbrat::fuzz {
+
+namespace {
+
+// What no file of these sizes needs; who writes beyond it has believed a number of the file.
+constexpr std::size_t kRoom = 16u << 20;
+
+struct Disk {
+  explicit Disk(tests::FileBytes bytes) {
+    files.room = kRoom;
+    files.BytesOf(kDatabasePath) = std::move(bytes);
+  }
+
+  tests::MemoryFiles files;
+  tests::FakeClock clock;
+};
+
+void Check(Disk& disk) {
+  Attempt([&] {
+    jet::CheckOptions options;
+    options.reportUnused = true;
+    jet::CheckFile(disk.files, kDatabasePath, options);
+  });
+}
+
+// A repair verifies what it wrote; that it had to refuse it is a finding.
+void Repair(Disk& disk) {
+  Attempt([&] {
+    try {
+      jet::RepairDatabaseFile(disk.files, disk.clock, kDatabasePath);
+    } catch (const platform::RunTimeError& error) {
+      Require(!platform::Contains(error.Description(), u"w nowym pliku") &&
+                  !platform::Contains(error.Description(), u"nowy plik"),
+              error.what());
+      throw;
+    }
+  });
+}
+
+}  // namespace
+
+void ReadDatabase(Input input) {
+  Disk disk(DamagedDatabase(input));
+  WalkDatabase(disk.files, disk.clock);
+}
+
+void CheckDatabase(Input input) {
+  Disk disk(DamagedDatabase(input));
+  Check(disk);
+}
+
+void RepairDatabase(Input input) {
+  Disk disk(DamagedDatabase(input));
+  Repair(disk);
+}
+
+void RawFile(Input input) {
+  const auto bytes = std::as_bytes(input);
+  Disk disk(tests::FileBytes(bytes.begin(), bytes.end()));
+  Check(disk);
+  WalkDatabase(disk.files, disk.clock);
+  Repair(disk);
+}
+
+}  // namespace zimbrat::fuzz
