@@ -64,9 +64,11 @@ const ColumnLayout* TableLayout::FindColumn(std::uint16_t id) const {
 }
 
 const ColumnLayout* TableLayout::FindColumn(std::u16string_view name) const {
-  const auto found = std::find_if(columns.begin(), columns.end(), [&](const ColumnLayout& column) {
-    return EqualText(column.name, name);
-  });
+  // Mostly it stands there letter by letter, and no keys need to be made.
+  auto found = std::ranges::find(columns, name, &ColumnLayout::name);
+  if (found == columns.end()) {
+    found = std::ranges::find_if(columns, [&](const auto& column) { return EqualText(column.name, name); });
+  }
   return found == columns.end() ? nullptr : &*found;
 }
 
