@@ -5,6 +5,8 @@
 //   limit    seconds after which a round counts as hanging
 //   aims     counts that all runs together are to reach
 import { spawnSync } from "node:child_process";
+import fs from "node:fs";
+import path from "node:path";
 
 const asan = "build/asan", native = "build/native";
 
@@ -41,9 +43,15 @@ const killKinds = () => [{
             ...["zimbratc", "jetsql", "jetcheck"].map((program) => `${native}/${program}`), "bench/make_structures"],
 }];
 
+const fuzzKinds = (top) =>
+  fs.readdirSync(path.join(top, "fuzz/corpus")).sort()
+    .map((target) => ({ name: target, command: ["fuzz/round", target, "20"], env: {} }));
+
 export const parts = [
   { name: "model", preset: "asan", targets: ["jet_long_tests"], kinds: modelKinds, limit: 600,
     aims: { operations: 1000000 } },
+  { name: "fuzz", preset: "fuzz", targets: ["fuzz/all"], packages: ["clang"], kinds: fuzzKinds, limit: 300,
+    aims: { runs: 50000000 } },
   { name: "fault", preset: "asan", targets: ["adversity_tests"], kinds: faultKinds, limit: 900,
     isLoop: true, aims: {} },
   // Sanitizers would make a run of the program, and so each kill, five times as long.
