@@ -11,6 +11,7 @@ namespace zimbrat::jet {
 
 namespace {
 constexpr std::size_t kCachePages = 4096;       // 16 MiB
+constexpr std::size_t kPagesAtOnce = 16;        // that one call writes
 constexpr std::size_t kImagesInMemory = 2048;   // 8 MiB; further ones go to a temporary file
 // Between pulses: so many accesses to cached pages, or fewer that took longer.
 constexpr std::uint32_t kPulseEffort = 16384;
@@ -59,7 +60,8 @@ Bytes PageRef::Change() {
 
 Pager::Pager(platform::Files& files, std::unique_ptr<platform::File> file, std::u16string path,
              std::uint32_t key)
-    : files_(files), file_(std::move(file)), path_(std::move(path)), key_(key) {
+    : files_(files), file_(std::move(file)), path_(std::move(path)), key_(key),
+      coded_(kPagesAtOnce * kPageSize) {
   const std::uint64_t pages = (file_->Size() + kPageSize - 1) / kPageSize;
   if (pages > kMaxPages) Raise(platform::kErrDatabaseFull);
   pageCount_ = writtenCount_ = static_cast<PageNumber>(pages);
@@ -147,11 +149,21 @@ void Pager::MakeRoom() {
 }
 
 void Pager::WriteOut(CachedPage& page) {
-  std::array<std::byte, kPageSize> coded = page.bytes;
-  Code(page.number, coded);
-  file_->WriteAt(std::uint64_t{page.number} * kPageSize, coded);
-  writtenCount_ = std::max(writtenCount_, page.number + 1);
-  page.dirty = false;
+  CachedPage* const one = &page;
+  WriteRun({&one, 1});
+}
+
+// Pages that follow one another, in one call.
+void Pager::WriteRun(std::span<CachedPage* const> run) {
+  for (std::size_t i = 0; i < run.size(); ++i) {
+    const Bytes coded = Bytes(coded_).subspan(i * kPageSize, kPageSize);
+    std::copy(run[i]->bytes.begin(), run[i]->bytes.end(), coded.begin());
+    Code(run[i]->number, coded);
+  }
+  const PageNumber first = run.front()->number;
+  file_->WriteAt(std::uint64_t{first} * kPageSize, ConstBytes(coded_).first(run.size() * kPageSize));
+  writtenCount_ = std::max(writtenCount_, static_cast<PageNumber>(first + run.size()));
+  for (CachedPage* page : run) page->dirty = false;
 }
 
 void Pager::Code(PageNumber page, Bytes bytes) const {
@@ -166,7 +178,11 @@ void Pager::Flush() {
   }
   std::sort(dirty.begin(), dirty.end(),
             [](const CachedPage* a, const CachedPage* b) { return a->number < b->number; });
-  for (CachedPage* page : dirty) WriteOut(*page);
+  for (std::size_t from = 0, to = 0; from < dirty.size(); from = to) {
+    to = from + 1;
+    while (to < dirty.size() && to - from < kPagesAtOnce && dirty[to]->number == dirty[to - 1]->number + 1) ++to;
+    WriteRun(std::span<CachedPage* const>(dirty).subspan(from, to - from));
+  }
   if (writtenCount_ > pageCount_) {  // pages of an undone savepoint
     file_->Resize(std::uint64_t{pageCount_} * kPageSize);
     writtenCount_ = pageCount_;
@@ -210,17 +226,21 @@ Pager::Image Pager::StoreImage(const CachedPage& page) {
 }
 
 // Afterwards all pages are rewritten in place, so that a full disk is noticed while it can be undone.
-void Pager::WriteNewPages(PageNumber first) {
-  for (PageNumber number = first; number < pageCount_; ++number) {
-    const auto found = pages_.find(number);
-    if (found != pages_.end() && found->second->dirty) WriteOut(*found->second);
+// Pages that will be written whole need no more than their place.
+void Pager::ReserveNewPages() {
+  if (writtenCount_ >= pageCount_) return;
+  const std::vector<std::byte> zeros(std::min<std::size_t>(pageCount_ - writtenCount_, kPagesAtOnce) * kPageSize);
+  while (writtenCount_ < pageCount_) {
+    const std::size_t count = std::min<std::size_t>(pageCount_ - writtenCount_, kPagesAtOnce);
+    file_->WriteAt(std::uint64_t{writtenCount_} * kPageSize, ConstBytes(zeros).first(count * kPageSize));
+    writtenCount_ += static_cast<PageNumber>(count);
   }
 }
 
 // What may fail comes first: with half of the images in one savepoint and half in the other neither could
 // be undone.
 void Pager::Commit() {
-  if (savepoints_.size() == 1) WriteNewPages(savepoints_.back()->pageCount);
+  if (savepoints_.size() == 1) ReserveNewPages();
   if (savepoints_.size() > 1) {
     auto& images = savepoints_[savepoints_.size() - 2]->images;
     const std::size_t count = images.size() + savepoints_.back()->images.size();

@@ -3,7 +3,7 @@
 //
 // A change is made to a pinned page (PageRef::Change), whose former contents the innermost savepoint
 // keeps. Rollback puts them back; Commit hands them to the savepoint around it. Changed pages reach the
-// file when the cache needs room and at Flush, new ones when the outermost savepoint is committed.
+// file when the cache needs room and at Flush; room for new ones is taken when the outermost savepoint is committed.
 //
 // Errors: 3049 for a page number outside the file, 3036 above 2 GB, and those of the file layer as they
 // come (the engine's face turns them into DAO's numbers).
@@ -14,6 +14,7 @@
 #include <functional>
 #include <list>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -115,7 +116,8 @@ class Pager {
   CachedPage& Load(PageNumber page, bool read);
   void MakeRoom();
   void WriteOut(CachedPage& page);
-  void WriteNewPages(PageNumber first);
+  void WriteRun(std::span<CachedPage* const> run);
+  void ReserveNewPages();
   void KeepImage(CachedPage& page);
   Image StoreImage(const CachedPage& page);
   void RestoreImage(PageNumber page, const Image& image);
@@ -139,6 +141,7 @@ class Pager {
   std::unordered_map<PageNumber, std::unique_ptr<CachedPage>> pages_;
   std::list<CachedPage*> order_;  // most recently used first
   std::vector<std::unique_ptr<Savepoint>> savepoints_;
+  std::vector<std::byte> coded_;  // pages on their way to the file
 };
 
 // Savepoint as a scope: rolled back unless committed.

@@ -6,23 +6,25 @@
 
 namespace zimbrat::jet {
 
+// Whole words as cells: written bytes that are read again at once would make the processor wait.
 void Rc4(std::uint32_t key, Bytes bytes) {
-  std::array<std::uint8_t, 256> state;
-  std::iota(state.begin(), state.end(), std::uint8_t{0});
-  std::uint8_t j = 0;
-  for (unsigned i = 0; i < 256; ++i) {
-    j = static_cast<std::uint8_t>(j + state[i] + (key >> (8 * (i % 4))));
+  std::array<std::uint32_t, 256> state;
+  std::iota(state.begin(), state.end(), 0u);
+  std::uint32_t j = 0;
+  for (std::uint32_t i = 0; i < 256; ++i) {
+    j = (j + state[i] + (key >> (8 * (i % 4)))) & 0xFF;
     std::swap(state[i], state[j]);
   }
-  std::uint8_t i = 0;
+  std::uint32_t i = 0;
   j = 0;
   for (std::byte& byte : bytes) {
-    const std::uint8_t a = state[++i];
-    j = static_cast<std::uint8_t>(j + a);
-    const std::uint8_t b = state[j];
+    i = (i + 1) & 0xFF;
+    const std::uint32_t a = state[i];
+    j = (j + a) & 0xFF;
+    const std::uint32_t b = state[j];
     state[i] = b;
     state[j] = a;
-    byte ^= std::byte{state[static_cast<std::uint8_t>(a + b)]};
+    byte ^= static_cast<std::byte>(state[(a + b) & 0xFF]);
   }
 }
 

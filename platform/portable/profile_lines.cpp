@@ -9,6 +9,8 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\v\x1A";
 
+bool IsLineEnd(char letter) { return letter == '\n' || letter == '\r'; }
+
 std::string_view Trim(std::string_view text, std::string_view blanks = kBlanks) {
   const std::size_t first = text.find_first_not_of(blanks);
   if (first == std::string_view::npos) return {};
@@ -36,9 +38,8 @@ ProfileLine ReadProfileLine(std::string_view text, std::size_t position) {
   ProfileLine line;
   line.begin = position;
   const auto from = text.begin() + static_cast<std::ptrdiff_t>(position);
-  const auto isLineEnd = [](char letter) { return letter == '\n' || letter == '\r'; };
   const auto stop =
-      static_cast<std::size_t>(std::find_if(from, text.end(), isLineEnd) - text.begin());
+      static_cast<std::size_t>(std::find_if(from, text.end(), IsLineEnd) - text.begin());
   line.hasLineEnd = stop < text.size();
   const bool isPair = line.hasLineEnd && text.substr(stop, 2) == "\r\n";
   line.end = stop + (isPair ? 2 : line.hasLineEnd ? 1 : 0);
@@ -54,12 +55,17 @@ bool EqualProfileNames(std::string_view a, std::string_view b) {
 
 std::string_view TrimProfileArgument(std::string_view argument) { return Trim(argument, " "); }
 
+// Only where a bracket begins a line there can be a header.
 ProfileSection::ProfileSection(std::string_view text, std::string_view name)
-    : text_(text), position_(0) {
-  while (!header_ && position_ < text_.size()) {
-    const ProfileLine line = ReadProfileLine(text_, position_);
+    : text_(text), position_(text.size()) {
+  for (std::size_t at = text.find('['); at != std::string_view::npos; at = text.find('[', at + 1)) {
+    const std::size_t before = text.substr(0, at).find_last_not_of(kBlanks);
+    if (before != std::string_view::npos && !IsLineEnd(text[before])) continue;
+    const ProfileLine line = ReadProfileLine(text, before == std::string_view::npos ? 0 : before + 1);
+    if (!EqualProfileNames(line.name, name)) continue;
+    header_ = line;
     position_ = line.end;
-    if (line.kind == ProfileLine::Kind::Header && EqualProfileNames(line.name, name)) header_ = line;
+    return;
   }
 }
 
