@@ -1,10 +1,10 @@
 #include "jet/index/entry_page.h"
 
-#include <bit>
 #include <cassert>
 #include <cstring>
 #include <utility>
 
+#include "entry_mask.h"
 #include "jet/file/errors.h"
 
 namespace zimbrat::jet {
@@ -15,13 +15,8 @@ std::size_t PointerSize(std::uint8_t pageType) {
   return pageType == kPageIndexLeaf ? kSizeLeafPointer : kSizeNodePointer;
 }
 
-void SetMaskBit(Bytes page, std::size_t i) {
-  page[kOffsetEntryMask + i / 8] |= static_cast<std::byte>(1u << (i % 8));
-}
-
-void ClearMask(Bytes page) {
-  std::memset(page.data() + kOffsetEntryMask, 0, kSizeEntryMask);
-}
+ConstBytes MaskOf(ConstBytes page) { return page.subspan(kOffsetEntryMask, kSizeEntryMask); }
+Bytes MaskOf(Bytes page) { return page.subspan(kOffsetEntryMask, kSizeEntryMask); }
 
 void PutFreeBytes(Bytes page, std::size_t used) {
   Put16(page, kOffsetFreeBytes, static_cast<std::uint16_t>(kSizeEntries - used));
@@ -71,84 +66,62 @@ EntryPage::EntryPage(PageRef page, PageNumber owner) : page_(std::move(page)) {
     RaiseDamagedPage(Number(), u"należy do indeksu innej tabeli");
   }
   pointerSize_ = PointerSize(type);
-  prefix_ = Get16(bytes, kOffsetPrefixLength);
-  DecodeMask();
-  CheckLengths();
-  if (!IsLeaf() && Children() == 0) RaiseDamagedPage(Number(), u"węzeł indeksu jest pusty");
+  used_ = FindEndUpTo(MaskOf(bytes), kSizeEntryMask * 8 - 1);
+  if (used_ > kSizeEntries) RaiseDamagedPage(Number(), u"maska wpisów indeksu jest błędna");
+  if (used_ != 0) prefix_ = Get16(bytes, kOffsetPrefixLength);
+  if (prefix_ != 0 && prefix_ >= used_) RaiseDamagedPage(Number(), u"wpisy indeksu mają błędne długości");
+  if (!IsLeaf() && IsEmpty() && Tail() == 0) RaiseDamagedPage(Number(), u"węzeł indeksu jest pusty");
 }
 
-void EntryPage::DecodeMask() {
-  constexpr std::size_t kWords = (kSizeEntryMask + 7) / 8;
-  std::array<std::uint64_t, kWords> words{};
-  std::memcpy(words.data(), page_.Read().data() + kOffsetEntryMask, kSizeEntryMask);
-  for (std::size_t w = 0; w < kWords; ++w) {
-    for (std::uint64_t bits = words[w]; bits != 0; bits &= bits - 1) {
-      const std::size_t end = 64 * w + static_cast<unsigned>(std::countr_zero(bits));
-      if (end > kSizeEntries) RaiseDamagedPage(Number(), u"maska wpisów indeksu jest błędna");
-      ends_[count_++] = static_cast<std::uint16_t>(end);
-    }
-  }
+EntryPage::Spot EntryPage::Before(Spot spot) const { return FindEndUpTo(MaskOf(page_.Read()), spot - 1); }
+
+ConstBytes EntryPage::Suffix(Spot spot) const {
+  const std::size_t start = SuffixStart(spot), end = FindEndAbove(MaskOf(page_.Read()), spot);
+  const bool isSound = end > start && prefix_ + (end - start) > pointerSize_ && prefix_ + (end - start) <= kSizeEntries;
+  if (!isSound) RaiseDamagedPage(Number(), u"wpisy indeksu mają błędne długości");
+  return page_.Read().subspan(kOffsetEntries + start, end - start);
 }
 
-void EntryPage::CheckLengths() const {
-  if (count_ == 0) return;
-  // Shortest and longest suffix, without a branch in the loop: every page on the way of every search
-  // comes through here.
-  std::uint16_t shortest = kSizeEntries, longest = 0;
-  for (std::size_t i = 1; i < count_; ++i) {
-    const auto size = static_cast<std::uint16_t>(ends_[i] - ends_[i - 1]);
-    shortest = std::min(shortest, size);
-    longest = std::max(longest, size);
-  }
-  const bool sound = ends_[0] > prefix_ && ends_[0] > pointerSize_ &&
-                     prefix_ + shortest > pointerSize_ && prefix_ + longest <= kSizeEntries;
-  if (!sound) RaiseDamagedPage(Number(), u"wpisy indeksu mają błędne długości");
+PageNumber EntryPage::Child(Spot spot) const {
+  if (spot == used_) return Tail();
+  const ConstBytes suffix = Suffix(spot);
+  if (suffix.size() < sizeof(PageNumber)) RaiseDamagedPage(Number(), u"wpisy indeksu mają błędne długości");
+  return GetBig32(suffix, suffix.size() - sizeof(PageNumber));
 }
 
-ConstBytes EntryPage::Suffix(std::size_t i) const {
-  const std::size_t start = SuffixStart(i);
-  return page_.Read().subspan(kOffsetEntries + start, ends_[i] - start);
-}
-
-PageNumber EntryPage::Child(std::size_t i) const {
-  if (i >= count_) return Tail();
-  return GetBig32(page_.Read(), kOffsetEntries + ends_[i] - sizeof(PageNumber));
-}
-
-void EntryPage::CopyEntry(std::size_t i, EntryBuffer& out) const {
-  const ConstBytes suffix = Suffix(i);
-  const std::size_t size = prefix_ + suffix.size() - (pointerSize_ - kSizeLeafPointer);
+void EntryPage::CopyEntry(Spot spot, EntryBuffer& out) const {
+  const ConstBytes suffix = Suffix(spot);
+  const std::size_t size = prefix_ + suffix.size() - ChildSize();
   out.Clear();
   out.Append(Prefix().first(std::min(prefix_, size)));
   out.Append(suffix.first(size - out.Size()));
 }
 
-bool EntryPage::IsEqual(std::size_t i, ConstBytes entry) const {
+bool EntryPage::IsEqual(Spot spot, ConstBytes entry) const {
   EntryBuffer own;
-  CopyEntry(i, own);
+  CopyEntry(spot, own);
   return Compare(own, entry) == 0;
 }
 
-bool EntryPage::HasKey(std::size_t i, ConstBytes key) const {
+bool EntryPage::HasKey(Spot spot, ConstBytes key) const {
   EntryBuffer own;
-  CopyEntry(i, own);
+  CopyEntry(spot, own);
   return Compare(KeyOfEntry(own), key) == 0;
 }
 
-std::size_t EntryPage::LowerBound(ConstBytes target) const {
-  if (count_ == 0) return 0;
+// Halves the bytes instead of the entries, which nobody has counted.
+EntryPage::Spot EntryPage::LowerBound(ConstBytes target) const {
+  if (IsEmpty()) return 0;
   const int order = Compare(target.first(std::min(target.size(), prefix_)), Prefix());
-  if (order > 0) return count_;
-  if (order < 0) return 0;
+  if (order != 0) return order > 0 ? End() : 0;
   const ConstBytes rest = target.subspan(prefix_);
-  const std::size_t childSize = pointerSize_ - kSizeLeafPointer;
-  std::size_t low = 0, high = count_;
+  Spot low = 0, high = End();
   while (low < high) {
-    const std::size_t middle = (low + high) / 2;
+    const Spot middle = FindEndUpTo(MaskOf(page_.Read()), (low + high) / 2);
     const ConstBytes suffix = Suffix(middle);
-    const ConstBytes entry = suffix.first(suffix.size() - std::min(suffix.size(), childSize));
+    const ConstBytes entry = suffix.first(suffix.size() - std::min(suffix.size(), ChildSize()));
     if (Compare(entry, rest) < 0) {
-      low = middle + 1;
+      low = SuffixStart(middle) + suffix.size();
     } else {
       high = middle;
     }
@@ -160,66 +133,43 @@ bool EntryPage::SharesPrefix(ConstBytes entry) const {
   return entry.size() >= prefix_ + kSizeLeafPointer && CommonLength(entry, Prefix()) == prefix_;
 }
 
-// Puts an entry (none when empty) in the place of `removed` bytes. The first entry's prefix stays
-// where it is, whichever entry becomes the first.
-void EntryPage::Splice(std::size_t offset, std::size_t removed, ConstBytes entry,
-                       PageNumber child) {
-  const Bytes area = page_.Change().subspan(kOffsetEntries);
-  const std::size_t childSize = entry.empty() ? 0 : pointerSize_ - kSizeLeafPointer;
-  const std::size_t end = offset + entry.size() + childSize;
-  std::memmove(area.data() + end, area.data() + offset + removed, Used() - offset - removed);
-  std::copy(entry.begin(), entry.end(), area.begin() + static_cast<std::ptrdiff_t>(offset));
-  if (childSize != 0) PutBig32(area, offset + entry.size(), child);
-}
-
-bool EntryPage::TryInsert(std::size_t i, ConstBytes entry, PageNumber child) {
-  if (count_ == 0) prefix_ = 0;
-  const std::size_t childSize = pointerSize_ - kSizeLeafPointer;
-  if (!SharesPrefix(entry)) return false;
-  const std::size_t grows = entry.size() + childSize - (count_ == 0 ? 0 : prefix_);
-  if (Used() + grows > kSizeEntries) return false;
-  const std::size_t offset = SuffixStart(i);
-  Splice(offset, 0, entry.subspan(prefix_), child);
-  for (std::size_t k = count_; k > i; --k)
-    ends_[k] = static_cast<std::uint16_t>(ends_[k - 1] + grows);
-  ends_[i] = static_cast<std::uint16_t>(offset + grows);
-  ++count_;
-  PutMask();
-  return true;
-}
-
-bool EntryPage::TryReplace(std::size_t i, ConstBytes entry, PageNumber child) {
-  if (count_ == 1) prefix_ = 0;
-  if (!SharesPrefix(entry)) return false;
-  const std::size_t offset = SuffixStart(i);
-  const std::size_t removed = ends_[i] - offset;
-  const std::size_t added = entry.size() - prefix_ + sizeof(PageNumber);
-  if (Used() - removed + added > kSizeEntries) return false;
-  Splice(offset, removed, entry.subspan(prefix_), child);
-  for (std::size_t k = i; k < count_; ++k) {
-    ends_[k] = static_cast<std::uint16_t>(ends_[k] + added - removed);
-  }
-  PutMask();
-  return true;
-}
-
-void EntryPage::Erase(std::size_t i) {
-  if (count_ == 1) prefix_ = 0;
-  const std::size_t offset = SuffixStart(i);
-  const std::size_t removed = ends_[i] - offset;
-  Splice(offset, removed, {}, 0);
-  --count_;
-  for (std::size_t k = i; k < count_; ++k)
-    ends_[k] = static_cast<std::uint16_t>(ends_[k + 1] - removed);
-  PutMask();
-}
-
-void EntryPage::PutMask() {
+// Puts what an entry (none when empty) has behind the prefix in the place of `removed` bytes, if there is room.
+// The first entry's prefix stays where it is, whichever entry becomes the first.
+bool EntryPage::Splice(Spot spot, std::size_t removed, ConstBytes suffix, PageNumber child) {
+  const std::size_t childSize = suffix.empty() ? 0 : ChildSize();
+  const std::size_t added = suffix.size() + childSize;
+  if (used_ - removed + added > kSizeEntries) return false;
   const Bytes page = page_.Change();
-  ClearMask(page);
-  for (std::size_t k = 0; k < count_; ++k) SetMaskBit(page, ends_[k]);
+  const Bytes area = page.subspan(kOffsetEntries);
+  const std::size_t offset = SuffixStart(spot);
+  std::memmove(area.data() + offset + added, area.data() + offset + removed, used_ - offset - removed);
+  std::copy(suffix.begin(), suffix.end(), area.begin() + static_cast<std::ptrdiff_t>(offset));
+  if (childSize != 0) PutBig32(area, offset + suffix.size(), child);
+  SpliceEnds(MaskOf(page), offset, removed, added);
+  used_ = used_ - removed + added;
   Put16(page, kOffsetPrefixLength, static_cast<std::uint16_t>(prefix_));
-  PutFreeBytes(page, Used());
+  PutFreeBytes(page, used_);
+  return true;
+}
+
+bool EntryPage::TryInsert(Spot spot, ConstBytes entry, PageNumber child) {
+  if (!SharesPrefix(entry)) return false;
+  // The very first entry brings its own beginning.
+  return Splice(spot, 0, entry.subspan(prefix_), child);
+}
+
+bool EntryPage::TryReplace(Spot spot, ConstBytes entry, PageNumber child) {
+  const std::size_t former = prefix_;
+  if (After(spot) == End() && spot == 0) prefix_ = 0;
+  const std::size_t removed = After(spot) - SuffixStart(spot);
+  if (SharesPrefix(entry) && Splice(spot, removed, entry.subspan(prefix_), child)) return true;
+  prefix_ = former;
+  return false;
+}
+
+void EntryPage::Erase(Spot spot) {
+  if (spot == 0 && After(spot) == End()) prefix_ = 0;
+  Splice(spot, After(spot) - SuffixStart(spot), {}, 0);
 }
 
 void EntryPage::PutLink(std::size_t offset, PageNumber page) {
@@ -281,7 +231,7 @@ void WriteEntryPage(Bytes page, const EntryPageHeader& header, const EntryList& 
     end += entry.size();
     if (!list.IsLeaf()) PutBig32(area, end, list.Child(i));
     end += list.ChildSize();
-    SetMaskBit(page, end);
+    SetEnd(MaskOf(page), end);
   }
   PutFreeBytes(page, end);
 }

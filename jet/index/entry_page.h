@@ -56,56 +56,64 @@ inline ConstBytes KeyOfEntry(ConstBytes entry) {
 // Length of the common beginning.
 std::size_t CommonLength(ConstBytes a, ConstBytes b);
 
-// A page that is pinned and taken apart. Entries are always meant without their child page.
+// A pinned page, read in place: every search comes through several, so nothing is taken apart before it is
+// asked for. Entries are always meant without their child page.
 class EntryPage {
  public:
-  // Error 3049 unless it is a sound index page of this owner.
+  // Where an entry begins among the stored ones; 0 is the first, End() is behind the last.
+  using Spot = std::size_t;
+
+  // Error 3049 unless it is an index page of this owner, as is any entry whose length cannot be.
   EntryPage(PageRef page, PageNumber owner);
 
   PageNumber Number() const { return page_.Number(); }
   bool IsLeaf() const { return pointerSize_ == kSizeLeafPointer; }
-  std::size_t Count() const { return count_; }
   PageNumber Previous() const { return Get32(page_.Read(), kOffsetPreviousLeaf); }
   PageNumber Next() const { return Get32(page_.Read(), kOffsetNextLeaf); }
+
+  bool IsEmpty() const { return used_ == 0; }
+  Spot End() const { return used_; }
+  Spot After(Spot spot) const { return spot + Suffix(spot).size() + (spot == 0 ? prefix_ : 0); }
+  // Of a page that is not empty.
+  Spot Last() const { return Before(used_); }
+  Spot Before(Spot spot) const;
+
+  // The rightmost child of a node, if it has no entry; else 0.
   PageNumber Tail() const { return IsLeaf() ? 0 : Get32(page_.Read(), kOffsetTail); }
-  // Children of a node, the tail included.
-  std::size_t Children() const { return count_ + (Tail() != 0 ? 1 : 0); }
-  PageNumber Child(std::size_t i) const;
+  // Of a node; the tail stands at the end.
+  PageNumber Child(Spot spot) const;
+  Spot LastChild() const { return Tail() != 0 ? used_ : Last(); }
 
   // Replaces `out`.
-  void CopyEntry(std::size_t i, EntryBuffer& out) const;
-  bool IsEqual(std::size_t i, ConstBytes entry) const;
+  void CopyEntry(Spot spot, EntryBuffer& out) const;
+  bool IsEqual(Spot spot, ConstBytes entry) const;
   // Of a leaf: whether the entry is of this key, whatever its row.
-  bool HasKey(std::size_t i, ConstBytes key) const;
-  // The first entry >= target, which may also be the beginning of one; Count() when there is none.
-  std::size_t LowerBound(ConstBytes target) const;
+  bool HasKey(Spot spot, ConstBytes key) const;
+  // The first entry >= target, which may also be the beginning of one; End() when there is none.
+  Spot LowerBound(ConstBytes target) const;
 
   // False, and nothing is changed, when the entry finds no room or does not begin with the page's
   // prefix: then the page is to be written anew. `child` counts on nodes only.
-  bool TryInsert(std::size_t i, ConstBytes entry, PageNumber child = 0);
-  bool TryReplace(std::size_t i, ConstBytes entry, PageNumber child);
-  void Erase(std::size_t i);
+  bool TryInsert(Spot spot, ConstBytes entry, PageNumber child = 0);
+  bool TryReplace(Spot spot, ConstBytes entry, PageNumber child);
+  void Erase(Spot spot);
   void SetPrevious(PageNumber page) { PutLink(kOffsetPreviousLeaf, page); }
   void SetNext(PageNumber page) { PutLink(kOffsetNextLeaf, page); }
 
  private:
-  std::size_t Used() const { return count_ == 0 ? 0 : ends_[count_ - 1]; }
-  std::size_t SuffixStart(std::size_t i) const { return i == 0 ? prefix_ : ends_[i - 1]; }
+  std::size_t ChildSize() const { return pointerSize_ - kSizeLeafPointer; }
   // What follows the prefix, child page included.
-  ConstBytes Suffix(std::size_t i) const;
+  ConstBytes Suffix(Spot spot) const;
+  std::size_t SuffixStart(Spot spot) const { return spot == 0 ? prefix_ : spot; }
   ConstBytes Prefix() const { return page_.Read().subspan(kOffsetEntries, prefix_); }
-  void DecodeMask();
-  void CheckLengths() const;
   bool SharesPrefix(ConstBytes entry) const;
-  void Splice(std::size_t offset, std::size_t removed, ConstBytes entry, PageNumber child);
-  void PutMask();
+  bool Splice(Spot spot, std::size_t removed, ConstBytes suffix, PageNumber child);
   void PutLink(std::size_t offset, PageNumber page);
 
   PageRef page_;
   std::size_t pointerSize_ = kSizeLeafPointer;
   std::size_t prefix_ = 0;
-  std::size_t count_ = 0;
-  std::array<std::uint16_t, kSizeEntries + 1> ends_;
+  std::size_t used_ = 0;  // bytes of all entries as stored
 };
 
 // Entries of one page, or of what is to become one or two pages, with the children of a node.

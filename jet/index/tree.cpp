@@ -27,11 +27,8 @@ EntryPage IndexTree::Descend(ConstBytes target, Path* path) const {
     EntryPage page = Open(number);
     if (path) path->depth = depth;
     if (page.IsLeaf()) return page;
-    std::size_t child = page.LowerBound(target);
-    if (child == page.Children()) --child;
-    if (path) {
-      path->steps[depth] = {number, child, child == page.Count(), child + 1 == page.Children()};
-    }
+    const EntryPage::Spot child = std::min(page.LowerBound(target), page.LastChild());
+    if (path) path->steps[depth] = {number, child, child == page.End(), child == page.LastChild()};
     number = page.Child(child);
   }
   RaiseDamagedPage(root_, u"drzewo indeksu jest zbyt wysokie");
@@ -41,26 +38,26 @@ IndexTree::Cursor::Cursor(const IndexTree& tree, EntryPage leaf, ConstBytes targ
     : pager_(tree.pager_),
       owner_(tree.owner_),
       page_(std::move(leaf)),
-      index_(page_.LowerBound(target)) {
+      spot_(page_.LowerBound(target)) {
   Settle();
 }
 
 void IndexTree::Cursor::Next() {
-  ++index_;
+  spot_ = page_.After(spot_);
   Settle();
 }
 
 // On to the next leaf when this one is through.
 void IndexTree::Cursor::Settle() {
-  while (index_ >= page_.Count() && page_.Next() != 0) {
+  while (spot_ == page_.End() && page_.Next() != 0) {
     if (++pagesRead_ > pager_->PageCount()) {
       RaiseDamagedPage(page_.Number(), u"łańcuch liści indeksu się zapętla");
     }
     page_ = EntryPage(pager_->Get(page_.Next()), owner_);
     if (!page_.IsLeaf()) RaiseDamagedPage(page_.Number(), u"nie jest liściem indeksu");
-    index_ = 0;
+    spot_ = 0;
   }
-  if (Valid()) page_.CopyEntry(index_, entry_);
+  if (Valid()) page_.CopyEntry(spot_, entry_);
 }
 
 IndexTree::Cursor IndexTree::Seek(ConstBytes start) const {
@@ -71,9 +68,9 @@ bool IndexTree::ContainsKey(ConstBytes key) const {
   {
     // Mostly the leaf answers alone.
     const EntryPage leaf = Descend(key, nullptr);
-    const std::size_t place = leaf.LowerBound(key);
-    if (place == leaf.Count() && leaf.Next() == 0) return false;
-    if (place < leaf.Count()) {
+    const EntryPage::Spot place = leaf.LowerBound(key);
+    if (place == leaf.End() && leaf.Next() == 0) return false;
+    if (place != leaf.End()) {
       EntryBuffer entry;
       leaf.CopyEntry(place, entry);
       const bool beginsWithKey = CommonLength(entry, key) == key.size();
@@ -94,12 +91,12 @@ bool IndexTree::Insert(ConstBytes key, RowPointer row) {
   const EntryBuffer entry(key, row);
   Path path;
   EntryPage leaf = Descend(entry, &path);
-  const std::size_t place = leaf.LowerBound(entry);
-  const bool isLast = place == leaf.Count();
+  const EntryPage::Spot place = leaf.LowerBound(entry);
+  const bool isLast = place == leaf.End();
   if (!isLast && leaf.IsEqual(place, entry)) {
     RaiseDamagedPage(leaf.Number(), u"indeks zawiera już wpis tego wiersza");
   }
-  const bool isNew = (place == 0 || !leaf.HasKey(place - 1, key)) && (isLast || !leaf.HasKey(place, key));
+  const bool isNew = (place == 0 || !leaf.HasKey(leaf.Before(place), key)) && (isLast || !leaf.HasKey(place, key));
   Answer answer;
   if (leaf.TryInsert(place, entry)) {
     if (!isLast || path.depth == 0) return isNew;
@@ -108,9 +105,9 @@ bool IndexTree::Insert(ConstBytes key, RowPointer row) {
   } else {
     EntryList list(true);
     EntryBuffer other;
-    for (std::size_t i = 0; i < leaf.Count(); ++i) {
-      if (i == place) list.Append(entry);
-      leaf.CopyEntry(i, other);
+    for (EntryPage::Spot spot = 0; spot != leaf.End(); spot = leaf.After(spot)) {
+      if (spot == place) list.Append(entry);
+      leaf.CopyEntry(spot, other);
       list.Append(other);
     }
     if (isLast) list.Append(entry);
@@ -126,16 +123,16 @@ bool IndexTree::Erase(ConstBytes key, RowPointer row) {
   const EntryBuffer entry(key, row);
   Path path;
   EntryPage leaf = Descend(entry, &path);
-  const std::size_t place = leaf.LowerBound(entry);
-  if (place == leaf.Count() || !leaf.IsEqual(place, entry)) return false;
+  const EntryPage::Spot place = leaf.LowerBound(entry);
+  if (place == leaf.End() || !leaf.IsEqual(place, entry)) return false;
   Answer answer;
-  if (leaf.Count() > 1 || path.depth == 0) {
-    const bool isLast = place + 1 == leaf.Count();
+  if (leaf.Last() != 0 || path.depth == 0) {
+    const bool isLast = place == leaf.Last();
     leaf.Erase(place);
     if (!isLast || path.depth == 0) return true;
     answer.count = 1;
     answer.places[0].page = leaf.Number();
-    leaf.CopyEntry(place - 1, answer.places[0].last);
+    leaf.CopyEntry(leaf.Last(), answer.places[0].last);
   } else {
     Unlink(leaf);
     FreePage(leaf.Number());

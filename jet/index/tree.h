@@ -39,7 +39,7 @@ class IndexTree {
   // Walks along the leaves. Valid() is false behind the last entry.
   class Cursor {
    public:
-    bool Valid() const { return index_ < page_.Count(); }
+    bool Valid() const { return spot_ != page_.End(); }
     ConstBytes Key() const { return KeyOfEntry(entry_); }
     RowPointer Row() const { return RowOfEntry(entry_); }
     void Next();
@@ -53,7 +53,7 @@ class IndexTree {
     PageNumber owner_;
     PageNumber pagesRead_ = 0;
     EntryPage page_;
-    std::size_t index_;
+    EntryPage::Spot spot_;
     EntryBuffer entry_;
   };
 
@@ -87,7 +87,7 @@ class IndexTree {
   // The way from the root to a leaf: the nodes, and which child was taken.
   struct Step {
     PageNumber page = 0;
-    std::size_t child = 0;
+    EntryPage::Spot child = 0;
     bool isTail = false;  // the child has no entry
     bool isLast = false;
   };
@@ -125,7 +125,8 @@ class IndexTree {
 
   void TellParents(const Path& path, Answer& answer);
   void ReplaceChild(const Path& path, std::size_t at, Answer& answer);
-  EntryList ReadNode(const EntryPage& node, std::size_t without) const;
+  void AppendChild(const EntryPage& node, EntryPage::Spot spot, EntryList& list) const;
+  EntryList ReadNode(const EntryPage& node) const;
   void CopyLastEntry(PageNumber page, EntryBuffer& out) const;
   void Store(const Path& path, std::size_t at, PageNumber page, const EntryList& list,
              Answer& answer);

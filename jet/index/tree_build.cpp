@@ -69,7 +69,7 @@ void TreeBuilder::Finish() {
 }
 
 void IndexTree::Build(const EntrySource& next) {
-  assert(Open(root_).IsLeaf() && Open(root_).Count() == 0);
+  assert(Open(root_).IsLeaf() && Open(root_).IsEmpty());
   TreeBuilder builder(*this);
   while (const std::optional<IndexEntry> entry = next()) {
     if (entry->key.size() > kMaxKeyLength) Raise(platform::kErrRecordTooLarge);

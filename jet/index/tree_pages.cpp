@@ -45,35 +45,45 @@ void IndexTree::CopyLastEntry(PageNumber page, EntryBuffer& out) const {
   for (std::size_t height = 0; height < kMaxHeight; ++height) {
     const EntryPage open = Open(page);
     if (open.IsLeaf()) {
-      if (open.Count() == 0) RaiseDamagedPage(page, u"liść indeksu jest pusty");
-      return open.CopyEntry(open.Count() - 1, out);
+      if (open.IsEmpty()) RaiseDamagedPage(page, u"liść indeksu jest pusty");
+      return open.CopyEntry(open.Last(), out);
     }
-    page = open.Child(open.Children() - 1);
+    page = open.Child(open.LastChild());
   }
   RaiseDamagedPage(page, u"drzewo indeksu jest zbyt wysokie");
 }
 
-// The node's children but one, each with its last entry.
-EntryList IndexTree::ReadNode(const EntryPage& node, std::size_t without) const {
-  EntryList list(false);
+// A child of the node with its last entry.
+void IndexTree::AppendChild(const EntryPage& node, EntryPage::Spot spot, EntryList& list) const {
   EntryBuffer entry;
-  for (std::size_t i = 0; i < node.Children(); ++i) {
-    if (i == without) continue;
-    if (i < node.Count()) {
-      node.CopyEntry(i, entry);
-    } else {
-      CopyLastEntry(node.Tail(), entry);
-    }
-    list.Append(entry, node.Child(i));
+  if (spot != node.End()) {
+    node.CopyEntry(spot, entry);
+  } else {
+    CopyLastEntry(node.Tail(), entry);
   }
+  list.Append(entry, node.Child(spot));
+}
+
+EntryList IndexTree::ReadNode(const EntryPage& node) const {
+  EntryList list(false);
+  for (EntryPage::Spot spot = 0; spot != node.End(); spot = node.After(spot)) AppendChild(node, spot, list);
+  if (node.Tail() != 0) AppendChild(node, node.End(), list);
   return list;
 }
 
 void IndexTree::ReplaceChild(const Path& path, std::size_t at, Answer& answer) {
   const Step& step = path.steps[at];
-  EntryList list = ReadNode(Open(step.page), step.child);
-  for (std::size_t i = 0; i < answer.count; ++i) {
-    list.Insert(step.child + i, answer.places[i].last, answer.places[i].page);
+  EntryList list(false);
+  const auto appendAnswer = [&] {
+    for (std::size_t i = 0; i < answer.count; ++i) list.Append(answer.places[i].last, answer.places[i].page);
+  };
+  {
+    const EntryPage node = Open(step.page);
+    for (EntryPage::Spot spot = 0; spot != node.End(); spot = node.After(spot)) {
+      spot == step.child ? appendAnswer() : AppendChild(node, spot, list);
+    }
+    if (step.isTail) appendAnswer();
+    if (!step.isTail && node.Tail() != 0) AppendChild(node, node.End(), list);
   }
   if (list.Size() != 0) return Store(path, at, step.page, list, answer);
   answer.count = 0;
@@ -167,13 +177,13 @@ void IndexTree::GiveRightmostNodeItsTail() {
   for (std::size_t height = 0; height < kMaxHeight; ++height) {
     const EntryPage node = Open(page);
     if (node.IsLeaf()) return;
-    const PageNumber child = node.Child(node.Children() - 1);
+    const PageNumber child = node.Child(node.LastChild());
     if (!Open(child).IsLeaf()) {
       page = child;
       continue;
     }
-    if (node.Tail() != 0 || node.Children() < 2) return;
-    const EntryList list = ReadNode(node, node.Children());
+    if (node.Tail() != 0 || node.Last() == 0) return;
+    const EntryList list = ReadNode(node);
     Write(page, {.previous = node.Previous(), .next = node.Next(), .level = 1}, list,
           {0, list.Size(), true});
     return;
