@@ -1,7 +1,7 @@
 #include "jet/file/pager.h"
 
 #include <algorithm>
-#include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "jet/file/errors.h"
@@ -11,6 +11,7 @@ namespace zimbrat::jet {
 
 namespace {
 constexpr std::size_t kCachePages = 4096;       // 16 MiB
+constexpr std::size_t kSpareImages = 64;
 constexpr std::size_t kPagesAtOnce = 16;        // that one call writes
 constexpr std::size_t kImagesInMemory = 2048;   // 8 MiB; further ones go to a temporary file
 // Between pulses: so many accesses to cached pages, or fewer that took longer.
@@ -29,6 +30,16 @@ struct Pager::Savepoint {
   PageNumber pageCount = 0;
   std::uint64_t undoStart = 0;  // of the undo file, when it began
   std::unordered_map<PageNumber, Image> images;
+};
+
+// Images that are no longer needed, with their memory.
+struct Pager::SpareImages {
+  std::vector<std::unordered_map<PageNumber, Image>::node_type> nodes;
+
+  SpareImages() { nodes.reserve(kSpareImages); }
+  void Add(std::unordered_map<PageNumber, Image>::node_type node) noexcept {
+    if (nodes.size() < kSpareImages) nodes.push_back(std::move(node));
+  }
 };
 
 PageRef::PageRef(Pager& pager, CachedPage& page) : pager_(&pager), page_(&page) { ++page.pins; }
@@ -61,7 +72,7 @@ Bytes PageRef::Change() {
 Pager::Pager(platform::Files& files, std::unique_ptr<platform::File> file, std::u16string path,
              std::uint32_t key)
     : files_(files), file_(std::move(file)), path_(std::move(path)), key_(key),
-      coded_(kPagesAtOnce * kPageSize) {
+      cache_(kCachePages), spareImages_(std::make_unique<SpareImages>()), coded_(kPagesAtOnce * kPageSize) {
   const std::uint64_t pages = (file_->Size() + kPageSize - 1) / kPageSize;
   if (pages > kMaxPages) Raise(platform::kErrDatabaseFull);
   pageCount_ = writtenCount_ = static_cast<PageNumber>(pages);
@@ -111,41 +122,29 @@ void Pager::GivePulse() {
 
 CachedPage& Pager::Load(PageNumber number, bool read) {
   ++effort_;
-  const auto found = pages_.find(number);
-  if (found != pages_.end()) {
-    CachedPage& page = *found->second;
-    order_.splice(order_.begin(), order_, page.place);
-    return page;
-  }
+  if (CachedPage* const found = cache_.Find(number)) return *found;
   MakeRoom();
-  auto page = std::make_unique<CachedPage>();
-  page->number = number;
-  std::size_t have = 0;
-  if (read && number < writtenCount_) {
-    have = file_->ReadAt(std::uint64_t{number} * kPageSize, page->bytes);
-  }
-  std::fill(page->bytes.begin() + static_cast<std::ptrdiff_t>(have), page->bytes.end(), std::byte{0});
-  if (have != 0) Code(number, page->bytes);
+  CachedPage& page = cache_.Add(number);
   effort_ += kEffortOfReading;
-  // Its place is ready before it is kept: a page without one, or a place without a page, must not stay
-  // when memory is out.
-  std::list<CachedPage*> place{page.get()};
-  page->place = place.begin();
-  CachedPage& kept = *pages_.emplace(number, std::move(page)).first->second;
-  order_.splice(order_.begin(), place);
-  return kept;
+  try {
+    std::size_t have = 0;
+    if (read && number < writtenCount_) have = file_->ReadAt(std::uint64_t{number} * kPageSize, page.bytes);
+    std::fill(page.bytes.begin() + static_cast<std::ptrdiff_t>(have), page.bytes.end(), std::byte{0});
+    if (have != 0) Code(number, page.bytes);
+  } catch (...) {
+    cache_.Remove(page);
+    throw;
+  }
+  return page;
 }
 
-// The page that was used longest ago and is not pinned leaves the cache.
+// A page that was not used lately and is not pinned leaves the cache.
 void Pager::MakeRoom() {
-  if (pages_.size() < kCachePages) return;
-  const auto victim = std::find_if(order_.rbegin(), order_.rend(),
-                                   [](const CachedPage* page) { return page->pins == 0; });
-  if (victim == order_.rend()) return;
-  CachedPage& page = **victim;
-  if (page.dirty) WriteOut(page);
-  order_.erase(page.place);
-  pages_.erase(page.number);
+  if (!cache_.IsFull()) return;
+  CachedPage* const victim = cache_.ChooseVictim();
+  if (!victim) return;
+  if (victim->dirty) WriteOut(*victim);
+  cache_.Remove(*victim);
 }
 
 void Pager::WriteOut(CachedPage& page) {
@@ -173,9 +172,9 @@ void Pager::Code(PageNumber page, Bytes bytes) const {
 void Pager::Flush() {
   if (broken_) Raise(platform::kErrDiskIo);
   std::vector<CachedPage*> dirty;
-  for (CachedPage* page : order_) {
-    if (page->dirty) dirty.push_back(page);
-  }
+  cache_.ForEach([&](CachedPage& page) {
+    if (page.dirty) dirty.push_back(&page);
+  });
   std::sort(dirty.begin(), dirty.end(),
             [](const CachedPage* a, const CachedPage* b) { return a->number < b->number; });
   for (std::size_t from = 0, to = 0; from < dirty.size(); from = to) {
@@ -194,7 +193,7 @@ std::unique_ptr<platform::File> Pager::OpenTemporary() const {
 }
 
 void Pager::Begin() {
-  auto savepoint = std::make_unique<Savepoint>();
+  auto savepoint = spare_ ? std::move(spare_) : std::make_unique<Savepoint>();
   savepoint->id = ++lastSavepoint_;
   savepoint->pageCount = pageCount_;
   savepoint->undoStart = undoSize_;
@@ -205,24 +204,45 @@ void Pager::KeepImage(CachedPage& page) {
   if (savepoints_.empty()) return;
   Savepoint& top = *savepoints_.back();
   if (page.keptBy == top.id || page.number >= top.pageCount) return;
-  if (!top.images.contains(page.number)) top.images.emplace(page.number, StoreImage(page));
+  if (!top.images.contains(page.number)) {
+    std::unordered_map<PageNumber, Image>::node_type node;
+    if (spareImages_->nodes.empty()) {
+      std::unordered_map<PageNumber, Image> fresh;
+      node = fresh.extract(fresh.emplace(page.number, Image()).first);
+    } else {
+      node = std::move(spareImages_->nodes.back());
+      spareImages_->nodes.pop_back();
+    }
+    node.key() = page.number;
+    StoreImage(page, node.mapped());
+    top.images.insert(std::move(node));
+  }
   page.keptBy = top.id;
 }
 
-Pager::Image Pager::StoreImage(const CachedPage& page) {
-  Image image;
+void Pager::StoreImage(const CachedPage& page, Image& image) {
   if (imagesInMemory_ < kImagesInMemory) {
-    image.bytes = std::make_unique<std::array<std::byte, kPageSize>>(page.bytes);
+    if (!image.bytes) image.bytes = std::make_unique<std::array<std::byte, kPageSize>>();
+    *image.bytes = page.bytes;
     ++imagesInMemory_;
-    return image;
+    return;
   }
+  image.bytes.reset();
   if (!undo_) undo_ = OpenTemporary();
   std::array<std::byte, kPageSize> coded = page.bytes;
   Code(page.number, coded);  // an encoded database leaves no plain page behind, not even for a moment
   image.offset = undoSize_;
   undo_->WriteAt(undoSize_, coded);
   undoSize_ += kPageSize;
-  return image;
+}
+
+// What its making cost is saved for the next one.
+void Pager::Discard(std::unique_ptr<Savepoint> savepoint) {
+  auto& images = savepoint->images;
+  while (!images.empty() && spareImages_->nodes.size() < kSpareImages) spareImages_->Add(images.extract(images.begin()));
+  if (images.bucket_count() > 4 * kSpareImages) return;
+  images.clear();
+  spare_ = std::move(savepoint);
 }
 
 // Afterwards all pages are rewritten in place, so that a full disk is noticed while it can be undone.
@@ -251,7 +271,7 @@ void Pager::Commit() {
   if (savepoints_.empty()) {
     imagesInMemory_ = 0;
     undoSize_ = 0;
-    return;
+    return Discard(std::move(done));
   }
   Savepoint& outer = *savepoints_.back();
   bool fileKept = false;
@@ -261,10 +281,15 @@ void Pager::Commit() {
     const bool kept = node.key() < outer.pageCount && !outer.images.contains(node.key());
     fileKept = fileKept || (kept && !isInMemory);
     if (!kept && isInMemory) --imagesInMemory_;
-    if (kept) outer.images.insert(std::move(node));
+    if (kept) {
+      outer.images.insert(std::move(node));
+    } else {
+      spareImages_->Add(std::move(node));
+    }
   }
   // Without this a transaction of many rows would grow the file with each change of the same pages.
   if (!fileKept) undoSize_ = done->undoStart;
+  Discard(std::move(done));
 }
 
 void Pager::Rollback() noexcept {
@@ -290,13 +315,11 @@ void Pager::Restore(const Savepoint& savepoint) {
 }
 
 void Pager::DropPagesFrom(PageNumber first) {
-  for (auto it = order_.begin(); it != order_.end();) {
-    CachedPage* page = *it;
-    const bool drop = page->number >= first && page->pins == 0;
-    page->dirty = page->dirty && page->number < first;
-    it = drop ? order_.erase(it) : std::next(it);
-    if (drop) pages_.erase(page->number);
-  }
+  cache_.ForEach([&](CachedPage& page) {
+    if (page.number < first) return;
+    page.dirty = false;
+    if (page.pins == 0) cache_.Remove(page);
+  });
 }
 
 void Pager::RestoreImage(PageNumber number, const Image& image) {

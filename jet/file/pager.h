@@ -12,30 +12,20 @@
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "jet/file/bytes.h"
 #include "jet/file/format.h"
+#include "jet/file/page_cache.h"
 #include "platform/files.h"
 
 namespace zimbrat::jet {
 
 class Pager;
-
-struct CachedPage {
-  PageNumber number = 0;
-  std::uint32_t pins = 0;
-  bool dirty = false;
-  std::uint64_t keptBy = 0;  // savepoint that has the former contents
-  std::list<CachedPage*>::iterator place;  // in the order of use
-  std::array<std::byte, kPageSize> bytes;
-};
 
 // A pinned page: its bytes stay where they are as long as this lives.
 class PageRef {
@@ -111,6 +101,7 @@ class Pager {
   friend class PageRef;
   struct Image;
   struct Savepoint;
+  struct SpareImages;
 
   void GivePulse();
   CachedPage& Load(PageNumber page, bool read);
@@ -119,7 +110,8 @@ class Pager {
   void WriteRun(std::span<CachedPage* const> run);
   void ReserveNewPages();
   void KeepImage(CachedPage& page);
-  Image StoreImage(const CachedPage& page);
+  void StoreImage(const CachedPage& page, Image& image);
+  void Discard(std::unique_ptr<Savepoint> savepoint);
   void RestoreImage(PageNumber page, const Image& image);
   void Restore(const Savepoint& savepoint);
   void DropPagesFrom(PageNumber first);
@@ -138,9 +130,10 @@ class Pager {
   PageNumber writtenCount_ = 0;  // pages that the file on disk has
   std::uint64_t generation_ = 0;
   std::uint32_t effort_ = 0;  // since the last pulse
-  std::unordered_map<PageNumber, std::unique_ptr<CachedPage>> pages_;
-  std::list<CachedPage*> order_;  // most recently used first
+  PageCache cache_;
   std::vector<std::unique_ptr<Savepoint>> savepoints_;
+  std::unique_ptr<Savepoint> spare_;  // an empty one: each row that is stored needs one
+  std::unique_ptr<SpareImages> spareImages_;
   std::vector<std::byte> coded_;  // pages on their way to the file
 };
 
