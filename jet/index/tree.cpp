@@ -79,9 +79,9 @@ bool IndexTree::ContainsKey(ConstBytes key) const {
     }
   }
   for (Cursor cursor = Seek(key); cursor.Valid(); cursor.Next()) {
-    const ConstBytes found = cursor.Key();
-    if (found.size() < key.size() || CommonLength(found, key) < key.size()) return false;
-    if (found.size() == key.size()) return true;
+    // A shorter key and the pointer of its row may begin as this key does.
+    if (CommonLength(cursor.Entry(), key) < key.size()) return false;
+    if (cursor.Key().size() == key.size()) return true;
   }
   return false;
 }

@@ -40,6 +40,7 @@ class IndexTree {
   class Cursor {
    public:
     bool Valid() const { return spot_ != page_.End(); }
+    ConstBytes Entry() const { return entry_; }
     ConstBytes Key() const { return KeyOfEntry(entry_); }
     RowPointer Row() const { return RowOfEntry(entry_); }
     void Next();

@@ -42,8 +42,7 @@ ConstBytes AsBytes(const std::string& text) {
 class TreeTest : public testing::Test {
  protected:
   void Insert(const std::string& entry) {
-    database.Tree().Insert(AsBytes(KeyOf(entry)), RowOf(entry));
-    model.insert(entry);
+    if (model.insert(entry).second) database.Tree().Insert(AsBytes(KeyOf(entry)), RowOf(entry));
   }
   void Erase(const std::string& entry) {
     ASSERT_TRUE(database.Tree().Erase(AsBytes(KeyOf(entry)), RowOf(entry)));
@@ -170,6 +169,16 @@ TEST_P(RandomTree, CursorsFindWhatIsThere) {
     EXPECT_EQ(expected != model.end(), cursor.Valid());
     EXPECT_TRUE(tree.ContainsKey(AsBytes(KeyOf(stored))));
   }
+}
+
+// Key 00 with the pointer of its row begins like the key 00 00, and stands before it.
+TEST_F(TreeTest, AShorterKeyAndItsRowDoNotHideALongerKey) {
+  const std::string zero(1, '\0'), two(2, '\0');
+  Insert(EntryOf(zero, {1, 0}));
+  EXPECT_FALSE(database.Tree().ContainsKey(AsBytes(two)));
+  Insert(EntryOf(two, {0x7FFFF, 0}));
+  EXPECT_TRUE(database.Tree().ContainsKey(AsBytes(two)));
+  EXPECT_TRUE(database.Tree().ContainsKey(AsBytes(zero)));
 }
 
 std::string BigEndian(std::uint32_t number) {
