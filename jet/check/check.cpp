@@ -31,6 +31,7 @@ class FileCheck {
  private:
   void CheckHeader();
   void CheckTables();
+  void CheckSortOrder(const TableLayout& objects);
   void CheckTable(const CatalogueObject& object);
   void CheckUnclaimedPages();
   void NameUnusedMaps();
@@ -39,13 +40,14 @@ class FileCheck {
   const CheckOptions& options_;
   Checking check_;
   std::u16string_view path_;
+  FileHeader header_;
   CatalogueCheck catalogue_;
 };
 
 void FileCheck::CheckHeader() {
   const PageView page = check_.pages.Read(0);
-  const FileHeader header = DecodeHeader(*page, path_);
-  check_.pages.SetKey(header.encodingKey);
+  header_ = DecodeHeader(*page, path_);
+  check_.pages.SetKey(header_.encodingKey);
   const std::u16string place = u"nagłówek";
   if (!check_.pages.HasWholePages())
     check_.Error(place, u"rozmiar pliku nie jest wielokrotnością strony");
@@ -91,10 +93,19 @@ void FileCheck::CheckTable(const CatalogueObject& object) {
   catalogue_.CheckRelations(*table);
 }
 
+// New texts get the order that the header tells; those of the catalogue were the first.
+void FileCheck::CheckSortOrder(const TableLayout& objects) {
+  const ColumnLayout* name = objects.FindColumn(u"Name");
+  if (!name || !name->IsText()) return;
+  if ((name->extra & 0xFFFF) == header_.language && name->extra >> 24 == header_.collationVersion) return;
+  check_.report.Warning(u"nagłówek", u"porządek sortowania pliku jest inny niż porządek katalogu");
+}
+
 void FileCheck::CheckTables() {
   const std::optional<TableLayout> objects =
       ReadLayout(check_, u"tabela „MSysObjects”", kObjectsPage);
   if (!objects) return;
+  CheckSortOrder(*objects);
   TableCheck(check_, *objects).Run([&](const RowParts& row) {
     catalogue_.AddObject(*objects, row);
   });
@@ -119,6 +130,10 @@ void FileCheck::CheckUnclaimedPages() {
   for (PageNumber page = 1; page < check_.pages.Count() && !check_.report.IsFull(); ++page) {
     if (check_.census.IsFree(page) || check_.census.OwnerOf(page).use != PageUse::None) continue;
     const PageView view = check_.pages.Read(page);
+    if (std::ranges::all_of(*view, [](std::byte byte) { return byte == std::byte{0}; })) {
+      check_.report.Warning(TextOf(u"strona ", page), u"strona jest pusta, a nie jest podana jako wolna");
+      continue;
+    }
     const std::uint8_t type = Get8(*view, 0);
     const bool hasOwner = type == kPageData || type == kPageIndexNode || type == kPageIndexLeaf;
     const PageNumber owner = Get32(*view, kOffsetOwner);

@@ -47,6 +47,10 @@ class MapWalk {
   void WalkBits(ConstBytes bits, std::uint64_t first);
   void WalkReferences(ConstBytes row);
   void WalkReference(std::size_t i, PageNumber number);
+  bool IsLikelyStart(PageNumber first) const;
+  void Warn(const std::u16string& text) {
+    check_.report.Warning(TextOf(place_, u", strona ", map_.page), TextOf(u"mapa stron ", map_.row, text));
+  }
   void Fault(std::u16string text) { Fault(map_.page, std::move(text)); }
   void Fault(PageNumber page, std::u16string text) {
     hasFailed_ = true;
@@ -74,10 +78,13 @@ void MapWalk::WalkBits(ConstBytes bits, std::uint64_t first) {
 
 void MapWalk::WalkReferences(ConstBytes row) {
   if (row.size() < kSizeMapRow) return Fault(TextOf(u"mapa stron ", map_.row, u" jest za krótka"));
+  bool hasPages = false;
   for (std::size_t i = 0; i < kMapReferences; ++i) {
     const PageNumber number = Get32(row, kOffsetMapPages + 4 * i);
+    hasPages = hasPages || number != 0;
     if (number != 0) WalkReference(i, number);
   }
+  if (!hasPages && !isPeek_) Warn(u" nie wskazuje żadnej strony mapy");
 }
 
 void MapWalk::WalkReference(std::size_t i, PageNumber number) {
@@ -90,6 +97,13 @@ void MapWalk::WalkReference(std::size_t i, PageNumber number) {
   WalkBits(ConstBytes(*page).subspan(kOffsetMapPageBits), i * std::uint64_t{kMapPagePages});
 }
 
+// A window begins at the file's start unless it has to reach beyond the pages that it shows from there.
+bool MapWalk::IsLikelyStart(PageNumber first) const {
+  if (first == 0) return true;
+  const PageNumber count = check_.pages.Count();
+  return map_.page != kGlobalMapPage && first % 8 == 0 && first < count && count > kMapInlinePages;
+}
+
 void MapWalk::Walk(ConstBytes row) {
   if (row.size() != kSizeMapRow)
     Fault(TextOf(u"mapa stron ", map_.row, u" ma ", row.size(), u" bajtów"));
@@ -98,9 +112,8 @@ void MapWalk::Walk(ConstBytes row) {
     return Fault(TextOf(u"mapa stron ", map_.row, u" jest nieznanego rodzaju"));
   }
   const PageNumber first = Get32(row, kOffsetMapFirstPage);
-  if (first % 8 != 0 && !isPeek_) {
-    check_.report.Warning(TextOf(place_, u", strona ", map_.page),
-                          TextOf(u"mapa stron ", map_.row, u" zaczyna się od strony ", first));
+  if (!isPeek_ && !IsLikelyStart(first)) {
+    Warn(TextOf(u" zaczyna się od strony ", first));
   }
   WalkBits(row.subspan(kOffsetMapBits), first);
 }

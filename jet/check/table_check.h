@@ -22,6 +22,7 @@ class TableCheck {
  private:
   void ReadMaps();
   void ReadLongValueMaps();
+  void CheckRoom(std::vector<PageNumber> withRoom);
   void CheckPage(PageNumber page, const RowVisit& visit);
   void CheckHome(RowPointer home, std::uint16_t flags, const RowVisit& visit);
   void CheckRow(RowPointer home, ConstBytes row, const RowVisit& visit);
