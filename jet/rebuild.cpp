@@ -33,12 +33,15 @@ class Rebuild {
   RebuildResult result_;
 };
 
-// Definitions that no row of the catalogue names, as far as there are rows.
+// Definitions that no row of the catalogue names. Those without rows have been left behind by tables long gone, unless
+// the catalogue has lost rows.
 void Rebuild::FindUncataloguedTables() {
   for (const PageNumber page : source_.Definitions()) {
     if (IsSystemTablePage(page) || tables_.contains(page)) continue;
     const std::optional<check::RescuedTable> found = source_.ReadTable(page);
-    if (!found || source_.ReadRows(found->layout, [](const auto&) {}).saved == 0) continue;
+    if (!found) continue;
+    const bool hasRows = source_.ReadRows(found->layout, [](const auto&) {}).saved != 0;
+    if (!hasRows && !catalogue_.HasLostRows()) continue;
     RepairedTable& report = tables_[page].report;
     report.name = u"Odzyskana_" + platform::DecimalText(page);
     report.notes.push_back(u"katalog nie podaje nazwy tej tabeli");

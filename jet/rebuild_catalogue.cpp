@@ -71,7 +71,7 @@ void CatalogueRebuild::NoteEntryOfAdmin(const TableLayout& layout, const Rescued
 
 void CatalogueRebuild::ReadTables() {
   const TableLayout layout = source_.ReadTable(kObjectsPage)->layout;
-  source_.ReadRows(layout, [&](const RescuedRow& row) {
+  const check::RowCounts counts = source_.ReadRows(layout, [&](const RescuedRow& row) {
     hasRows_ = true;
     NoteOwner(layout, row);
     const std::int32_t id = NumberIn(layout, row, u"Id").value_or(0);
@@ -85,6 +85,7 @@ void CatalogueRebuild::ReadTables() {
     table.report.name = TextIn(layout, row, u"Name");
     table.report.isSystem = (flags & kSystemFlags) != 0;
   });
+  hasLostRows_ = counts.lost != 0;
 }
 
 void CatalogueRebuild::StoreObject(const TableLayout& layout, const RescuedRow& row, Table& objects,

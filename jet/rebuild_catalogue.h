@@ -26,6 +26,8 @@ class CatalogueRebuild {
   void ReadTables();
   // Whether there was anything at all in it.
   bool HasRows() const { return hasRows_; }
+  // Whether some of it is lost, and with it the names of tables.
+  bool HasLostRows() const { return hasLostRows_; }
   // After. A report for each system table written. The target's catalogue must not have been used
   // yet.
   std::vector<RepairedTable> CopyRows();
@@ -49,6 +51,7 @@ class CatalogueRebuild {
   DatabaseFile& target_;
   RebuiltTables& tables_;
   bool hasRows_ = false;
+  bool hasLostRows_ = false;
   std::set<std::int32_t> standardObjects_;  // that were copied
   std::optional<std::array<std::uint8_t, 2>> sidMask_;
 };

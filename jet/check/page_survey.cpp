@@ -39,13 +39,14 @@ void PageSurvey::ReadPages() {
     }
   }
   std::sort(named_.begin(), named_.end());
+  SettleClaims(check_, definitions_, named_);
 }
 
 std::vector<PageNumber> PageSurvey::PagesNaming(PageNumber table) const {
-  const auto first = std::lower_bound(named_.begin(), named_.end(), Named(table, 0));
-  const auto last = std::lower_bound(first, named_.end(), Named(table + 1, 0));
+  const auto first = std::lower_bound(named_.begin(), named_.end(), NamedPage(table, 0));
+  const auto last = std::lower_bound(first, named_.end(), NamedPage(table + 1, 0));
   std::vector<PageNumber> pages;
-  std::transform(first, last, std::back_inserter(pages), [](const Named& n) { return n.second; });
+  std::transform(first, last, std::back_inserter(pages), [](const NamedPage& n) { return n.second; });
   return pages;
 }
 
@@ -59,11 +60,12 @@ bool PageSurvey::IsDefinition(PageNumber page) const {
   return std::binary_search(definitions_.begin(), definitions_.end(), page);
 }
 
-// Either its type or its owner is right, and no other table claims it.
+// Either its type or its owner is right, and no other table claims it. Noise now and then has the right type.
 bool PageSurvey::IsDamagedPageOf(PageNumber page, PageNumber table) const {
   const PageView view = check_.pages.Read(page);
   const PageNumber owner = Get32(*view, kOffsetOwner);
   if (Get8(*view, 0) != kPageData) return owner == table && HasSoundRowTable(*view);
+  if (Get8(*view, 1) != 1 && !HasSoundRowTable(*view)) return false;
   return owner > kGlobalMapPage && owner != kOwnerLongValues && !IsDefinition(owner);
 }
 

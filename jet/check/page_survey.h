@@ -1,13 +1,13 @@
 // One look at every page of a file that may be damaged: which pages hold rows, and of which table,
 // and where definitions begin. What a page says of itself counts first, because the maps may be
-// damaged too.
+// damaged too; where its rows speak against that, the maps decide.
 #pragma once
 
 #include <optional>
-#include <utility>
 #include <vector>
 
 #include "checking.h"
+#include "page_claims.h"
 #include "jet/check/table_layout.h"
 
 namespace zimbrat::jet::check {
@@ -31,8 +31,6 @@ class PageSurvey {
   const std::vector<PageNumber>& Definitions() const { return definitions_; }
 
  private:
-  using Named = std::pair<PageNumber, PageNumber>;  // table and page
-
   void ReadFreePages();
   void ReadPages();
   std::vector<PageNumber> PagesNaming(PageNumber table) const;
@@ -43,7 +41,7 @@ class PageSurvey {
   Checking& check_;
   bool hasFreePages_ = false;  // the map of free pages can be believed
   std::vector<bool> free_;
-  std::vector<Named> named_;  // sorted
+  std::vector<NamedPage> named_;  // sorted
   std::vector<PageNumber> definitions_;
 };
 

@@ -1,0 +1,18 @@
+// Pages that name one table while only another table's map lists them: either the page's head is damaged, or pages
+// have changed places.
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "checking.h"
+
+namespace zimbrat::jet::check {
+
+using NamedPage = std::pair<PageNumber, PageNumber>;  // table and page
+
+// Gives such pages to the table whose rows they seem to hold. `definitions`: the first pages of all definitions,
+// ascending. `named` is sorted, and stays so.
+void SettleClaims(Checking& check, const std::vector<PageNumber>& definitions, std::vector<NamedPage>& named);
+
+}  // namespace zimbrat::jet::check
