@@ -66,10 +66,10 @@ void Dissection::FollowValue(ConstBytes descriptor, FieldAnatomy& field) {
 
 RowAnatomy Dissection::RowOf(Table& table, const RowScan& scan) {
   RowAnatomy row;
-  row.pages.insert(scan.Place().page);
+  row.home = row.place = scan.Place().page;
   const PageRef home = pager_.Get(scan.Place().page);
   if (RowFlags(home.Read(), scan.Place().row) == kRowMoved)
-    row.pages.insert(RowPointer::FromPacked(Get32(RowBytes(home.Read(), scan.Place().row), 0)).page);
+    row.place = RowPointer::FromPacked(Get32(RowBytes(home.Read(), scan.Place().row), 0)).page;
   const TableDefinition& d = table.Definition();
   for (std::size_t i = 0; i < d.columns.size(); ++i) {
     const FieldBytes& bytes = scan.Fields()[i];
@@ -122,8 +122,10 @@ std::string RowAnatomy::Text() const {
   return text;
 }
 
-bool RowAnatomy::HasValueOn(PageNumber page) const {
-  return std::ranges::any_of(fields, [&](const FieldAnatomy& field) { return field.pages.contains(page); });
+std::string RowAnatomy::TextWithoutValues() const {
+  std::string text;
+  for (const FieldAnatomy& field : fields) text += field.isLongValue ? "*|" : field.text + "|";
+  return text;
 }
 
 const TableAnatomy* Anatomy::FindTable(const std::string& name) const {

@@ -35,11 +35,12 @@ struct FieldAnatomy {
 
 struct RowAnatomy {
   std::vector<FieldAnatomy> fields;
-  std::set<jet::PageNumber> pages;  // where the row itself lies: its home, and where it was moved to
+  jet::PageNumber home = 0;
+  jet::PageNumber place = 0;  // where it was moved to, or its home
 
+  // With the long values, or with an asterisk in place of each.
   std::string Text() const;
-  bool RestsOn(jet::PageNumber page) const { return pages.contains(page); }
-  bool HasValueOn(jet::PageNumber page) const;
+  std::string TextWithoutValues() const;
 };
 
 struct TableAnatomy {

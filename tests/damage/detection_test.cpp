@@ -1,5 +1,7 @@
 // What the checker sees: single bits of a sound database's structure are flipped, and it must name at least 99 of a
 // hundred, of each kind in each database; of the sound ones it says nothing.
+//
+//   ZIMBRAT_FLIPS  how many of each kind in each database; all when there are fewer
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -57,8 +59,8 @@ void Detection::Flip(const StructureByte& byte, unsigned bit, const std::string&
   ++here_[kind].flipped;
   here_[kind].named += isNamed ? 1 : 0;
   if (!isNamed)
-    std::cout << "  unseen: " << kind << ", page " << byte.at / kPageSize << ", byte " << byte.at % kPageSize << ", bit "
-              << bit << '\n';
+    std::cout << "  unseen: " << kind << ", page " << byte.at / kPageSize << ", byte " << byte.at % kPageSize
+              << ", bit " << bit << '\n';
 }
 
 // `flips` of each kind, or all there are when they are fewer.

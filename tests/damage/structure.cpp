@@ -64,9 +64,11 @@ void StructureFinder::AddHeader() {
 }
 
 void StructureFinder::AddRowPage(PageNumber page, const std::string& kind) {
+  constexpr std::size_t kOffsetUnused = 8;
   const bool hasLeftovers = subject_.anatomy.pages[page].kind == PageKind::LongValues;
-  Add("head of a page of " + kind, page, 0, 8);
-  Add("head of a page of " + kind, page, hasLeftovers ? kOffsetRowCount : 8, kOffsetRowTable - (hasLeftovers ? kOffsetRowCount : 8));
+  const std::size_t second = hasLeftovers ? kOffsetRowCount : kOffsetUnused;
+  Add("head of a page of " + kind, page, 0, kOffsetUnused);
+  Add("head of a page of " + kind, page, second, kOffsetRowTable - second);
   const std::size_t slots = RowSlots(Page(page));
   for (std::size_t slot = 0; slot < slots; ++slot) {
     if (!IsRowUsed(page, slot)) continue;
