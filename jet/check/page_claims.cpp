@@ -1,9 +1,7 @@
 #include "page_claims.h"
 
 #include <algorithm>
-#include <optional>
 
-#include "layout.h"
 #include "map_reader.h"
 #include "row_page.h"
 #include "rows.h"
@@ -14,10 +12,15 @@ namespace {
 
 // Each costs the reading of two definitions; a file with more of them is past such care.
 constexpr std::size_t kMostConflicts = 256;
+// How often, on the average, each page may be compared with others.
+constexpr std::size_t kComparisons = 4;
+
+constexpr PageNumber kNobody = 0;
 
 class Claims {
  public:
-  Claims(Checking& check, const std::vector<PageNumber>& definitions) : check_(check) {
+  Claims(Checking& check, const std::vector<PageNumber>& definitions, const LayoutSource& layoutOf)
+      : check_(check), layoutOf_(layoutOf), budget_(kComparisons * check.pages.Count()) {
     for (const PageNumber table : definitions) ReadMap(table);
     std::sort(listed_.begin(), listed_.end());
   }
@@ -28,9 +31,13 @@ class Claims {
   void ReadMap(PageNumber table);
   std::optional<PageNumber> OnlyListing(PageNumber page) const;
   bool HaveChangedPlaces(PageNumber naming, PageNumber listing, const std::vector<NamedPage>& named) const;
+  bool IsCopy(PageNumber page, PageNumber table);
+  bool Fits(PageNumber page, PageNumber listing, PageNumber naming) const;
   std::size_t RowsThatFit(PageNumber table, PageNumber page) const;
 
   Checking& check_;
+  const LayoutSource& layoutOf_;
+  std::size_t budget_;
   std::vector<PageNumber> readable_;  // tables whose map can be read, ascending
   std::vector<NamedPage> listed_;     // by page: page, then table
 };
@@ -61,8 +68,18 @@ bool Claims::HaveChangedPlaces(PageNumber naming, PageNumber listing, const std:
   });
 }
 
+// Whether the page is that of a table once more, written over another one.
+bool Claims::IsCopy(PageNumber page, PageNumber table) {
+  const PageView copy = check_.pages.Read(page);
+  return std::ranges::any_of(listed_, [&](const NamedPage& listed) {
+    if (listed.second != table || budget_ == 0) return false;
+    --budget_;
+    return *check_.pages.Read(listed.first) == *copy;
+  });
+}
+
 std::size_t Claims::RowsThatFit(PageNumber table, PageNumber number) const {
-  const std::optional<TableLayout> layout = PeekLayout(check_, table);
+  const std::optional<TableLayout> layout = layoutOf_(table);
   if (!layout) return 0;
   const PageView page = check_.pages.Read(number);
   std::size_t rows = 0;
@@ -74,6 +91,12 @@ std::size_t Claims::RowsThatFit(PageNumber table, PageNumber number) const {
   return rows;
 }
 
+// What the engine's own tables look like is known, whatever became of their definitions.
+bool Claims::Fits(PageNumber page, PageNumber listing, PageNumber naming) const {
+  const std::size_t there = RowsThatFit(listing, page), here = RowsThatFit(naming, page);
+  return there > here || (there == here && naming > kRelationshipsPage);
+}
+
 void Claims::Settle(std::vector<NamedPage>& named) {
   std::vector<NamedPage> settled = named;
   std::size_t conflicts = 0;
@@ -83,16 +106,22 @@ void Claims::Settle(std::vector<NamedPage>& named) {
     if (!listing || *listing == naming || !std::ranges::binary_search(readable_, naming)) continue;
     if (++conflicts > kMostConflicts) return;
     if (HaveChangedPlaces(naming, *listing, named)) continue;
-    if (RowsThatFit(*listing, page) >= RowsThatFit(naming, page)) claim.first = *listing;
+    if (IsCopy(page, naming)) {
+      claim.first = kNobody;
+    } else if (Fits(page, *listing, naming)) {
+      claim.first = *listing;
+    }
   }
+  std::erase_if(settled, [](const NamedPage& claim) { return claim.first == kNobody; });
   std::sort(settled.begin(), settled.end());
   named = std::move(settled);
 }
 
 }  // namespace
 
-void SettleClaims(Checking& check, const std::vector<PageNumber>& definitions, std::vector<NamedPage>& named) {
-  Claims(check, definitions).Settle(named);
+void SettleClaims(Checking& check, const std::vector<PageNumber>& definitions, const LayoutSource& layoutOf,
+                  std::vector<NamedPage>& named) {
+  Claims(check, definitions, layoutOf).Settle(named);
 }
 
 }  // namespace zimbrat::jet::check

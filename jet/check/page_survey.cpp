@@ -7,9 +7,9 @@
 
 namespace zimbrat::jet::check {
 
-PageSurvey::PageSurvey(Checking& check) : check_(check), free_(check.pages.Count()) {
+PageSurvey::PageSurvey(Checking& check, const LayoutSource& layoutOf) : check_(check), free_(check.pages.Count()) {
   ReadFreePages();
-  ReadPages();
+  ReadPages(layoutOf);
 }
 
 // A map that calls the fixed pages free, or pages beyond the file's end used, is not believed.
@@ -26,7 +26,7 @@ void PageSurvey::ReadFreePages() {
   }
 }
 
-void PageSurvey::ReadPages() {
+void PageSurvey::ReadPages(const LayoutSource& layoutOf) {
   for (PageNumber number = 1; number < check_.pages.Count(); ++number) {
     const PageView page = check_.pages.Read(number);
     const std::uint8_t type = Get8(*page, 0);
@@ -39,7 +39,7 @@ void PageSurvey::ReadPages() {
     }
   }
   std::sort(named_.begin(), named_.end());
-  SettleClaims(check_, definitions_, named_);
+  SettleClaims(check_, definitions_, layoutOf, named_);
 }
 
 std::vector<PageNumber> PageSurvey::PagesNaming(PageNumber table) const {
@@ -89,6 +89,12 @@ RowPages PageSurvey::PagesOf(const TableLayout& table) const {
     if (page != 0 && IsDamagedPageOf(page, table.page)) result.pages.push_back(page);
   }
   std::sort(result.pages.begin(), result.pages.end());
+  const auto isDamaged = [&](PageNumber number) {
+    const PageView page = check_.pages.Read(number);
+    return Get32(*page, kOffsetOwner) != table.page || !HasSoundRowTable(*page);
+  };
+  result.areUncertain = result.areUncertain || !check_.pages.HasWholePages() ||
+                        std::ranges::any_of(result.pages, isDamaged);
   return result;
 }
 

@@ -14,13 +14,14 @@ namespace zimbrat::jet::check {
 
 struct RowPages {
   std::vector<PageNumber> pages;  // ascending
-  // The table's map is unreadable, or lists pages that hold no rows of it: rows may be missing.
+  // Rows may be missing: the table's map is unreadable, or lists pages that hold no rows of it, the head of a page
+  // is damaged, or the file is cut.
   bool areUncertain = false;
 };
 
 class PageSurvey {
  public:
-  explicit PageSurvey(Checking& check);
+  PageSurvey(Checking& check, const LayoutSource& layoutOf);
 
   // The pages with rows of a table: those that name it, without what the map of free pages knows as
   // free, and those that its own map lists although their header is damaged.
@@ -32,7 +33,7 @@ class PageSurvey {
 
  private:
   void ReadFreePages();
-  void ReadPages();
+  void ReadPages(const LayoutSource& layoutOf);
   std::vector<PageNumber> PagesNaming(PageNumber table) const;
   bool IsFree(PageNumber page) const { return hasFreePages_ && free_[page]; }
   bool IsDamagedPageOf(PageNumber page, PageNumber table) const;

@@ -27,8 +27,14 @@ struct Rescue::Parts {
       : options{.pulse = std::move(pulse)}, check(file, options), standard(given) {
     header = check.pages.Read(0);
     check.pages.SetKey(DecodeHeader(*header, path).encodingKey);
-    survey.emplace(check);
+    survey.emplace(check, [&](PageNumber page) { return LayoutOf(page); });
     valueBudget = kReadingsOfValues * check.pages.Count() * kPageSize;
+  }
+
+  // The system tables are always as they must be.
+  std::optional<TableLayout> LayoutOf(PageNumber page) {
+    if (IsSystemTable(page)) return ParseLayout(check, standard[page - kObjectsPage], page);
+    return check.pages.Has(page) ? PeekLayout(check, page) : std::nullopt;
   }
 
   CheckOptions options;
@@ -50,15 +56,18 @@ ConstBytes Rescue::Header() const {
 
 std::optional<RescuedTable> Rescue::ReadTable(PageNumber page) {
   Checking& check = parts_->check;
-  std::optional<TableLayout> own = check.pages.Has(page) ? PeekLayout(check, page) : std::nullopt;
   if (IsSystemTable(page)) {
-    std::optional<TableLayout> table =
-        ParseLayout(check, parts_->standard[page - kObjectsPage], page);
-    table->ownedMap = own ? own->ownedMap : RowPointer{};
-    table->rows = own ? own->rows : 0;
+    const std::optional<TableLayout> own = check.pages.Has(page) ? PeekLayout(check, page) : std::nullopt;
+    std::optional<TableLayout> table = parts_->LayoutOf(page);
+    // Else it is another table's.
+    const bool isOwn = own && std::ranges::equal(own->columns, table->columns, {}, &ColumnLayout::name,
+                                                 &ColumnLayout::name);
+    table->ownedMap = isOwn ? own->ownedMap : RowPointer{};
+    table->rows = isOwn ? own->rows : 0;
     return RescuedTable{std::move(*table), {}};
   }
   std::vector<std::u16string> notes;
+  std::optional<TableLayout> own = parts_->LayoutOf(page);
   if (!own && check.pages.Has(page)) {
     own = PeekColumns(check, page);
     notes.push_back(u"definicja jest niepełna: utracono indeksy, a może i kolumny");
