@@ -158,10 +158,10 @@ void Judge::JudgeTable(const TableAnatomy& table) {
     if (touched_.isLost) JudgeLostDefinition(table);
     return;
   }
+  // A changed letter of the catalogue may be one of the name.
+  if (!touched_.isLost && IsCatalogueTouched()) return;
   const TableAnatomy* after = FindAfter(table);
   const RepairedTable* report = FindReport(table);
-  // A changed letter of the catalogue may be one of the name.
-  if (!touched_.isLost && IsCatalogueTouched() && (!after || !report)) return;
   if (!after) return Complain(table, "is gone");
   if (!report) return Complain(table, "is not in the report");
   JudgeRows(table, *after, *report);

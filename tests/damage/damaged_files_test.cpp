@@ -1,0 +1,109 @@
+// Databases damaged at random: used, checked and repaired, each ends well or with an error that says why. What a repair
+// returns is sound, holds every row that lay on untouched pages, and none that was not there.
+//
+//   ZIMBRAT_DAMAGES  how many files
+#include <gtest/gtest.h>
+
+#include <ctime>
+
+#include "damages.h"
+#include "jet/check/check.h"
+#include "jet/repair.h"
+#include "judge.h"
+#include "platform/error_numbers.h"
+#include "platform/text.h"
+#include "tests/support/error_of.h"
+#include "tests/support/fake_clock.h"
+#include "usage.h"
+
+namespace zimbrat::tests {
+
+using namespace zimbrat::jet;
+
+namespace {
+
+// Of the processor, for one file; nothing here takes a tenth of it.
+constexpr double kMostSeconds = 2;
+// A repair writes no more than the rows that it found, in pages of their own for each table.
+constexpr std::size_t kMostGrowth = 16;
+
+class DamagedFiles : public testing::Test {
+ protected:
+  void SetUp() override {
+    for (const std::string& name : FixtureNames()) subjects_.push_back(MakeFixture(name));
+    for (const Recipe& recipe : SmallRecipes(round_.seed)) subjects_.push_back(MakeDatabase(recipe));
+  }
+  void DamageOne();
+  Touched PagesThatDiffer(const Subject& subject, const FileBytes& plain);
+  void Put(const Subject& subject, FileBytes plain);
+  void CheckAndRepair(const Subject& subject, const FileBytes& plain);
+
+  Round round_;
+  std::vector<Subject> subjects_;
+  MemoryFiles files_;
+  FakeClock clock_;
+};
+
+Touched DamagedFiles::PagesThatDiffer(const Subject& subject, const FileBytes& plain) {
+  FileBytes sound = subject.bytes;
+  ToggleEncoding(sound, subject.key);
+  Touched touched;
+  for (PageNumber page = 0; page < subject.PageCount(); ++page) {
+    const bool isThere = (page + 1) * kPageSize <= plain.size();
+    if (!isThere || !std::ranges::equal(PageOf(plain, page), PageOf(sound, page))) touched.pages.insert(page);
+  }
+  return touched;
+}
+
+void DamagedFiles::Put(const Subject& subject, FileBytes plain) {
+  ToggleEncoding(plain, subject.key);
+  files_ = MemoryFiles();
+  files_.room = kMostGrowth * subject.bytes.size();
+  files_.BytesOf(kPath) = std::move(plain);
+}
+
+void DamagedFiles::CheckAndRepair(const Subject& subject, const FileBytes& plain) {
+  const Touched touched = PagesThatDiffer(subject, plain);
+  Try([&] { CheckFile(files_, kPath); });
+  RepairReport report;
+  const std::int32_t error = ErrorOf([&] { report = RepairDatabaseFile(files_, clock_, kPath); });
+  if (error != 0) {
+    // Without its first page, or without any of its tables, it is no database any more.
+    const bool mayBe = touched.pages.contains(0) || touched.pages.size() > subject.PageCount() / 2 ||
+                       error == platform::kErrCannotRepair;
+    EXPECT_TRUE(mayBe) << error;
+    return Count("refused-files", 1);
+  }
+  for (const Fault& fault : CheckFile(files_, kPath))
+    ADD_FAILURE() << platform::Utf8FromUtf16(fault.place + u": " + fault.text);
+  if (touched.pages.contains(0)) return;  // the password may be another one
+  const Anatomy after = DissectDatabase(*OpenDatabaseFile(files_, clock_, kPath, true, u"password", {}));
+  EXPECT_EQ(JudgeRepair(subject, touched, plain, report, after), "");
+}
+
+void DamagedFiles::DamageOne() {
+  const Subject& subject = subjects_[round_.Below(subjects_.size())];
+  FileBytes plain = subject.bytes;
+  ToggleEncoding(plain, subject.key);
+  const FileBytes sound = plain;
+  std::string what = subject.name + ":" + PlantDamage(subject, plain, round_);
+  if (round_.Below(4) == 0 && plain.size() == sound.size()) what += "," + PlantDamage(subject, plain, round_);
+  if (plain == sound) return;
+  SCOPED_TRACE(what);
+  const std::clock_t start = std::clock();
+  Put(subject, plain);
+  UseDatabase(files_, clock_);
+  Put(subject, plain);
+  EXPECT_NO_THROW(CheckAndRepair(subject, plain));
+  EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, kMostSeconds);
+  Count("damaged-files", 1);
+}
+
+}  // namespace
+
+TEST_F(DamagedFiles, EndWellOrWithAClearError) {
+  const std::size_t files = Setting("ZIMBRAT_DAMAGES", 200);
+  for (std::size_t i = 0; i < files; ++i) DamageOne();
+}
+
+}  // namespace zimbrat::tests
