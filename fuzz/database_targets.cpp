@@ -25,12 +25,14 @@ struct Disk {
   tests::FakeClock clock;
 };
 
-void Check(Disk& disk) {
+bool IsSound(Disk& disk) {
+  bool isSound = false;
   Attempt([&] {
     jet::CheckOptions options;
     options.reportUnused = true;
-    jet::CheckFile(disk.files, kDatabasePath, options);
+    isSound = !jet::HasErrors(jet::CheckFile(disk.files, kDatabasePath, options));
   });
+  return isSound;
 }
 
 // A repair verifies what it wrote; that it had to refuse it is a finding.
@@ -56,7 +58,9 @@ void ReadDatabase(Input input) {
 
 void CheckDatabase(Input input) {
   Disk disk(DamagedDatabase(input));
-  Check(disk);
+  if (!IsSound(disk)) return;
+  Require(!WalkDatabase(disk.files, disk.clock), "the engine meets damage that the check does not find");
+  Require(IsSound(disk), "changes of a sound database leave faults");
 }
 
 void RepairDatabase(Input input) {
@@ -67,7 +71,7 @@ void RepairDatabase(Input input) {
 void RawFile(Input input) {
   const auto bytes = std::as_bytes(input);
   Disk disk(tests::FileBytes(bytes.begin(), bytes.end()));
-  Check(disk);
+  IsSound(disk);
   WalkDatabase(disk.files, disk.clock);
   Repair(disk);
 }

@@ -8,15 +8,17 @@
 
 namespace zimbrat::fuzz {
 
-bool Attempt(const std::function<void()>& work) {
+bool Attempt(const std::function<void()>& work) { return ErrorOf(work) == 0; }
+
+std::int32_t ErrorOf(const std::function<void()>& work) {
   try {
     work();
-    return true;
+    return 0;
   } catch (const platform::RunTimeError& error) {
     Require(error.Number() != 0 && !error.Description().empty(), "an error without number or text");
     // What an exception of the language became that nobody foresaw.
     if (error.Number() == platform::kErrAutomation) Fail(error.what());
-    return false;
+    return error.Number();
   }
 }
 

@@ -1,5 +1,6 @@
 #include "walk.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "jet/engine.h"
 #include "outcome.h"
 #include "platform/dao.h"
+#include "platform/error_numbers.h"
 
 namespace zimbrat::fuzz {
 
@@ -16,32 +18,43 @@ namespace {
 // A damaged chain may bring the same rows again and again; these are more than any base has.
 constexpr int kMostRows = 2000;
 
-template <class T>
-std::vector<std::shared_ptr<T>> AllOf(dao::Collection<T>& collection) {
-  std::vector<std::shared_ptr<T>> all;
-  Attempt([&] {
-    for (int i = 0; i < collection.Count(); ++i) all.push_back(collection.Item(i));
-  });
-  return all;
-}
-
 class Walk {
  public:
-  explicit Walk(dao::Database& database) : database_(database) {}
+  explicit Walk(dao::Workspace& workspace) : workspace_(workspace) {}
 
-  void Run() {
-    for (const auto& table : AllOf(*database_.TableDefs())) {
-      Attempt([&] { Describe(*table); });
-      const std::u16string name = u"[" + table->Name() + u"]";
-      Attempt([&] { ReadRows(name); });
-      for (const auto& index : AllOf(*table->Indexes())) Attempt([&] { ReadInOrder(*table, name, *index); });
-      Attempt([&] { ChangeRows(name); });
-    }
-    for (const auto& relation : AllOf(*database_.Relations())) Attempt([&] { Describe(*relation); });
+  bool Run() {
+    Try([&] {
+      database_ = workspace_.OpenDatabase(kDatabasePath, true, false, kConnect);
+      LookAtAll();
+      database_->Close();
+    });
+    return hasMetDamage_;
   }
 
  private:
-  static void Describe(dao::TableDef& table) {
+  void Try(const std::function<void()>& work) {
+    hasMetDamage_ |= ErrorOf(work) == platform::kErrCannotOpenDatabase;
+  }
+  template <class T>
+  std::vector<std::shared_ptr<T>> AllOf(dao::Collection<T>& collection) {
+    std::vector<std::shared_ptr<T>> all;
+    Try([&] {
+      for (int i = 0; i < collection.Count(); ++i) all.push_back(collection.Item(i));
+    });
+    return all;
+  }
+
+  void LookAtAll() {
+    for (const auto& table : AllOf(*database_->TableDefs())) {
+      Try([&] { Describe(*table); });
+      const std::u16string name = u"[" + table->Name() + u"]";
+      Try([&] { ReadRows(name); });
+      for (const auto& index : AllOf(*table->Indexes())) Try([&] { ReadInOrder(*table, name, *index); });
+      Try([&] { ChangeRows(name); });
+    }
+    for (const auto& relation : AllOf(*database_->Relations())) Try([&] { Describe(*relation); });
+  }
+  void Describe(dao::TableDef& table) {
     table.Attributes();
     table.RecordCount();
     for (const auto& field : AllOf(*table.Fields())) {
@@ -55,7 +68,7 @@ class Walk {
     }
     for (const auto& index : AllOf(*table.Indexes())) AllOf(*index->Fields());
   }
-  static void Describe(dao::Relation& relation) {
+  void Describe(dao::Relation& relation) {
     relation.Table();
     relation.ForeignTable();
     relation.Attributes();
@@ -63,10 +76,10 @@ class Walk {
   }
 
   void ReadRows(const std::u16string& source) {
-    const auto rows = database_.OpenRecordset(source, dao::dbOpenSnapshot);
+    const auto rows = database_->OpenRecordset(source, dao::dbOpenSnapshot);
     const auto fields = AllOf(*rows->Fields());
     for (int count = 0; !rows->EndOfFile() && count < kMostRows; rows->MoveNext(), ++count) {
-      for (const auto& field : fields) Attempt([&] { field->Value(); });
+      for (const auto& field : fields) Try([&] { field->Value(); });
     }
     rows->Close();
   }
@@ -82,37 +95,34 @@ class Walk {
   }
 
   void ChangeRows(const std::u16string& table) {
-    const auto rows = database_.OpenRecordset(table, dao::dbOpenDynaset);
-    Attempt([&] {
+    const auto rows = database_->OpenRecordset(table, dao::dbOpenDynaset);
+    Try([&] {
       rows->AddNew();
       rows->Update();
     });
-    Attempt([&] {
+    Try([&] {
       if (rows->EndOfFile()) return;
       rows->Edit();
       const auto last = rows->Fields()->Item(rows->Fields()->Count() - 1);
       last->SetValue(last->Value());
       rows->Update();
     });
-    Attempt([&] {
+    Try([&] {
       if (!rows->EndOfFile()) rows->Delete();
     });
     rows->Close();
   }
 
-  dao::Database& database_;
+  dao::Workspace& workspace_;
+  std::shared_ptr<dao::Database> database_;
+  bool hasMetDamage_ = false;
 };
 
 }  // namespace
 
-void WalkDatabase(platform::Files& files, tests::FakeClock& clock) {
-  const auto engine = jet::MakeEngine(files, clock, {});
-  const auto workspace = engine->CreateWorkspace(u"", u"Admin", u"");
-  Attempt([&] {
-    const auto database = workspace->OpenDatabase(kDatabasePath, true, false, kConnect);
-    Walk(*database).Run();
-    database->Close();
-  });
+bool WalkDatabase(platform::Files& files, tests::FakeClock& clock) {
+  const auto workspace = jet::MakeEngine(files, clock, {})->CreateWorkspace(u"", u"Admin", u"");
+  return Walk(*workspace).Run();
 }
 
 }  // namespace zimbrat::fuzz

@@ -6,7 +6,7 @@
 
 namespace zimbrat::fuzz {
 
-// Errors are allowed everywhere; what was found out in spite of them is used.
-void WalkDatabase(platform::Files& files, tests::FakeClock& clock);
+// Errors are allowed everywhere; what was found out in spite of them is used. Whether one of them told of damage.
+bool WalkDatabase(platform::Files& files, tests::FakeClock& clock);
 
 }  // namespace zimbrat::fuzz
