@@ -18,6 +18,34 @@ constexpr std::int32_t kCascadeDeletes = 0x1000;
 constexpr std::size_t kMaxObjects = 65536;
 constexpr std::size_t kMaxPeeked = 16;
 
+struct SystemColumn {
+  PageNumber page;
+  std::u16string_view name;
+};
+constexpr SystemColumn kSystemColumns[] = {
+    {kObjectsPage, u"Id"},
+    {kObjectsPage, u"ParentId"},
+    {kObjectsPage, u"Name"},
+    {kObjectsPage, u"Type"},
+    {kObjectsPage, u"DateCreate"},
+    {kObjectsPage, u"DateUpdate"},
+    {kObjectsPage, u"Flags"},
+    {kObjectsPage, u"Owner"},
+    {kObjectsPage, u"LvProp"},
+    {kAcesPage, u"ObjectId"},
+    {kAcesPage, u"ACM"},
+    {kAcesPage, u"SID"},
+    {kAcesPage, u"FInheritable"},
+    {kRelationshipsPage, u"szRelationship"},
+    {kRelationshipsPage, u"szObject"},
+    {kRelationshipsPage, u"szColumn"},
+    {kRelationshipsPage, u"szReferencedObject"},
+    {kRelationshipsPage, u"szReferencedColumn"},
+    {kRelationshipsPage, u"grbit"},
+    {kRelationshipsPage, u"ccolumn"},
+    {kRelationshipsPage, u"icolumn"},
+};
+
 std::vector<std::byte> KeyOfName(std::u16string_view name) {
   std::vector<std::byte> key;
   AppendTextKey(name, true, key);
@@ -35,6 +63,14 @@ bool CatalogueObject::IsTable() const {
 }
 bool CatalogueObject::IsRelationship() const {
   return type == kTypeRelationship;
+}
+
+void CatalogueCheck::RequireColumns(const TableLayout& table) {
+  for (const SystemColumn& column : kSystemColumns) {
+    if (column.page != table.page) continue;
+    const bool isThere = std::ranges::find(table.columns, column.name, &ColumnLayout::name) != table.columns.end();
+    if (!isThere) check_.Loss(table.place, TextOf(u"tabela systemowa nie ma kolumny „", column.name, u"”"));
+  }
 }
 
 std::int32_t CatalogueCheck::LongOf(const TableLayout& table, const RowParts& row,

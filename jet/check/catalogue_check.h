@@ -26,6 +26,8 @@ class CatalogueCheck {
  public:
   explicit CatalogueCheck(Checking& check) : check_(check) {}
 
+  // Of a system table: without a column that the engine asks for by its name no catalogue can be read.
+  void RequireColumns(const TableLayout& table);
   // Rows of the system tables, as their tables are checked: objects first.
   void AddObject(const TableLayout& table, const RowParts& row);
   void FinishObjects();

@@ -83,6 +83,7 @@ void FileCheck::CheckTable(const CatalogueObject& object) {
   const std::u16string place = TextOf(u"tabela „", object.name, u"”");
   const std::optional<TableLayout> table = ReadLayout(check_, place, object.id);
   if (!table) return;
+  catalogue_.RequireColumns(*table);
   RowVisit visit;
   if (object.id == kAcesPage) {
     visit = [&](const RowParts& row) { catalogue_.AddPermission(*table, row); };
@@ -106,6 +107,7 @@ void FileCheck::CheckTables() {
       ReadLayout(check_, u"tabela „MSysObjects”", kObjectsPage);
   if (!objects) return;
   CheckSortOrder(*objects);
+  catalogue_.RequireColumns(*objects);
   TableCheck(check_, *objects).Run([&](const RowParts& row) {
     catalogue_.AddObject(*objects, row);
   });
