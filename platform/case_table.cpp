@@ -32,6 +32,7 @@ constexpr CaseRange kCaseRanges[] = {
 }  // namespace
 
 char16_t UpperCase(char16_t unit) {
+  if (unit < 0x80) return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 32) : unit;
   const auto* range = std::lower_bound(
       std::begin(kCaseRanges), std::end(kCaseRanges), unit,
       [](const CaseRange& candidate, char16_t wanted) { return candidate.last < wanted; });

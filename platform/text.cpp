@@ -108,7 +108,7 @@ std::u16string LowerCase(std::u16string_view text) {
 
 bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char16_t x, char16_t y) { return UpperCase(x) == UpperCase(y); });
+                    [](char16_t x, char16_t y) { return x == y || UpperCase(x) == UpperCase(y); });
 }
 
 std::u16string_view TrimBlanks(std::u16string_view text) {

@@ -40,7 +40,9 @@ bool IndexPage::ReadMask(Checking& check, const std::u16string& place) {
   prefix_ = Get16(page, kOffsetPrefixLength);
   std::size_t end = 0;
   for (std::size_t bit = 0; bit < 8 * kSizeEntryMask; ++bit) {
-    if ((Get8(page, kOffsetEntryMask + bit / 8) >> (bit % 8) & 1) == 0) continue;
+    const unsigned rest = Get8(page, kOffsetEntryMask + bit / 8) >> (bit % 8);
+    if (rest == 0) bit |= 7;  // none in this byte any more
+    if ((rest & 1) == 0) continue;
     const bool isFirst = ends_.empty();
     const std::size_t size = bit - end + (isFirst ? 0 : prefix_);
     if (bit > kSizeEntries || size <= pointer || size > kSizeEntries ||

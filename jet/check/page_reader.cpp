@@ -10,6 +10,7 @@ namespace zimbrat::jet::check {
 
 namespace {
 constexpr std::size_t kCachedPages = 4096;  // 16 MiB
+constexpr PageNumber kPagesAhead = 8;         // read together once pages are asked for in turn
 constexpr std::uint64_t kReadsBetweenPulses = 128;
 }  // namespace
 
@@ -20,21 +21,36 @@ PageReader::PageReader(platform::File& file, std::function<void()> pulse)
   if (pages > kMaxPages) Raise(platform::kErrDatabaseFull);
   count_ = static_cast<PageNumber>(pages);
   hasWholePages_ = size_ % kPageSize == 0;
+  ahead_.resize(kPagesAhead * kPageSize);
   slots_.resize(std::min<std::size_t>(kCachedPages, std::max<std::size_t>(count_, 1)));
 }
 
 PageView PageReader::Read(PageNumber page) {
-  Slot& slot = slots_[page % slots_.size()];
+  const Slot& slot = SlotOf(page);
   if (slot.page && slot.number == page) return slot.page;
-  auto bytes = std::make_shared<PageBytes>();
-  const std::uint64_t offset = std::uint64_t{page} * kPageSize;
+  const bool isNext = page == next_ && page != 0;
+  Load(page, isNext ? std::min<PageNumber>(kPagesAhead, count_ - page) : 1);
+  return SlotOf(page).page;
+}
+
+void PageReader::Load(PageNumber first, PageNumber count) {
+  const std::uint64_t offset = std::uint64_t{first} * kPageSize;
+  const Bytes bytes = Bytes(ahead_).first(count * kPageSize);
+  const std::size_t have = file_.ReadAt(offset, bytes);
   // What the disk failed to give must not pass for damage.
-  if (file_.ReadAt(offset, *bytes) < std::min<std::uint64_t>(kPageSize, size_ - offset))
-    Raise(platform::kErrDiskIo);
-  if (key_ != 0 && page != 0) Rc4(key_ ^ page, *bytes);
-  if (pulse_ && ++reads_ % kReadsBetweenPulses == 0) pulse_();
-  slot = {page, std::move(bytes)};
-  return slot.page;
+  if (have < std::min<std::uint64_t>(bytes.size(), size_ - offset)) Raise(platform::kErrDiskIo);
+  std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(have), bytes.end(), std::byte{0});
+  if (first != 0) CodePages(key_, first, bytes);
+  for (PageNumber i = 0; i < count; ++i) {
+    auto page = std::make_shared_for_overwrite<PageBytes>();
+    std::copy_n(bytes.begin() + i * kPageSize, kPageSize, page->begin());
+    SlotOf(first + i) = {first + i, std::move(page)};
+  }
+  next_ = first + count;
+  if (pulse_ && (reads_ += count) >= kReadsBetweenPulses) {
+    reads_ = 0;
+    pulse_();
+  }
 }
 
 }  // namespace zimbrat::jet::check

@@ -35,13 +35,18 @@ class PageReader {
     PageView page;
   };
 
+  Slot& SlotOf(PageNumber page) { return slots_[page % slots_.size()]; }
+  void Load(PageNumber first, PageNumber count);
+
   platform::File& file_;
   std::function<void()> pulse_;
   std::uint32_t key_ = 0;
   std::uint64_t size_ = 0;
   PageNumber count_ = 0;
   bool hasWholePages_ = true;
-  std::uint64_t reads_ = 0;
+  PageNumber next_ = 0;  // after the one read last
+  std::uint64_t reads_ = 0;  // since the last pulse
+  std::vector<std::byte> ahead_;
   std::vector<Slot> slots_;
 };
 

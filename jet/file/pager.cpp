@@ -155,11 +155,11 @@ void Pager::WriteOut(CachedPage& page) {
 // Pages that follow one another, in one call.
 void Pager::WriteRun(std::span<CachedPage* const> run) {
   for (std::size_t i = 0; i < run.size(); ++i) {
-    const Bytes coded = Bytes(coded_).subspan(i * kPageSize, kPageSize);
-    std::copy(run[i]->bytes.begin(), run[i]->bytes.end(), coded.begin());
-    Code(run[i]->number, coded);
+    std::copy(run[i]->bytes.begin(), run[i]->bytes.end(), coded_.begin() + static_cast<std::ptrdiff_t>(i * kPageSize));
   }
   const PageNumber first = run.front()->number;
+  const std::size_t plain = first == 0 ? kPageSize : 0;  // the header
+  CodePages(key_, first == 0 ? 1 : first, Bytes(coded_).subspan(plain, run.size() * kPageSize - plain));
   file_->WriteAt(std::uint64_t{first} * kPageSize, ConstBytes(coded_).first(run.size() * kPageSize));
   writtenCount_ = std::max(writtenCount_, static_cast<PageNumber>(first + run.size()));
   for (CachedPage* page : run) page->dirty = false;
