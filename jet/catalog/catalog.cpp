@@ -41,20 +41,24 @@ std::u16string TextOr(const dao::Value& value) {
 
 }  // namespace
 
+std::size_t ColumnOf(Table& table, std::u16string_view name) {
+  const auto column = table.Definition().FindColumn(name);
+  if (!column) RaiseDamaged(u"tabela „" + table.Name() + u"” nie ma kolumny „" + std::u16string(name) + u"”");
+  return *column;
+}
+
 RowFields MakeRow(Table& table, const std::vector<std::pair<std::u16string_view, dao::Value>>& values) {
   RowFields fields(table.Definition().columns.size());
   for (const auto& [name, value] : values) {
-    const auto column = table.Definition().FindColumn(name);
-    if (!column) RaiseDamaged(u"tabela „" + table.Name() + u"” nie ma kolumny „" + std::u16string(name) + u"”");
-    fields[*column] = table.FieldOf(*column, value);
+    const std::size_t column = ColumnOf(table, name);
+    fields[column] = table.FieldOf(column, value);
   }
   return fields;
 }
 
 dao::Value ValueByName(Table& table, const RowFields& fields, std::u16string_view name) {
-  const auto column = table.Definition().FindColumn(name);
-  if (!column) RaiseDamaged(u"tabela „" + table.Name() + u"” nie ma kolumny „" + std::u16string(name) + u"”");
-  return table.ValueOf(*column, fields[*column]);
+  const std::size_t column = ColumnOf(table, name);
+  return table.ValueOf(column, fields[column]);
 }
 
 dao::Binary MaskedSid(std::uint8_t first, std::uint8_t second, const std::array<std::uint8_t, 2>& mask) {
@@ -86,20 +90,23 @@ Table& Catalog::SystemTable(PageNumber page) {
 void Catalog::Load() {
   generation_ = storage_.pager.Generation();
   objects_.clear();
+  places_.clear();
   ids_.clear();
   Table& table = SystemTable(kObjectsPage);
+  const std::size_t id = ColumnOf(table, u"Id"), parentId = ColumnOf(table, u"ParentId"),
+                    type = ColumnOf(table, u"Type"), name = ColumnOf(table, u"Name"),
+                    flags = ColumnOf(table, u"Flags");
   for (RowScan scan(table); scan.Next();) {
     if (objects_.size() >= kMaxObjects) RaiseDamaged(u"katalog ma zbyt wiele wierszy");
+    const auto value = [&](std::size_t column) { return table.ValueOf(column, scan.Fields()[column]); };
     CatalogObject object;
-    object.id = NumberOr<std::int32_t>(ValueByName(table, scan.Fields(), u"Id"), 0);
-    object.parentId = NumberOr<std::int32_t>(ValueByName(table, scan.Fields(), u"ParentId"), 0);
-    object.type = NumberOr<std::int16_t>(ValueByName(table, scan.Fields(), u"Type"), 0);
-    object.name = TextOr(ValueByName(table, scan.Fields(), u"Name"));
-    object.flags =
-        static_cast<std::uint32_t>(NumberOr<std::int32_t>(ValueByName(table, scan.Fields(), u"Flags"), 0));
+    object.id = NumberOr<std::int32_t>(value(id), 0);
+    object.parentId = NumberOr<std::int32_t>(value(parentId), 0);
+    object.type = NumberOr<std::int16_t>(value(type), 0);
+    object.name = TextOr(value(name));
+    object.flags = static_cast<std::uint32_t>(NumberOr<std::int32_t>(value(flags), 0));
     object.row = scan.Place();
-    NoteName(object);
-    objects_.push_back(std::move(object));
+    Append(std::move(object));
   }
   loaded_ = true;
 }
@@ -125,9 +132,15 @@ const CatalogObject* Catalog::FindByName(bool relationship, std::u16string_view 
 }
 
 const CatalogObject* Catalog::FindById(std::int32_t id) const {
-  const auto found = std::find_if(objects_.begin(), objects_.end(),
-                                  [&](const CatalogObject& object) { return object.id == id; });
-  return found == objects_.end() ? nullptr : &*found;
+  const auto found = places_.find(id);
+  return found == places_.end() ? nullptr : &objects_[found->second];
+}
+
+// Of two objects with one id, which only damage makes, the first counts.
+void Catalog::Append(CatalogObject object) {
+  places_.emplace(object.id, objects_.size());
+  NoteName(object);
+  objects_.push_back(std::move(object));
 }
 
 void Catalog::NoteName(const CatalogObject& object) {
@@ -137,7 +150,10 @@ void Catalog::NoteName(const CatalogObject& object) {
 }
 
 const CatalogObject* Catalog::FindTableByPage(PageNumber page) {
-  for (const CatalogObject& object : Objects()) {
+  Refresh();
+  const CatalogObject* likely = FindById(static_cast<std::int32_t>(page));
+  if (likely && likely->Is(ObjectType::Table)) return likely;
+  for (const CatalogObject& object : objects_) {
     if (object.Is(ObjectType::Table) && static_cast<PageNumber>(object.id & 0xFFFFFF) == page) return &object;
   }
   return nullptr;
@@ -212,8 +228,7 @@ void Catalog::AddObject(CatalogObject object, const PropertyBlob& properties) {
                                            {u"LvProp", blob}});
   object.row = table.Insert(table.Prepare(fields));
   AddAccessEntries(object.id, object.parentId);
-  NoteName(object);
-  objects_.push_back(std::move(object));
+  Append(std::move(object));
 }
 
 void Catalog::AddTable(std::u16string_view name, PageNumber page, const PropertyBlob& properties) {
@@ -308,6 +323,8 @@ void Catalog::Remove(std::int32_t id) {
   properties_.erase(id);
   std::erase_if(ids_, [&](const auto& entry) { return entry.second == id; });
   std::erase_if(objects_, [&](const CatalogObject& other) { return other.id == id; });
+  places_.clear();
+  for (std::size_t i = 0; i < objects_.size(); ++i) places_.emplace(objects_[i].id, i);
 }
 
 void Catalog::ChangeRow(const CatalogObject& object,

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "jet/catalog/properties.h"
@@ -101,6 +102,7 @@ class Catalog {
   const CatalogObject& Require(std::int32_t id);
   const CatalogObject* FindById(std::int32_t id) const;
   const CatalogObject* FindByName(bool relationship, std::u16string_view name);
+  void Append(CatalogObject object);
   void NoteName(const CatalogObject& object);
   void ChangeRow(const CatalogObject& object,
                  const std::vector<std::pair<std::u16string_view, dao::Value>>& values);
@@ -112,6 +114,7 @@ class Catalog {
   std::uint64_t removals_ = 0;
   std::uint64_t generation_ = 0;
   std::vector<CatalogObject> objects_;
+  std::unordered_map<std::int32_t, std::size_t> places_;  // of the ids among them
   // Ids by the sort keys of the names: tables, links and queries share one space, relationships have
   // their own (true).
   std::map<std::pair<bool, std::vector<std::byte>>, std::int32_t> ids_;
@@ -120,6 +123,8 @@ class Catalog {
   std::map<PageNumber, std::vector<FieldRules>> rules_;
 };
 
+// Error 3049 when it is not there: of system tables, whose columns are known.
+std::size_t ColumnOf(Table& table, std::u16string_view name);
 // Values by column name into a row of `table`, the others null; long values are stored on the way.
 RowFields MakeRow(Table& table, const std::vector<std::pair<std::u16string_view, dao::Value>>& values);
 dao::Value ValueByName(Table& table, const RowFields& fields, std::u16string_view column);

@@ -13,14 +13,18 @@ namespace zimbrat::jet {
 
 namespace {
 
-std::u16string TextAt(Table& table, const RowFields& fields, std::u16string_view column) {
-  const dao::Value value = ValueByName(table, fields, column);
+std::u16string TextAt(Table& table, const RowFields& fields, std::size_t column) {
+  const dao::Value value = table.ValueOf(column, fields[column]);
   const auto* text = std::get_if<std::u16string>(&value);
   return text ? *text : std::u16string();
 }
 
-std::int32_t LongAt(Table& table, const RowFields& fields, std::u16string_view column) {
-  const dao::Value value = ValueByName(table, fields, column);
+std::u16string TextAt(Table& table, const RowFields& fields, std::u16string_view column) {
+  return TextAt(table, fields, ColumnOf(table, column));
+}
+
+std::int32_t LongAt(Table& table, const RowFields& fields, std::size_t column) {
+  const dao::Value value = table.ValueOf(column, fields[column]);
   const auto* number = std::get_if<std::int32_t>(&value);
   return number ? *number : 0;
 }
@@ -133,22 +137,26 @@ std::pair<LogicalIndex, LogicalIndex> MakeEnds(const Relationship& r, PageNumber
 
 std::vector<Relationship> Relationships::List() {
   const std::shared_ptr<Table> table = catalog_.Open(kRelationshipsPage);
+  const auto find = [&](std::u16string_view name) { return ColumnOf(*table, name); };
+  const std::size_t nameAt = find(u"szRelationship"), tableAt = find(u"szReferencedObject"),
+                    foreignTableAt = find(u"szObject"), attributesAt = find(u"grbit"), positionAt = find(u"icolumn"),
+                    columnAt = find(u"szReferencedColumn"), foreignColumnAt = find(u"szColumn");
   std::vector<Relationship> list;
   std::map<std::u16string, std::size_t> places;
   for (RowScan scan(*table); scan.Next();) {
-    const std::u16string name = TextAt(*table, scan.Fields(), u"szRelationship");
+    const std::u16string name = TextAt(*table, scan.Fields(), nameAt);
     const auto [place, isNew] = places.emplace(name, list.size());
     if (isNew) {
-      list.push_back({name, TextAt(*table, scan.Fields(), u"szReferencedObject"),
-                      TextAt(*table, scan.Fields(), u"szObject"),
-                      static_cast<std::uint32_t>(LongAt(*table, scan.Fields(), u"grbit")), {}});
+      list.push_back({name, TextAt(*table, scan.Fields(), tableAt),
+                      TextAt(*table, scan.Fields(), foreignTableAt),
+                      static_cast<std::uint32_t>(LongAt(*table, scan.Fields(), attributesAt)), {}});
     }
     std::vector<RelationField>& fields = list[place->second].fields;
-    const auto position = static_cast<std::size_t>(LongAt(*table, scan.Fields(), u"icolumn"));
+    const auto position = static_cast<std::size_t>(LongAt(*table, scan.Fields(), positionAt));
     if (position >= kMaxColumns) continue;
     if (fields.size() <= position) fields.resize(position + 1);
-    fields[position] = {TextAt(*table, scan.Fields(), u"szReferencedColumn"),
-                        TextAt(*table, scan.Fields(), u"szColumn")};
+    fields[position] = {TextAt(*table, scan.Fields(), columnAt),
+                        TextAt(*table, scan.Fields(), foreignColumnAt)};
   }
   return list;
 }
