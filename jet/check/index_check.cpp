@@ -25,28 +25,15 @@ std::u16string RowText(RowPointer row) {
 
 }  // namespace
 
-bool NeedsEntry(const TableLayout& table, const IndexLayout& index, const RowParts& row) {
-  if (!index.Has(kIndexIgnoreNulls)) return true;
-  return std::any_of(index.parts.begin(), index.parts.end(), [&](const IndexLayout::Part& part) {
-    const ColumnLayout* column = table.FindColumn(part.columnId);
-    return column && (column->IsBoolean() || row.Field(*column));
-  });
-}
-
 IndexCheck::IndexCheck(Checking& check, const TableLayout& table, std::size_t position,
                        std::u16string place)
     : check_(check),
       table_(table),
       index_(table.indexes[position]),
       place_(std::move(place)),
-      owner_{PageUse::Index, table.page, static_cast<std::uint8_t>(position)} {
+      owner_{PageUse::Index, table.page, static_cast<std::uint8_t>(position)},
+      columns_(table, index_) {
   check_.indexedRows.Clear();
-  for (const IndexLayout::Part& part : index_.parts) {
-    const ColumnLayout* column = table.FindColumn(part.columnId);
-    if (!column || !IsIndexable(column->type)) continue;  // the definition's fault was reported
-    columns_.push_back({column->type, part.ascending});
-    tableColumns_.push_back(column);
-  }
 }
 
 // The pages of the map are claimed; the walk then counts how many of them the tree has.
@@ -56,11 +43,13 @@ void IndexCheck::ReadMap() {
   });
 }
 
-void IndexCheck::Run() {
+void IndexCheck::Run(const EntrySum& rows) {
   ReadMap();
-  if (columns_.size() != index_.parts.size() || columns_.empty()) return;
+  if (!columns_.IsWhole()) return;
   std::optional<std::size_t> height;
-  if (!WalkChild(index_.root, 0, height)) return;
+  const bool isWalked = WalkChild(index_.root, 0, height);
+  if (entries_ != rows || check_.options.keyCounts) CompareWithRows();
+  if (!isWalked) return;
   for (const Level& level : levels_) {
     if (level.next != 0)
       Fault(level.last, TextOf(u"za ostatnią stroną poziomu jest strona ", level.next));
@@ -155,6 +144,7 @@ void IndexCheck::CheckLinks(const IndexPage& page, std::size_t height) {
 }
 
 void IndexCheck::WalkLeaf(const IndexPage& leaf) {
+  if (columns_.AreComparable()) leaves_.push_back(leaf.Number());
   Entry entry;
   for (std::size_t i = 0; i < leaf.Count() && !check_.report.IsFull(); ++i) {
     leaf.CopyEntry(i, entry);
@@ -180,17 +170,14 @@ void IndexCheck::CheckEntry(PageNumber leaf, const Entry& entry) {
 }
 
 void IndexCheck::CheckKey(PageNumber leaf, ConstBytes key, RowPointer row) {
-  const bool isComparable =
-      std::all_of(tableColumns_.begin(), tableColumns_.end(),
-                  [](const ColumnLayout* c) { return c->HasComparableKeys(); });
-  if (!isComparable) {
+  if (!columns_.AreComparable()) {
     if (!FindHomeRow(check_, table_.page, row))
       Fault(leaf, TextOf(u"wpis wskazuje na brak ", RowText(row)));
     return;
   }
-  const std::optional<KeyParts> parts = SplitKey(columns_, key);
+  const std::optional<KeyParts> parts = SplitKey(columns_.keys, key);
   if (!parts) return Fault(leaf, TextOf(u"wpis ", RowText(row), u" nie jest kluczem tego indeksu"));
-  const bool isAllNull = IsAllNullKey(columns_, key);
+  const bool isAllNull = IsAllNullKey(columns_.keys, key);
   if (index_.Has(kIndexUnique) && !isAllNull && !previous_.empty() &&
       std::ranges::equal(KeyOf(previous_), key)) {
     Fault(leaf, TextOf(u"wpis ", RowText(row), u" powtarza klucz w indeksie bez powtórzeń"));
@@ -207,14 +194,27 @@ void IndexCheck::CheckKey(PageNumber leaf, ConstBytes key, RowPointer row) {
   if (isAllNull && index_.Has(kIndexIgnoreNulls)) {
     Fault(leaf, TextOf(u"wpis ", RowText(row), u" jest pusty, choć indeks pomija puste"));
   }
-  CompareWithRow(leaf, key, *parts, row);
+  entries_.Add(key, row);
+}
+
+// One by one, to name those that differ.
+void IndexCheck::CompareWithRows() {
+  Entry entry;
+  for (const PageNumber number : leaves_) {
+    const IndexPage leaf = IndexPage::ReadAgain(check_.pages, number);
+    for (std::size_t i = 0; i < leaf.Count() && !check_.report.IsFull(); ++i) {
+      leaf.CopyEntry(i, entry);
+      const std::optional<KeyParts> parts = SplitKey(columns_.keys, KeyOf(entry));
+      if (parts) CompareWithRow(number, KeyOf(entry), *parts, RowOf(entry));
+    }
+  }
 }
 
 // The key is made anew from the row. A negative zero may be there as such or as zero.
 bool IndexCheck::IsPartEqual(std::size_t i, ConstBytes part, const dao::Value& value) {
   for (const NegativeZero zero : {NegativeZero::AsItLies, NegativeZero::AsZero}) {
     scratch_.clear();
-    AppendKeyColumn(columns_[i], value, scratch_, zero);
+    AppendKeyColumn(columns_.keys[i], value, scratch_, zero);
     if (std::ranges::equal(scratch_, part)) return true;
   }
   return false;
@@ -226,13 +226,13 @@ void IndexCheck::CompareWithRow(PageNumber leaf, ConstBytes key, const KeyParts&
   if (!view) return Fault(leaf, TextOf(u"wpis wskazuje na brak ", RowText(row)));
   RowParts fields;
   if (!fields.Parse(table_, view->bytes).empty()) return;  // the row's own fault
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    const ColumnLayout& column = *tableColumns_[i];
+  for (std::size_t i = 0; i < columns_.keys.size(); ++i) {
+    const ColumnLayout& column = *columns_.columns[i];
     const dao::Value value = ValueOfField(check_, column, fields.Field(column));
     const bool isEqual =
         IsPartEqual(i, key.subspan(parts.parts[i].offset, parts.parts[i].size), value);
     if (KeyCounts* counts = check_.options.keyCounts) {
-      KeyCount& of = (*counts)[{column.type, columns_[i].ascending}];
+      KeyCount& of = (*counts)[{column.type, columns_.keys[i].ascending}];
       ++of.keys;
       of.equal += isEqual ? 1 : 0;
     }

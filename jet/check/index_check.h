@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "checking.h"
+#include "entry_sum.h"
+#include "index_columns.h"
 #include "index_page.h"
 #include "layout.h"
 #include "rows.h"
@@ -14,15 +16,12 @@
 
 namespace zimbrat::jet::check {
 
-// Whether an index must have an entry of this row: always, but for rows of nulls where those are
-// ignored.
-bool NeedsEntry(const TableLayout& table, const IndexLayout& index, const RowParts& row);
-
 class IndexCheck {
  public:
   IndexCheck(Checking& check, const TableLayout& table, std::size_t position, std::u16string place);
 
-  void Run();
+  // `rows` are the entries that the table's rows make.
+  void Run(const EntrySum& rows);
   std::uint64_t Entries() const { return count_; }
   // Reports the rows of a data page that have no entry. After Run.
   void NameMissing(PageNumber dataPage);
@@ -44,6 +43,7 @@ class IndexCheck {
   void WalkLeaf(const IndexPage& leaf);
   void CheckEntry(PageNumber leaf, const Entry& entry);
   void CheckKey(PageNumber leaf, ConstBytes key, RowPointer row);
+  void CompareWithRows();
   void CompareWithRow(PageNumber leaf, ConstBytes key, const KeyParts& parts, RowPointer row);
   bool IsPartEqual(std::size_t i, ConstBytes part, const dao::Value& value);
   void Fault(PageNumber page, std::u16string text) {
@@ -55,8 +55,9 @@ class IndexCheck {
   const IndexLayout& index_;
   std::u16string place_;
   PageOwner owner_;
-  std::vector<KeyColumn> columns_;
-  std::vector<const ColumnLayout*> tableColumns_;
+  IndexColumns columns_;
+  EntrySum entries_;
+  std::vector<PageNumber> leaves_;  // whose entries are to be compared with their rows, if they must be
   std::uint64_t mapped_ = 0;  // pages of the map
   std::uint64_t walked_ = 0;  // pages of the tree
   std::uint64_t count_ = 0;

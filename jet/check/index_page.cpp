@@ -11,15 +11,13 @@ constexpr std::size_t kOffsetUnused = 8;
 std::optional<IndexPage> IndexPage::Read(Checking& check, const std::u16string& place,
                                          PageNumber number, PageNumber owner) {
   IndexPage result;
-  result.number_ = number;
-  result.page_ = check.pages.Read(number);
+  result.Load(check.pages, number);
   const ConstBytes page = *result.page_;
   const std::uint8_t type = Get8(page, 0);
   if (type != kPageIndexNode && type != kPageIndexLeaf) {
     check.PageLoss(place, number, TextOf(u"nie jest stroną indeksu (rodzaj ", type, u")"));
     return std::nullopt;
   }
-  result.isLeaf_ = type == kPageIndexLeaf;
   if (Get8(page, 1) != 1) check.PageError(place, number, u"drugi bajt strony jest różny od 1");
   if (Get32(page, kOffsetUnused) != 0) {
     check.PageError(place, number, u"nieużywane pole nagłówka strony nie jest zerem");
@@ -30,29 +28,40 @@ std::optional<IndexPage> IndexPage::Read(Checking& check, const std::u16string& 
     return std::nullopt;
   }
   if (result.isLeaf_ && result.Tail() != 0) check.PageError(place, number, u"liść ma ogon");
-  if (!result.ReadMask(check, place)) return std::nullopt;
+  if (!result.CheckMask(check, place)) return std::nullopt;
   return result;
 }
 
-bool IndexPage::ReadMask(Checking& check, const std::u16string& place) {
+IndexPage IndexPage::ReadAgain(PageReader& pages, PageNumber number) {
+  IndexPage result;
+  result.Load(pages, number);
+  return result;
+}
+
+void IndexPage::Load(PageReader& pages, PageNumber number) {
+  number_ = number;
+  page_ = pages.Read(number);
   const ConstBytes page = *page_;
-  const std::size_t pointer = isLeaf_ ? kSizeLeafPointer : kSizeNodePointer;
+  isLeaf_ = Get8(page, 0) == kPageIndexLeaf;
   prefix_ = Get16(page, kOffsetPrefixLength);
-  std::size_t end = 0;
   for (std::size_t bit = 0; bit < 8 * kSizeEntryMask; ++bit) {
     const unsigned rest = Get8(page, kOffsetEntryMask + bit / 8) >> (bit % 8);
     if (rest == 0) bit |= 7;  // none in this byte any more
-    if ((rest & 1) == 0) continue;
-    const bool isFirst = ends_.empty();
-    const std::size_t size = bit - end + (isFirst ? 0 : prefix_);
-    if (bit > kSizeEntries || size <= pointer || size > kSizeEntries ||
-        (isFirst && size <= prefix_)) {
-      check.PageLoss(place, number_,
-                     TextOf(u"wpis ", ends_.size(), u" ma niemożliwą długość ", size));
+    if ((rest & 1) != 0) ends_.push_back(static_cast<std::uint16_t>(bit));
+  }
+}
+
+bool IndexPage::CheckMask(Checking& check, const std::u16string& place) const {
+  const ConstBytes page = *page_;
+  const std::size_t pointer = isLeaf_ ? kSizeLeafPointer : kSizeNodePointer;
+  std::size_t end = 0;
+  for (std::size_t i = 0; i < ends_.size(); end = ends_[i++]) {
+    const std::size_t bit = ends_[i];
+    const std::size_t size = bit - end + (i == 0 ? 0 : prefix_);
+    if (bit > kSizeEntries || size <= pointer || size > kSizeEntries || (i == 0 && size <= prefix_)) {
+      check.PageLoss(place, number_, TextOf(u"wpis ", i, u" ma niemożliwą długość ", size));
       return false;
     }
-    ends_.push_back(static_cast<std::uint16_t>(bit));
-    end = bit;
   }
   const std::size_t free = Get16(page, kOffsetFreeBytes);
   if (free != kSizeEntries - end) {

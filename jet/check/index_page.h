@@ -15,6 +15,9 @@ class IndexPage {
   static std::optional<IndexPage> Read(Checking& check, const std::u16string& place,
                                        PageNumber number, PageNumber owner);
 
+  // A page that Read has accepted, once more, without a report.
+  static IndexPage ReadAgain(PageReader& pages, PageNumber number);
+
   PageNumber Number() const { return number_; }
   bool IsLeaf() const { return isLeaf_; }
   PageNumber Previous() const { return Get32(*page_, kOffsetPreviousLeaf); }
@@ -27,7 +30,8 @@ class IndexPage {
   PageNumber Child(std::size_t i) const;
 
  private:
-  bool ReadMask(Checking& check, const std::u16string& place);
+  void Load(PageReader& pages, PageNumber number);
+  bool CheckMask(Checking& check, const std::u16string& place) const;
 
   PageNumber number_ = 0;
   bool isLeaf_ = true;

@@ -126,7 +126,9 @@ void TableCheck::CheckRow(RowPointer home, ConstBytes row, const RowVisit& visit
     }
   }
   for (std::size_t i = 0; i < table_.indexes.size(); ++i) {
-    if (NeedsEntry(table_, table_.indexes[i], parts)) ++entriesExpected_[i];
+    if (!NeedsEntry(table_, table_.indexes[i], parts)) continue;
+    ++entriesExpected_[i];
+    if (isSound && indexColumns_[i].AreComparable()) indexColumns_[i].AddEntry(check_, parts, home, entrySums_[i]);
   }
   if (isSound && visit) visit(parts);
 }
@@ -154,7 +156,7 @@ void TableCheck::CheckRowCount() {
 void TableCheck::CheckIndexes() {
   for (std::size_t i = 0; i < table_.indexes.size() && !check_.report.IsFull(); ++i) {
     IndexCheck index(check_, table_, i, PlaceOfIndex(table_, table_.indexes[i]));
-    index.Run();
+    index.Run(entrySums_[i]);
     if (index.Entries() == entriesExpected_[i]) continue;
     check_.Error(PlaceOfIndex(table_, table_.indexes[i]),
                  TextOf(u"indeks ma ", index.Entries(), u" wpisów zamiast ", entriesExpected_[i]));
@@ -164,6 +166,8 @@ void TableCheck::CheckIndexes() {
 
 void TableCheck::Run(const RowVisit& visit) {
   entriesExpected_.assign(table_.indexes.size(), 0);
+  entrySums_.assign(table_.indexes.size(), {});
+  for (const IndexLayout& index : table_.indexes) indexColumns_.emplace_back(table_, index);
   ReadMaps();
   for (const PageNumber page : pages_) {
     if (check_.report.IsFull()) return;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "checking.h"
+#include "index_columns.h"
 #include "layout.h"
 #include "rows.h"
 
@@ -37,8 +38,10 @@ class TableCheck {
   std::vector<PageNumber> pages_;
   std::vector<PageNumber> valuePages_;
   std::uint64_t rows_ = 0;
-  // For each index the rows that must have an entry.
+  // For each index what its entries are made of, how many there must be, and those of sound rows.
+  std::vector<IndexColumns> indexColumns_;
   std::vector<std::uint64_t> entriesExpected_;
+  std::vector<EntrySum> entrySums_;
 };
 
 }  // namespace zimbrat::jet::check
