@@ -9,7 +9,7 @@
 //   a definition's first page     its rows have no columns: the table is named, with their number
 //   its other pages               columns without names, and no indexes; the rows are there
 //   the catalogue's rows          the tables are there, called "Odzyskana_" and their former page
-//   page 0                        of an encoded file: the key
+//   page 0                        the file is no database any more: refused, and left as it is
 #pragma once
 
 #include <set>

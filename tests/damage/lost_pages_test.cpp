@@ -81,6 +81,16 @@ void LostPages::LoseEach(const Subject& subject, std::size_t most) {
 
 }  // namespace
 
+TEST_F(LostPages, OfTheHeaderLeaveNoDatabase) {
+  MemoryFiles files;
+  FakeClock clock;
+  FileBytes damaged = BytesOfNewDatabase(SmallRecipes(round_.seed)[1]);
+  Fill(PageOf(damaged, 0), As::Zeros);
+  files.BytesOf(kPath) = damaged;
+  EXPECT_EQ(ErrorOf([&] { RepairDatabaseFile(files, clock, kPath); }), platform::kErrUnrecognizedFormat);
+  EXPECT_TRUE(files.BytesOf(kPath) == damaged);
+}
+
 TEST_F(LostPages, CostWhatLayOnThem) {
   const std::size_t most = Setting("ZIMBRAT_LOST_PAGES", 6);
   for (const std::string& name : FixtureNames()) LoseEach(MakeFixture(name), most);
