@@ -23,9 +23,12 @@ using Rows = std::map<std::string, std::ptrdiff_t>;  // by text, how many
 
 class Judge {
  public:
+  // What is cut off counts as zeros.
   Judge(const Subject& before, const Touched& touched, const FileBytes& damaged, const RepairReport& report,
         const Anatomy& after)
-      : before_(before), touched_(touched), damaged_(damaged), report_(report), after_(after) {}
+      : before_(before), touched_(touched), damaged_(damaged), report_(report), after_(after) {
+    damaged_.resize(std::max(damaged_.size(), before.bytes.size()));
+  }
 
   std::string Run();
 
@@ -47,7 +50,7 @@ class Judge {
 
   const Subject& before_;
   const Touched& touched_;
-  const FileBytes& damaged_;
+  FileBytes damaged_;
   const RepairReport& report_;
   const Anatomy& after_;
   std::string complaints_;
@@ -95,8 +98,7 @@ std::size_t Judge::SlotsThatMayBeStrange(PageNumber table) const {
     const PageAnatomy& what = before_.anatomy.pages[page];
     if (!IsTouched(page) && what.kind != PageKind::Unused) continue;
     const bool wasTheirs = what.kind == PageKind::Data && what.table == table;
-    const bool isThere = (page + 1) * kPageSize <= damaged_.size();
-    if (!isThere || (!wasTheirs && Get32(PageOf(damaged_, page), kOffsetOwner) != table)) continue;
+    if (!wasTheirs && Get32(PageOf(damaged_, page), kOffsetOwner) != table) continue;
     slots += std::min<std::size_t>(kMaxRowSlots, Get16(PageOf(damaged_, page), kOffsetRowCount));
   }
   return slots;

@@ -29,6 +29,16 @@ const modelKinds = () =>
   ["Plain", "Encoded"].map((file) =>
     gtest(file, `${asan}/tests/jet/jet_long_tests`, `*RandomWork*${file}`, { ZIMBRAT_STEPS: "6000" }));
 
+// Five rounds of damaged files to one of flipped bits and one of lost pages. Short traces of allocations make
+// the sanitizers twice as fast.
+const damageKinds = () => {
+  const round = (name, filter, env) =>
+    gtest(name, `${asan}/tests/damage/damage_tests`, filter, { ASAN_OPTIONS: "malloc_context_size=4", ...env });
+  const files = round("files", "DamagedFiles.*", { ZIMBRAT_DAMAGES: "1500" });
+  return [files, files, files, files, files, round("flips", "Detection.*", { ZIMBRAT_FLIPS: "10" }),
+          round("pages", "LostPages.*", { ZIMBRAT_LOST_PAGES: "8" })];
+};
+
 const loops = /\bTasks\/(CallFaults|Crashes|FullDisk|PowerLosses)\./;
 
 const faultKinds = (top) => {
@@ -50,6 +60,8 @@ const fuzzKinds = (top) =>
 export const parts = [
   { name: "model", preset: "asan", targets: ["jet_long_tests"], kinds: modelKinds, limit: 600,
     aims: { operations: 1000000 } },
+  { name: "damage", preset: "asan", targets: ["damage_tests"], kinds: damageKinds, limit: 600,
+    aims: { "damaged-files": 100000, "flipped-bits": 100000, "lost-pages": 10000 } },
   { name: "fuzz", preset: "fuzz", targets: ["fuzz/all"], packages: ["clang"], kinds: fuzzKinds, limit: 300,
     aims: { runs: 50000000 } },
   { name: "fault", preset: "asan", targets: ["adversity_tests"], kinds: faultKinds, limit: 900,
