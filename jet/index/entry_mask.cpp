@@ -57,29 +57,39 @@ void SetEnd(Bytes mask, std::size_t end) {
 }
 
 void SpliceEnds(Bytes mask, std::size_t offset, std::size_t removed, std::size_t added) {
-  // Room for a word on either side of those that move.
-  std::array<std::uint64_t, 64> words{};
-  const std::size_t count = WordCount(mask);
-  for (std::size_t i = 0; i < count; ++i) words[i] = WordAt(mask, i);
-  const std::array<std::uint64_t, 64> before = words;
-  // The 64 ends from `first` on, as they were.
+  // A word more than the mask has: what lies behind it is empty.
+  std::array<std::uint64_t, 60> words{};
+  const std::size_t count = WordCount(mask), start = (offset + 1) / kBits;
+  for (std::size_t i = start; i < count; ++i) words[i] = WordAt(mask, i);
+  // The 64 ends from `first` on.
   const auto endsFrom = [&](std::size_t first) {
     const std::size_t word = first / kBits, bit = first % kBits;
     if (word >= count) return std::uint64_t{0};
-    return before[word] >> bit | (bit == 0 ? 0 : before[word + 1] << (kBits - bit));
+    return words[word] >> bit | (bit == 0 ? 0 : words[word + 1] << (kBits - bit));
   };
+  const std::uint64_t stay = words[start] & BitsBelow((offset + 1) % kBits);
   const std::size_t from = offset + added + 1, source = offset + removed + 1;
-  const std::size_t start = (offset + 1) / kBits;
-  words[start] &= BitsBelow((offset + 1) % kBits);
-  std::fill(words.begin() + static_cast<std::ptrdiff_t>(start) + 1, words.begin() + static_cast<std::ptrdiff_t>(count),
-            std::uint64_t{0});
-  if (from / kBits < count) {
-    const std::size_t head = from % kBits;
-    words[from / kBits] |= endsFrom(source) << head;
-    std::size_t next = source + kBits - head;
-    for (std::size_t i = from / kBits + 1; i < count; ++i, next += kBits) words[i] |= endsFrom(next);
+  // The ends that come to word `i`, of which those in front of `from` do not move.
+  const auto wordAt = [&](std::size_t i) {
+    std::uint64_t word = 0;
+    if (i * kBits >= from) {
+      word = endsFrom(source + (i * kBits - from));
+    } else if (i == from / kBits) {
+      word = endsFrom(source) << (from % kBits);
+    }
+    return i == start ? word | stay : word;
+  };
+  const auto put = [&](std::size_t i) {
+    const std::uint64_t word = wordAt(i);
+    words[i] = word;
+  };
+  if (added >= removed) {
+    for (std::size_t i = count; i-- > start;) put(i);
+  } else {
+    for (std::size_t i = start; i < count; ++i) put(i);
   }
-  std::memcpy(mask.data(), words.data(), mask.size());
+  const std::size_t byte = start * sizeof(std::uint64_t);
+  std::memcpy(mask.data() + byte, words.data() + start, mask.size() - byte);
   if (added != 0) SetEnd(mask, offset + added);
 }
 
