@@ -116,7 +116,7 @@ void DamagedFiles::DamageOne() {
 }  // namespace
 
 TEST_F(DamagedFiles, EndWellOrWithAClearError) {
-  const std::size_t files = Setting("ZIMBRAT_DAMAGES", 200);
+  const auto files = static_cast<std::size_t>(NumberFrom("ZIMBRAT_DAMAGES", 200));
   for (std::size_t i = 0; i < files; ++i) DamageOne();
 }
 

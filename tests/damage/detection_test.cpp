@@ -98,7 +98,7 @@ void Detection::Print(const std::string& name, const Tallies& tallies) {
 }  // namespace
 
 TEST_F(Detection, OfFlippedBits) {
-  const std::size_t flips = Setting("ZIMBRAT_FLIPS", 10);
+  const auto flips = static_cast<std::size_t>(NumberFrom("ZIMBRAT_FLIPS", 10));
   for (const std::string& name : FixtureNames()) Measure(MakeFixture(name), flips);
   for (const Recipe& recipe : SmallRecipes(round_.seed)) Measure(MakeDatabase(recipe), flips);
   Measure(MakeDatabase(LargeRecipe(round_.seed)), flips / 5 + 1);

@@ -92,7 +92,7 @@ TEST_F(LostPages, OfTheHeaderLeaveNoDatabase) {
 }
 
 TEST_F(LostPages, CostWhatLayOnThem) {
-  const std::size_t most = Setting("ZIMBRAT_LOST_PAGES", 6);
+  const auto most = static_cast<std::size_t>(NumberFrom("ZIMBRAT_LOST_PAGES", 6));
   for (const std::string& name : FixtureNames()) LoseEach(MakeFixture(name), most);
   for (const Recipe& recipe : SmallRecipes(round_.seed)) LoseEach(MakeDatabase(recipe), most);
   LoseEach(MakeDatabase(LargeRecipe(round_.seed)), most / 10 + 1);

@@ -1,24 +1,19 @@
-// A round: work that chance chooses, from a seed that is printed and can be given; and what it counted.
-//
-//   ZIMBRAT_SEED   the seed, to see a failure again
+// A round: work that chance chooses from the round's seed, and what it counted.
 #pragma once
 
 #include <cstdint>
 #include <random>
 #include <string>
 
+#include "tests/support/rounds.h"
+
 namespace zimbrat::tests {
 
-// A number from the environment.
-std::size_t Setting(const char* variable, std::size_t otherwise);
-
 struct Round {
-  Round();
-
   std::size_t Below(std::size_t most) { return random() % most; }
 
-  std::uint32_t seed;
-  std::mt19937 random;
+  std::uint32_t seed = SeedOfRound();
+  std::mt19937 random{seed};
 };
 
 // Adds to a figure of the running test. The program's last line tells the sums.
