@@ -12,15 +12,15 @@ namespace {
 
 // Each costs the reading of two definitions; a file with more of them is past such care.
 constexpr std::size_t kMostConflicts = 256;
-// How often, on the average, each page may be compared with others.
-constexpr std::size_t kComparisons = 4;
+// How often, on the average, each page may be looked at for that.
+constexpr std::size_t kLooks = 16;
 
 constexpr PageNumber kNobody = 0;
 
 class Claims {
  public:
   Claims(Checking& check, const std::vector<PageNumber>& definitions, const LayoutSource& layoutOf)
-      : check_(check), layoutOf_(layoutOf), budget_(kComparisons * check.pages.Count()) {
+      : check_(check), layoutOf_(layoutOf), budget_(kLooks * check.pages.Count()) {
     for (const PageNumber table : definitions) ReadMap(table);
     std::sort(listed_.begin(), listed_.end());
   }
@@ -30,7 +30,7 @@ class Claims {
  private:
   void ReadMap(PageNumber table);
   std::optional<PageNumber> OnlyListing(PageNumber page) const;
-  bool HaveChangedPlaces(PageNumber naming, PageNumber listing, const std::vector<NamedPage>& named) const;
+  bool HaveChangedPlaces(PageNumber naming, PageNumber listing, const std::vector<NamedPage>& named);
   bool IsCopy(PageNumber page, PageNumber table);
   bool Fits(PageNumber page, PageNumber listing, PageNumber naming) const;
   std::size_t RowsThatFit(PageNumber table, PageNumber page) const;
@@ -62,8 +62,10 @@ std::optional<PageNumber> Claims::OnlyListing(PageNumber page) const {
 }
 
 // Whether a page that the one table lists names the other one in its turn.
-bool Claims::HaveChangedPlaces(PageNumber naming, PageNumber listing, const std::vector<NamedPage>& named) const {
+bool Claims::HaveChangedPlaces(PageNumber naming, PageNumber listing, const std::vector<NamedPage>& named) {
   return std::ranges::any_of(listed_, [&](const NamedPage& listed) {
+    if (budget_ == 0) return false;
+    --budget_;
     return listed.second == naming && std::ranges::binary_search(named, NamedPage(listing, listed.first));
   });
 }

@@ -77,7 +77,7 @@ RowPages PageSurvey::PagesOf(const TableLayout& table) const {
     result.areUncertain = result.areUncertain || !check_.pages.Has(page);
   });
   if (!isMapped) listed.clear();
-  result.areUncertain = result.areUncertain || !isMapped;
+  result.areUncertain = result.areUncertain || !isMapped || !check_.pages.HasWholePages();
   const std::vector<PageNumber> naming = PagesNaming(table.page);
   for (const PageNumber page : naming) {
     const bool isInUse = hasFreePages_ ? !free_[page] : !isMapped;
@@ -89,12 +89,6 @@ RowPages PageSurvey::PagesOf(const TableLayout& table) const {
     if (page != 0 && IsDamagedPageOf(page, table.page)) result.pages.push_back(page);
   }
   std::sort(result.pages.begin(), result.pages.end());
-  const auto isDamaged = [&](PageNumber number) {
-    const PageView page = check_.pages.Read(number);
-    return Get32(*page, kOffsetOwner) != table.page || !HasSoundRowTable(*page);
-  };
-  result.areUncertain = result.areUncertain || !check_.pages.HasWholePages() ||
-                        std::ranges::any_of(result.pages, isDamaged);
   return result;
 }
 

@@ -14,8 +14,7 @@ namespace zimbrat::jet::check {
 
 struct RowPages {
   std::vector<PageNumber> pages;  // ascending
-  // Rows may be missing: the table's map is unreadable, or lists pages that hold no rows of it, the head of a page
-  // is damaged, or the file is cut.
+  // Rows may be missing: the table's map is unreadable, or lists pages that hold no rows of it, or the file is cut.
   bool areUncertain = false;
 };
 

@@ -40,13 +40,14 @@ RowRescue::RowRescue(Checking& check, const TableLayout& table, const RescuedRow
 
 RowCounts RowRescue::Run(const RowPages& pages) {
   pages_ = pages.pages;
+  areUncertain_ = pages.areUncertain;
   for (const PageNumber page : pages_) ReadHomes(page);
   const std::uint64_t atHome = counts_.saved;
   for (const PageNumber page : pages_) ReadStrays(page);
   // A broken pointer and a row that nothing points at belong together.
   const std::uint64_t strays = counts_.saved - atHome;
   counts_.lost += brokenMoves_ - std::min(brokenMoves_, strays);
-  if (pages.areUncertain) AddMissingRows();
+  if (areUncertain_) AddMissingRows();
   return counts_;
 }
 
@@ -91,6 +92,7 @@ void RowRescue::FindBorder(ConstBytes page, RowPlace& upper, RowPlace& lower) co
 
 void RowRescue::ReadHomes(PageNumber number) {
   const PageView page = check_.pages.Read(number);
+  areUncertain_ = areUncertain_ || Get32(*page, kOffsetOwner) != table_.page || !HasSoundRowTable(*page);
   const std::vector<RowPlace> places = FindPlaces(*page);
   for (std::size_t slot = 0; slot < places.size(); ++slot) {
     const std::uint16_t flags = SlotFlags(*page, slot);

@@ -36,6 +36,7 @@ class RowRescue {
   const RescuedRowVisit& visit_;
   std::uint64_t& budget_;
   std::vector<PageNumber> pages_;
+  bool areUncertain_ = false;  // rows may be missing of which nothing tells
   std::uint64_t brokenMoves_ = 0;
   RowCounts counts_;
 };
