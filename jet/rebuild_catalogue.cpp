@@ -4,6 +4,7 @@
 
 #include "rebuild_table.h"
 #include "jet/catalog/new_database.h"
+#include "jet/check/property_blob.h"
 #include "jet/file/header.h"
 #include "jet/index/key.h"
 #include "platform/text.h"
@@ -96,6 +97,13 @@ void CatalogueRebuild::StoreObject(const TableLayout& layout, const RescuedRow& 
   if (id != NumberIn(layout, row, u"Id")) PutValue(objects, fields, u"Id", id);
   if (name != TextIn(layout, row, u"Name"))
     PutValue(objects, fields, u"Name", std::u16string(name));
+  const bool isTable = NumberIn(layout, row, u"Type") == kTable;
+  if (isTable && !check::IsReadablePropertyBlob(BytesIn(layout, row, u"LvProp"))) {
+    PutValue(objects, fields, u"LvProp", dao::Null());
+    const auto found = tables_.find(static_cast<PageNumber>(NumberIn(layout, row, u"Id").value_or(0)));
+    if (found != tables_.end())
+      found->second.report.notes.push_back(u"utracono właściwości pól: wartości domyślne, reguły, opisy");
+  }
   objects.Insert(objects.Prepare(fields));
 }
 

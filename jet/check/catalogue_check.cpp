@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "long_values.h"
+#include "property_blob.h"
 #include "jet/index/collation.h"
 
 namespace zimbrat::jet::check {
@@ -99,8 +101,21 @@ void CatalogueCheck::AddObject(const TableLayout& table, const RowParts& row) {
   object.parent = static_cast<std::uint32_t>(LongOf(table, row, u"ParentId"));
   object.type = static_cast<std::int16_t>(LongOf(table, row, u"Type"));
   object.name = TextOfField(table, row, u"Name");
+  if (object.IsTable()) CheckProperties(table, row, object);
   objects_.push_back(std::move(object));
   if (objects_.size() == kMaxObjects) check_.Error(u"katalog", u"zbyt wiele obiektów");
+}
+
+// Long values that cannot be read are reported with the row.
+void CatalogueCheck::CheckProperties(const TableLayout& table, const RowParts& row,
+                                     const CatalogueObject& object) {
+  constexpr std::size_t kMostBytes = 1 << 20;
+  const ColumnLayout* column = table.FindColumn(u"LvProp");
+  const auto field = column && column->IsLongValue() ? row.Field(*column) : std::nullopt;
+  if (!field) return;
+  const LongValue value = PeekLongValue(check_, *field, kMostBytes);
+  if (value.fault.empty() && value.start.size() == value.length && !IsReadablePropertyBlob(value.start))
+    check_.Error(PlaceOf(object), u"właściwości tabeli i jej pól są nieczytelne");
 }
 
 void CatalogueCheck::FinishObjects() {

@@ -48,6 +48,7 @@ class CatalogueCheck {
   };
 
   std::int32_t LongOf(const TableLayout& table, const RowParts& row, std::u16string_view column);
+  void CheckProperties(const TableLayout& table, const RowParts& row, const CatalogueObject& object);
   std::u16string TextOfField(const TableLayout& table, const RowParts& row,
                              std::u16string_view column);
   CatalogueObject* FindObject(std::uint32_t id);

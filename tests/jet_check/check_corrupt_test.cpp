@@ -58,6 +58,7 @@ const Planted kPlanted[] = {
     {"free bytes of a definition", "comp-index.mdb", 15, 2, "C1", u"liczba wolnych bajtów"},
     {"column of an unknown type", "comp-index.mdb", 15, 75, "0E", u"nieznanego typu 14", true},
     {"name of a column of the catalogue", "comp-index.mdb", 5, 301, "62", u"nie ma kolumny „ccolumn”", true},
+    {"properties of a table", "comp-index.mdb", 30, 0xB42, "07", u"właściwości tabeli i jej pól są nieczytelne"},
     {"too many columns", "comp-index.mdb", 15, 45, "FF", u"nie może mieć", true},
     {"definition that goes on", "comp-index.mdb", 15, 4, "15", u"jest jeszcze jedna"},
     {"owned map is another table's", "comp-index.mdb", 15, 55, "00 06", u"ma dwóch właścicieli", true},

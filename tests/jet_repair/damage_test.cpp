@@ -67,6 +67,8 @@ const Planted kPlanted[] = {
     {"home slot of a moved row deleted", "overflow.mdb", 27, 19, "CF", ""},
     {"long value deleted", "comp-index.mdb", 30, 15, "CE", "MSysObjects: partial 1, lost 0\n"},
     {"length of a long value", "comp-index.mdb", 30, 15, "0F", "MSysObjects: partial 1, lost 0\n"},
+    {"properties of a table", "comp-index.mdb", 30, 0xB42, "07",
+     "Table1: partial 0, lost 0; utracono właściwości pól: wartości domyślne, reguły, opisy\n"},
     {"type of a column", "comp-index.mdb", 15, 75, "0E",
      "Table1: partial 0, lost 0; poprawiono opis kolumny „CD_AGENTE”\n"},
     {"type of a text", "index.mdb", 27, 112, "02",
