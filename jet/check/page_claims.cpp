@@ -93,10 +93,13 @@ std::size_t Claims::RowsThatFit(PageNumber table, PageNumber number) const {
   return rows;
 }
 
-// What the engine's own tables look like is known, whatever became of their definitions.
+// What the engine's own tables look like is known, whatever became of their definitions. Between tables that look
+// alike the map decides, unless its table has not so many rows.
 bool Claims::Fits(PageNumber page, PageNumber listing, PageNumber naming) const {
   const std::size_t there = RowsThatFit(listing, page), here = RowsThatFit(naming, page);
-  return there > here || (there == here && naming > kRelationshipsPage);
+  if (there != here || naming <= kRelationshipsPage) return there > here;
+  const std::optional<TableLayout> layout = layoutOf_(listing);
+  return layout && layout->rows >= there;
 }
 
 void Claims::Settle(std::vector<NamedPage>& named) {

@@ -43,6 +43,7 @@ class Judge {
   void JudgeRows(const TableAnatomy& table, const TableAnatomy& after, const RepairedTable& report);
   void JudgeLostDefinition(const TableAnatomy& table);
   std::size_t SlotsThatMayBeStrange(PageNumber table) const;
+  bool AreMapAndDefinitionTouched() const;
   void JudgeStrangeTables();
   void Complain(const TableAnatomy& table, const std::string& text) {
     complaints_ += table.name + ": " + text + "\n";
@@ -104,6 +105,15 @@ std::size_t Judge::SlotsThatMayBeStrange(PageNumber table) const {
   return slots;
 }
 
+// Then pages of a table that nobody knows any more may stand in another one's map.
+bool Judge::AreMapAndDefinitionTouched() const {
+  const auto isAny = [&](PageKind kind) {
+    return std::ranges::any_of(touched_.pages,
+                               [&](PageNumber page) { return before_.anatomy.pages[page].kind == kind; });
+  };
+  return isAny(PageKind::MapRows) && isAny(PageKind::Definition);
+}
+
 void Judge::JudgeRows(const TableAnatomy& table, const TableAnatomy& after, const RepairedTable& report) {
   Rows whole, others;
   for (const RowAnatomy& row : after.rows) {
@@ -123,7 +133,7 @@ void Judge::JudgeRows(const TableAnatomy& table, const TableAnatomy& after, cons
     if (isPartial && !isThereInPart) Complain(table, "lacks most of the row " + row.Text().substr(0, 200));
   }
   const std::size_t strange = after.rows.size() - known;
-  if (strange > report.partial + partial + SlotsThatMayBeStrange(table.page))
+  if (strange > report.partial + partial + SlotsThatMayBeStrange(table.page) && !AreMapAndDefinitionTouched())
     Complain(table, TextOf("has ", strange, " rows that were not there"));
   const std::size_t missing = table.rows.size() - std::min(table.rows.size(), after.rows.size());
   if (report.lost < missing)

@@ -112,6 +112,7 @@ const Displaced kDisplaced[] = {
     {"definitions of the engine are known", "empty.mdb", [](RepairBench& b) { Swap(b, 2, 5); }, ""},
     {"the catalogue is known by its rows", "properties.mdb", [](RepairBench& b) { Swap(b, 2, 28); },
      "MSysAccessXML: partial 0, lost 25\n"},
+    {"maps of tables that look alike changed places", "properties.mdb", [](RepairBench& b) { Swap(b, 44, 52); }, ""},
     {"rows overwritten by another table's", "index.mdb",
      [](RepairBench& b) { std::ranges::copy(b.Page(61), b.Page(60).begin()); },
      "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: są wiersze bez odpowiednika w "
