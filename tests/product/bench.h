@@ -29,13 +29,16 @@ class FakeHost : public platform::Host {
   std::function<void(std::u16string_view path, std::u16string_view original)> verify;
   int busyDepth = 0;
   std::function<void()> onMessage;  // while one is shown
+  std::function<void()> onPulse;    // may throw, as an interruption does
 
   int ShowMessage(std::u16string_view prompt, int, std::u16string_view) override {
     messages.emplace_back(prompt);
     if (onMessage) onMessage();
     return answer;
   }
-  void Pulse() override {}
+  void Pulse() override {
+    if (onPulse) onPulse();
+  }
   void VerifyCopy(std::u16string_view path, std::u16string_view original) override {
     if (verify) verify(path, original);
   }
