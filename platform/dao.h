@@ -63,7 +63,7 @@ inline constexpr std::int32_t dbRelationDontEnforce = 2;
 inline constexpr std::int32_t dbRelationUpdateCascade = 256;
 inline constexpr std::int32_t dbRelationDeleteCascade = 4096;
 
-// A value of a field. Null is std::monostate.
+// A value of a field.
 struct Currency {
   std::int64_t scaled = 0;  // ten-thousandths
   bool operator==(const Currency&) const = default;
@@ -82,7 +82,12 @@ struct Decimal {
   std::uint8_t scale = 0;
   bool operator==(const Decimal&) const = default;
 };
-using Null = std::monostate;
+// Its destructor lets Value know when it holds nothing at all: the library (GCC 12) takes a variant of such types as
+// the others for one that always holds something, and destroys what a copy that ran out of memory never made.
+struct Null {
+  constexpr ~Null() {}
+  bool operator==(const Null&) const = default;
+};
 using Binary = std::vector<std::byte>;
 using Value = std::variant<Null, bool, std::uint8_t, std::int16_t, std::int32_t, Currency, float, double,
                            Date, std::u16string, Binary, Guid, Decimal>;

@@ -57,6 +57,22 @@ std::string NameOf(const testing::TestParamInfo<Case>& row) {
   return NameOfTask(task) + (forGood ? "ForGood" : "Once");
 }
 
+// Its destructor once ran over what the copy had not made.
+TEST(Values, MayFailToBeCopied) {
+  const dao::Value values[] = {std::u16string(100, u'x'), dao::Binary(100)};
+  for (const dao::Value& value : values) {
+    bool hasFailed = false;
+    Allocations::Begin(1, false);
+    try {
+      const dao::Value copy = value;
+    } catch (const std::bad_alloc&) {
+      hasFailed = true;
+    }
+    Allocations::End();
+    EXPECT_TRUE(hasFailed);
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Tasks, MemoryFaults,
                          testing::Combine(testing::ValuesIn(AllTasks()), testing::Bool()), NameOf);
 
