@@ -1,4 +1,5 @@
 // Every call of the file layer goes wrong, once or from then on.
+#include <algorithm>
 #include <ostream>
 
 #include "tests/adversity/stage.h"
@@ -23,6 +24,24 @@ constexpr Wrong kWrongs[] = {
     {"Half", Fault::Half, platform::kErrDeviceIo, 4},
 };
 
+bool TellsOfCalls(const Wrong& wrong) { return wrong.how == Fault::Error; }
+
+bool NamesCallAndFile(const Stage& stage) {
+  const std::string call = stage.files.FailedCall();
+  if (call == "List" || call == "TryHold") return true;  // these raise nothing
+  return stage.text.find(call + ": " + Utf8(stage.files.FailedPath())) != std::string::npos;
+}
+
+// Where the product tells less than it knows: a relation's failure, a database in use, a question about a database
+// that stays without an answer, lists of programs.
+bool HasTextOfItsOwn(const std::string& text) {
+  constexpr const char* kTexts[] = {
+      "438; (", "w trybie wyłączności przez innego użytkownika", "nie posiada struktury danych dla program",
+      "Zaznacz programy, dla których", "naprawa bazy nie powiodły się. Zimbrat nie może sprawdzić struktury bazy."};
+  return std::any_of(std::begin(kTexts), std::end(kTexts),
+                     [&](const char* own) { return text.find(own) != std::string::npos; });
+}
+
 using Case = std::tuple<Task, Wrong, bool>;
 
 class CallFaults : public testing::TestWithParam<Case> {};
@@ -38,6 +57,9 @@ TEST_P(CallFaults, LeaveTheOldFileOrASoundNewOne) {
     EXPECT_TRUE(stage.files.HasFailed());
     const std::string where =
         std::string(task.name) + " call " + std::to_string(n) + " " + stage.files.FailedCall();
+    if (!done && !forGood && TellsOfCalls(wrong)) {
+      EXPECT_TRUE(NamesCallAndFile(stage) || HasTextOfItsOwn(stage.text)) << where << ": " << stage.text;
+    }
     stage.files.plan = {};
     stage.CheckOutcome(done, where);
     stage.CheckCleanRun(where);

@@ -46,6 +46,7 @@ class Stage {
  private:
   bool IsOld();
   bool Says(const std::vector<Answer>& answers, std::string& told);
+  bool SaysEffect(std::string& told);
 
   const Task& task_;
   Ground ground_;

@@ -224,7 +224,14 @@ const std::vector<Task>& AllTasks() {
                 {u"SELECT [Ilość] FROM FAPoz", "1,5 1,5 1,5 1,5"}},
        .usesCopy = true,
        .isDamaged = true},
-      {.name = "auto", .run = RunAuto, .effect = kChecked, .usesCopy = true},
+      {.name = "auto",
+       .run = RunAuto,
+       .effect = kChecked,
+       .partOfEffect = {{kVersions, "AB|4 FA|3"},
+                        {u"SELECT NumerDok FROM ABDok ORDER BY Id", kNumbers},
+                        {u"SELECT [Ilość] FROM ABPoz", "7 7 7 7"},
+                        {u"SELECT Numer FROM FADok ORDER BY Id", kNumbers}},
+       .usesCopy = true},
   };
   return tasks;
 }

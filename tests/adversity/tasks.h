@@ -28,6 +28,9 @@ struct Task {
   app::RunResult (*run)(DatabaseBench& bench);
   // What the finished database says.
   std::vector<Answer> effect;
+  // What it says when an error ended the comparison after the first program: the automatic run goes on with what was
+  // found until then.
+  std::vector<Answer> partOfEffect = {};
   // A failed run may leave a sound file that differs from the old one: what was written of a new
   // database stays, and a check repairs before it upgrades. It still says this.
   bool mayLeaveAnother = false;

@@ -16,13 +16,13 @@ class FailingFile : public File {
       : owner_(owner), inner_(std::move(inner)), path_(std::move(path)), hasName_(hasName) {}
 
   std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> bytes) override {
-    if (!owner_.IsFaulty("ReadAt", false)) return inner_->ReadAt(offset, bytes);
+    if (!owner_.IsFaulty("ReadAt", false, path_)) return inner_->ReadAt(offset, bytes);
     if (owner_.plan.how != Fault::Half) owner_.Raise(path_);
     return inner_->ReadAt(offset, bytes.first(bytes.size() / 2));
   }
 
   void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
-    const bool isFaulty = owner_.IsFaulty("WriteAt", true);
+    const bool isFaulty = owner_.IsFaulty("WriteAt", true, path_);
     if (isFaulty && owner_.GoesHalf()) {
       Put(offset, bytes.first(bytes.size() / 2));
       if (owner_.plan.how == Fault::EndHalfway) std::_Exit(kEndedByFault);
@@ -65,12 +65,15 @@ class FailingFile : public File {
   bool hasName_;
 };
 
-bool FailingFiles::IsFaulty(const char* name, bool isChange) {
+bool FailingFiles::IsFaulty(const char* name, bool isChange, std::u16string_view path) {
   if (plan.changesOnly && !isChange) return false;
   ++calls_;
   if (onCall) onCall(name);
   if (plan.call == 0 || calls_ < plan.call || (calls_ > plan.call && !plan.forGood)) return false;
-  if (failedCall_ == nullptr) failedCall_ = name;
+  if (failedCall_ == nullptr) {
+    failedCall_ = name;
+    failedPath_ = path;
+  }
   const bool isWrite = std::string_view(name) == "WriteAt";
   if (plan.how == Fault::EndProcess || (plan.how == Fault::EndHalfway && !isWrite)) {
     std::_Exit(kEndedByFault);
@@ -83,7 +86,7 @@ void FailingFiles::Raise(std::u16string_view path) const {
 }
 
 void FailingFiles::Pass(const char* name, bool isChange, std::u16string_view path) {
-  if (IsFaulty(name, isChange)) Raise(path);
+  if (IsFaulty(name, isChange, path)) Raise(path);
 }
 
 std::unique_ptr<File> FailingFiles::Open(std::u16string_view path, OpenMode mode, Sharing sharing) {
@@ -136,7 +139,7 @@ void FailingFiles::CreateFolder(std::u16string_view path) {
 
 std::vector<std::u16string> FailingFiles::List(std::u16string_view folder,
                                                std::u16string_view pattern) {
-  if (IsFaulty("List", false)) return {};
+  if (IsFaulty("List", false, folder)) return {};
   return inner_.List(folder, pattern);
 }
 
@@ -157,7 +160,7 @@ std::uint64_t FailingFiles::FreeSpace(std::u16string_view folder) {
 }
 
 std::unique_ptr<Hold> FailingFiles::TryHold(std::u16string_view path) {
-  if (IsFaulty("TryHold", true)) return nullptr;
+  if (IsFaulty("TryHold", true, path)) return nullptr;
   return inner_.TryHold(path);
 }
 

@@ -52,6 +52,8 @@ class FailingFiles : public platform::Files {
   // Whether the planned call was reached, and its name.
   bool HasFailed() const { return failedCall_ != nullptr; }
   const char* FailedCall() const { return failedCall_ == nullptr ? "" : failedCall_; }
+  // The file that it was about.
+  const std::u16string& FailedPath() const { return failedPath_; }
 
   // What the disk may hold when the power goes now: to be called after the work stopped, usually on a
   // plan with `forGood`. See UnsyncedWrites.
@@ -77,11 +79,13 @@ class FailingFiles : public platform::Files {
   friend class FailingFile;
 
   // Counts the call; true when it is to go wrong. Does not return when the process is to end.
-  bool IsFaulty(const char* name, bool isChange);
+  bool IsFaulty(const char* name, bool isChange, std::u16string_view path);
   bool GoesHalf() const { return plan.how == Fault::Half || plan.how == Fault::EndHalfway; }
   // Counts the call and raises the planned error when it is to go wrong.
   void Pass(const char* name, bool isChange, std::u16string_view path);
-  void IfTracked(const std::function<void()>& note) const {
+  // Takes no memory: the call that it follows has been made.
+  template <class Note>
+  void IfTracked(const Note& note) const {
     if (tracksUnsynced) note();
   }
   [[noreturn]] void Raise(std::u16string_view path) const;
@@ -90,6 +94,7 @@ class FailingFiles : public platform::Files {
   UnsyncedWrites unsynced_;
   std::uint64_t calls_ = 0;
   const char* failedCall_ = nullptr;
+  std::u16string failedPath_;
 };
 
 }  // namespace zimbrat::tests
