@@ -6,8 +6,9 @@ import os from "node:os";
 function stepsFor(parts, packages) {
   const needed = [...packages, ...parts.flatMap((part) => part.packages ?? [])];
   const steps = needed.length > 0 ? [["tools/ensure_packages", ...new Set(needed)]] : [];
-  for (const preset of new Set(parts.flatMap((part) => part.preset ?? []))) {
-    const targets = parts.filter((part) => part.preset === preset).flatMap((part) => part.targets);
+  const presets = parts.map((part) => part.presets ?? {});
+  for (const preset of new Set(presets.flatMap(Object.keys))) {
+    const targets = presets.flatMap((targetsOf) => targetsOf[preset] ?? []);
     steps.push(["cmake", "--preset", preset, "-DZIMBRAT_WERROR=ON"],
                ["cmake", "--build", "--preset", preset, `-j${os.availableParallelism()}`,
                 "--target", ...new Set(targets)]);

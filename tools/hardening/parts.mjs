@@ -1,6 +1,7 @@
-// The parts of tools/harden. Each is built from a preset and has kinds of rounds; the round of seed s is of kind s
+// The parts of tools/harden. Each has kinds of rounds; the round of seed s is of kind s
 // modulo their number. Of a loop every kind runs once, since it does the same each time.
 //
+//   presets  what is built, by preset: targets
 //   kinds    the kinds, once everything is built: name, command, env
 //   limit    seconds after which a round counts as hanging
 //   aims     counts that all runs together are to reach
@@ -39,12 +40,22 @@ const damageKinds = () => {
           round("pages", "LostPages.*", { ZIMBRAT_LOST_PAGES: "8" })];
 };
 
-const loops = /\bTasks\/(CallFaults|Crashes|FullDisk|PowerLosses)\./;
+const loops = /\bTasks\/(CallFaults|Crashes|FullDisk|Interrupts|MemoryFaults|PowerLosses)\./;
+const nameOfLoop = (test) => test.replace(/^Tasks.(\w+)\..*\//, "$1.");
+
+// The loops over allocations are tens of thousands of runs each, in parts of a minute at most.
+const shardsOf = (test) => (/sprawdzUszkodzona/.test(test) ? 16 : 6);
+const memoryKinds = (program, test) =>
+  Array.from({ length: shardsOf(test) }, (_, i) => `${i + 1}/${shardsOf(test)}`).map((shard) =>
+    gtest(`${nameOfLoop(test)}[${shard}]`, program, test, { ZIMBRAT_ALL: "1", ZIMBRAT_SHARD: shard }));
 
 const faultKinds = (top) => {
-  const program = `${asan}/tests/adversity/adversity_tests`;
-  return testsOf(program, top).filter((test) => loops.test(test))
-    .map((test) => gtest(test.replace(/^Tasks.(\w+)\..*\//, "$1."), program, test, { ZIMBRAT_ALL: "1" }));
+  const tests = (program) => testsOf(program, top).filter((test) => loops.test(test)).map((test) => [program, test]);
+  return [
+    ...tests(`${asan}/tests/adversity/adversity_tests`)
+      .map(([program, test]) => gtest(nameOfLoop(test), program, test, { ZIMBRAT_ALL: "1" })),
+    ...tests(`${native}/tests/adversity/memory_tests`).flatMap(([program, test]) => memoryKinds(program, test)),
+  ];
 };
 
 const killKinds = () => [{
@@ -58,16 +69,16 @@ const fuzzKinds = (top) =>
     .map((target) => ({ name: target, command: ["fuzz/round", target, "20"], env: {} }));
 
 export const parts = [
-  { name: "model", preset: "asan", targets: ["jet_long_tests"], kinds: modelKinds, limit: 600,
+  { name: "model", presets: { asan: ["jet_long_tests"] }, kinds: modelKinds, limit: 600,
     aims: { operations: 1000000 } },
-  { name: "damage", preset: "asan", targets: ["damage_tests"], kinds: damageKinds, limit: 600,
+  { name: "damage", presets: { asan: ["damage_tests"] }, kinds: damageKinds, limit: 600,
     aims: { "damaged-files": 100000, "flipped-bits": 100000, "lost-pages": 10000 } },
-  { name: "fuzz", preset: "fuzz", targets: ["fuzz/all"], packages: ["clang"], kinds: fuzzKinds, limit: 300,
+  { name: "fuzz", presets: { fuzz: ["fuzz/all"] }, packages: ["clang"], kinds: fuzzKinds, limit: 300,
     aims: { runs: 50000000 } },
-  { name: "fault", preset: "asan", targets: ["adversity_tests"], kinds: faultKinds, limit: 900,
+  { name: "fault", presets: { asan: ["adversity_tests"], native: ["memory_tests"] }, kinds: faultKinds, limit: 900,
     isLoop: true, aims: {} },
-  // Sanitizers would make a run of the program, and so each kill, five times as long.
-  { name: "kill", preset: "native", targets: ["zimbratc", "jetsql", "jetcheck"], kinds: killKinds, limit: 600,
+  // Sanitizers would make a run of the program, and so each kill, five times as long; so it is with allocations.
+  { name: "kill", presets: { native: ["zimbratc", "jetsql", "jetcheck"] }, kinds: killKinds, limit: 600,
     aims: { kills: 10000 } },
 ];
 
