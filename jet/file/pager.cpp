@@ -154,10 +154,11 @@ void Pager::WriteOut(CachedPage& page) {
 
 // Pages that follow one another, in one call.
 void Pager::WriteRun(std::span<CachedPage* const> run) {
+  const PageNumber first = run.front()->number;
+  ReserveUpTo(first);
   for (std::size_t i = 0; i < run.size(); ++i) {
     std::copy(run[i]->bytes.begin(), run[i]->bytes.end(), coded_.begin() + static_cast<std::ptrdiff_t>(i * kPageSize));
   }
-  const PageNumber first = run.front()->number;
   const std::size_t plain = first == 0 ? kPageSize : 0;  // the header
   CodePages(key_, first == 0 ? 1 : first, Bytes(coded_).subspan(plain, run.size() * kPageSize - plain));
   file_->WriteAt(std::uint64_t{first} * kPageSize, ConstBytes(coded_).first(run.size() * kPageSize));
@@ -182,10 +183,9 @@ void Pager::Flush() {
     while (to < dirty.size() && to - from < kPagesAtOnce && dirty[to]->number == dirty[to - 1]->number + 1) ++to;
     WriteRun(std::span<CachedPage* const>(dirty).subspan(from, to - from));
   }
-  if (writtenCount_ > pageCount_) {  // pages of an undone savepoint
-    file_->Resize(std::uint64_t{pageCount_} * kPageSize);
-    writtenCount_ = pageCount_;
-  }
+  // Pages of an undone savepoint, also those of which only a part found room.
+  if (file_->Size() > std::uint64_t{pageCount_} * kPageSize) file_->Resize(std::uint64_t{pageCount_} * kPageSize);
+  writtenCount_ = std::min(writtenCount_, pageCount_);
 }
 
 std::unique_ptr<platform::File> Pager::OpenTemporary() const {
@@ -245,22 +245,23 @@ void Pager::Discard(std::unique_ptr<Savepoint> savepoint) {
   spare_ = std::move(savepoint);
 }
 
-// Afterwards all pages are rewritten in place, so that a full disk is noticed while it can be undone.
-// Pages that will be written whole need no more than their place.
-void Pager::ReserveNewPages() {
-  if (writtenCount_ >= pageCount_) return;
-  const std::vector<std::byte> zeros(std::min<std::size_t>(pageCount_ - writtenCount_, kPagesAtOnce) * kPageSize);
-  while (writtenCount_ < pageCount_) {
-    const std::size_t count = std::min<std::size_t>(pageCount_ - writtenCount_, kPagesAtOnce);
+// Room for the pages below `end`, which will be written whole later: a page behind the file's end would leave a hole,
+// for which there may be no room when it is to be filled.
+void Pager::ReserveUpTo(PageNumber end) {
+  if (writtenCount_ >= end) return;
+  const std::vector<std::byte> zeros(std::min<std::size_t>(end - writtenCount_, kPagesAtOnce) * kPageSize);
+  while (writtenCount_ < end) {
+    const std::size_t count = std::min<std::size_t>(end - writtenCount_, kPagesAtOnce);
     file_->WriteAt(std::uint64_t{writtenCount_} * kPageSize, ConstBytes(zeros).first(count * kPageSize));
     writtenCount_ += static_cast<PageNumber>(count);
   }
 }
 
 // What may fail comes first: with half of the images in one savepoint and half in the other neither could
-// be undone.
+// be undone. Once there is room for the new pages all are rewritten in place, so that a full disk is noticed while
+// it can be undone.
 void Pager::Commit() {
-  if (savepoints_.size() == 1) ReserveNewPages();
+  if (savepoints_.size() == 1) ReserveUpTo(pageCount_);
   if (savepoints_.size() > 1) {
     auto& images = savepoints_[savepoints_.size() - 2]->images;
     const std::size_t count = images.size() + savepoints_.back()->images.size();
@@ -327,7 +328,7 @@ void Pager::RestoreImage(PageNumber number, const Image& image) {
   if (image.bytes) {
     page.bytes = *image.bytes;
   } else {
-    undo_->ReadAt(image.offset, page.bytes);
+    if (undo_->ReadAt(image.offset, page.bytes) != kPageSize) Raise(platform::kErrDiskIo);
     Code(number, page.bytes);
   }
   page.dirty = true;

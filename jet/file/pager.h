@@ -108,7 +108,7 @@ class Pager {
   void MakeRoom();
   void WriteOut(CachedPage& page);
   void WriteRun(std::span<CachedPage* const> run);
-  void ReserveNewPages();
+  void ReserveUpTo(PageNumber end);
   void KeepImage(CachedPage& page);
   void StoreImage(const CachedPage& page, Image& image);
   void Discard(std::unique_ptr<Savepoint> savepoint);

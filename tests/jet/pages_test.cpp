@@ -14,6 +14,9 @@
 #include "platform/error_numbers.h"
 #include "platform/system.h"
 #include "tests/support/error_of.h"
+#include "tests/support/failing_files.h"
+#include "tests/support/memory_files.h"
+#include "tests/support/small_volume.h"
 #include "tests/support/temp_folder.h"
 
 namespace zimbrat::jet {
@@ -64,7 +67,7 @@ TEST_F(Pages, NestedSavepointsPutBackWhatTheyFound) {
   Open();
   std::map<PageNumber, std::uint32_t> model;
   std::vector<std::pair<std::map<PageNumber, std::uint32_t>, PageNumber>> saved;
-  for (PageNumber n = 0; n < 3000; ++n) {  // more than the cache holds
+  for (PageNumber n = 0; n < 5000; ++n) {  // more than the cache holds
     Put32(pager_->GetZeroed(n).Change(), 8, n);
     model[n] = n;
   }
@@ -106,6 +109,68 @@ TEST_F(Pages, NestedSavepointsPutBackWhatTheyFound) {
   Open();
   check();
   EXPECT_EQ(ErrorOf([&] { pager_->Get(pager_->PageCount()); }), platform::kErrCannotOpenDatabase);
+}
+
+namespace {
+
+constexpr std::u16string_view kPagesFile = u"/baza/strony";
+
+// A file of `count` pages in a folder of its own.
+std::unique_ptr<Pager> PagerOf(platform::Files& files, PageNumber count) {
+  files.CreateFolder(u"/baza");
+  auto file = files.Open(kPagesFile, platform::OpenMode::CreateNew, platform::Sharing::None);
+  file->Resize(std::uint64_t{count} * kPageSize);
+  return std::make_unique<Pager>(files, std::move(file), std::u16string(kPagesFile), 0x1234);
+}
+
+class FileWithoutHoles : public tests::MemoryFile {
+ public:
+  using MemoryFile::MemoryFile;
+  void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override {
+    ASSERT_LE(offset, Size());
+    MemoryFile::WriteAt(offset, bytes);
+  }
+};
+
+}  // namespace
+
+TEST(PagesOnDisk, NewPagesThatLeaveTheCacheTakeTheRoomOfThoseBeforeThem) {
+  tests::MemoryFiles files;
+  const auto bytes = std::make_shared<tests::FileBytes>(kPageSize);
+  Pager pager(files, std::make_unique<FileWithoutHoles>(bytes, files.room), u"strony", 0);
+  const Atomic change(pager);
+  std::vector<PageRef> pinned;
+  for (PageNumber n = 1; n < 6000; ++n) {
+    PageRef page = pager.GetZeroed(n);
+    if (n % 50 < 20) pinned.push_back(std::move(page));
+  }
+  EXPECT_GT(bytes->size(), 1000 * kPageSize);
+}
+
+TEST(PagesOnDisk, OfPagesThatFoundNoRoomNothingStays) {
+  tests::SmallVolume volume;
+  const auto pager = PagerOf(volume, 4);
+  volume.room = 9 * kPageSize + kPageSize / 2;
+  {
+    Atomic change(*pager);
+    for (PageNumber n = 4; n < 30; ++n) pager->GetZeroed(n);
+    EXPECT_EQ(ErrorOf([&] { change.Commit(); }), platform::kErrDiskFull);
+  }
+  pager->Flush();
+  EXPECT_EQ(volume.State(kPagesFile)->size, 4 * kPageSize);
+}
+
+TEST(PagesOnDisk, AnUndoThatReadsTooLittleIsNone) {
+  tests::SmallVolume volume;
+  tests::FailingFiles files(volume);
+  const auto pager = PagerOf(files, 2500);
+  {
+    const Atomic change(*pager);
+    for (PageNumber n = 1; n < 2500; ++n) pager->Get(n).Change();
+    files.plan = {.call = files.Calls() + 1, .how = tests::Fault::Half, .forGood = true};
+  }
+  EXPECT_TRUE(files.HasFailed());
+  EXPECT_EQ(ErrorOf([&] { pager->Get(1); }), platform::kErrDiskIo);
 }
 
 TEST_F(Pages, TheGlobalMapGivesEachPageOnceAtAnySize) {
