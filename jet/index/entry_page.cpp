@@ -210,10 +210,17 @@ std::size_t EntryList::CutNearMiddle(bool hasTail) const {
   return 0;
 }
 
-void WriteEntryPage(Bytes page, const EntryPageHeader& header, const EntryList& list,
+void WriteEntryPage(PageRef& ref, const EntryPageHeader& header, const EntryList& list,
                     const EntryList::Run& run) {
   const EntryList::Layout layout = list.LayOut(run);
   assert(layout.fits);
+  const std::size_t last = run.last - (run.hasTail ? 1 : 0);
+  // Those of a damaged page need not ascend: what the first and the last one share the others may lack.
+  for (std::size_t i = run.first; layout.prefix != 0 && i < last; ++i) {
+    if (CommonLength(list.Entry(i), list.Entry(run.first)) >= layout.prefix) continue;
+    RaiseDamagedPage(ref.Number(), u"wpisy indeksu nie są uporządkowane");
+  }
+  const Bytes page = ref.Change();
   std::fill(page.begin(), page.end(), std::byte{0});
   Put8(page, 0, list.IsLeaf() ? kPageIndexLeaf : kPageIndexNode);
   Put8(page, 1, 1);
@@ -225,7 +232,7 @@ void WriteEntryPage(Bytes page, const EntryPageHeader& header, const EntryList& 
   if (run.hasTail) Put32(page, kOffsetTail, list.Child(run.last - 1));
   const Bytes area = page.subspan(kOffsetEntries);
   std::size_t end = 0;
-  for (std::size_t i = run.first; i < run.last - (run.hasTail ? 1 : 0); ++i) {
+  for (std::size_t i = run.first; i < last; ++i) {
     const ConstBytes entry = list.Entry(i).subspan(i == run.first ? 0 : layout.prefix);
     std::copy(entry.begin(), entry.end(), area.begin() + static_cast<std::ptrdiff_t>(end));
     end += entry.size();

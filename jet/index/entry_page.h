@@ -172,8 +172,8 @@ struct EntryPageHeader {
   std::uint8_t level = 0;
 };
 
-// The whole page from a run that fits.
-void WriteEntryPage(Bytes page, const EntryPageHeader& header, const EntryList& list,
+// The whole page from a run that fits. Error 3049 when its entries do not ascend and can therefore not be stored.
+void WriteEntryPage(PageRef& page, const EntryPageHeader& header, const EntryList& list,
                     const EntryList::Run& run);
 
 }  // namespace zimbrat::jet

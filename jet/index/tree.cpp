@@ -17,7 +17,7 @@ bool IndexTree::Path::IsRightmost(std::size_t at) const {
 
 void IndexTree::WriteEmptyLeaf(Pager& pager, PageNumber root, PageNumber owner) {
   PageRef page = pager.Get(root);
-  WriteEntryPage(page.Change(), {.owner = owner}, EntryList(true), {});
+  WriteEntryPage(page, {.owner = owner}, EntryList(true), {});
 }
 
 // The leaf in which the first entry >= target stands or belongs.

@@ -28,7 +28,7 @@ void IndexTree::Write(PageNumber page, EntryPageHeader header, const EntryList& 
                       const EntryList::Run& run) {
   header.owner = owner_;
   PageRef ref = pager_->Get(page);
-  WriteEntryPage(ref.Change(), header, list, run);
+  WriteEntryPage(ref, header, list, run);
   if (header.level >= 2) LinkChildren(list, run);
 }
 

@@ -11,6 +11,7 @@
 #include "memory_database.h"
 #include "platform/error_numbers.h"
 #include "platform/run_time_error.h"
+#include "tests/support/error_of.h"
 #include "tree_verifier.h"
 
 namespace zimbrat::jet {
@@ -296,6 +297,18 @@ TEST_F(TreeTest, DamageIsAnErrorAndNoLoop) {
     database.pager.Rollback();
   }
   Verify();
+}
+
+// What the outer entries of a page share, the one between lacks: written anew it would lose what is not there.
+TEST_F(TreeTest, EntriesThatDoNotAscendAreNotStoredWithAPrefix) {
+  const std::string beginning(300, 'A');
+  std::set<std::string> entries{EntryOf("B", {20, 0}), EntryOf("C" + beginning.substr(1), {20, 1})};
+  for (char last = 'a'; last < 'k'; ++last) entries.insert(EntryOf(beginning + last, {20, 2}));
+  Build(entries);
+  const std::size_t offset = kOffsetEntries + 10 * 305 + 5;
+  database.pager.Get(MemoryDatabase::kRoot).Change()[offset] = std::byte{'A'};
+  const std::string key = beginning + "z";
+  EXPECT_EQ(tests::ErrorOf([&] { database.Tree().Insert(AsBytes(key), {20, 3}); }), platform::kErrCannotOpenDatabase);
 }
 
 // Random bytes on random pages: whatever is read or changed, only errors come of it.
