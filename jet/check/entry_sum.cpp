@@ -19,7 +19,7 @@ std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) {
 }  // namespace
 
 void EntrySum::Add(ConstBytes key, RowPointer row) {
-  std::uint64_t hash = Mix(key.size(), row.Packed());
+  std::uint64_t hash = Mix(std::uint64_t{key.size()} << 32, row.Packed());
   for (std::size_t from = 0; from < key.size(); from += sizeof hash) {
     std::uint64_t word = 0;
     std::memcpy(&word, key.data() + from, std::min(sizeof word, key.size() - from));

@@ -32,9 +32,10 @@ std::optional<IndexPage> IndexPage::Read(Checking& check, const std::u16string& 
   return result;
 }
 
-IndexPage IndexPage::ReadAgain(PageReader& pages, PageNumber number) {
+std::optional<IndexPage> IndexPage::ReadAgain(PageReader& pages, PageNumber number) {
   IndexPage result;
   result.Load(pages, number);
+  if (!result.isLeaf_ || result.FindImpossible()) return std::nullopt;
   return result;
 }
 
@@ -51,18 +52,26 @@ void IndexPage::Load(PageReader& pages, PageNumber number) {
   }
 }
 
-bool IndexPage::CheckMask(Checking& check, const std::u16string& place) const {
-  const ConstBytes page = *page_;
+std::size_t IndexPage::LengthOf(std::size_t i) const {
+  return i == 0 ? ends_[0] : std::size_t{ends_[i]} - ends_[i - 1] + prefix_;
+}
+
+std::optional<std::size_t> IndexPage::FindImpossible() const {
   const std::size_t pointer = isLeaf_ ? kSizeLeafPointer : kSizeNodePointer;
-  std::size_t end = 0;
-  for (std::size_t i = 0; i < ends_.size(); end = ends_[i++]) {
-    const std::size_t bit = ends_[i];
-    const std::size_t size = bit - end + (i == 0 ? 0 : prefix_);
-    if (bit > kSizeEntries || size <= pointer || size > kSizeEntries || (i == 0 && size <= prefix_)) {
-      check.PageLoss(place, number_, TextOf(u"wpis ", i, u" ma niemożliwą długość ", size));
-      return false;
-    }
+  for (std::size_t i = 0; i < ends_.size(); ++i) {
+    const std::size_t size = LengthOf(i);
+    if (ends_[i] > kSizeEntries || size <= pointer || size > kSizeEntries || (i == 0 && size <= prefix_)) return i;
   }
+  return std::nullopt;
+}
+
+bool IndexPage::CheckMask(Checking& check, const std::u16string& place) const {
+  if (const auto i = FindImpossible()) {
+    check.PageLoss(place, number_, TextOf(u"wpis ", *i, u" ma niemożliwą długość ", LengthOf(*i)));
+    return false;
+  }
+  const ConstBytes page = *page_;
+  const std::size_t end = ends_.empty() ? 0 : ends_.back();
   const std::size_t free = Get16(page, kOffsetFreeBytes);
   if (free != kSizeEntries - end) {
     check.PageError(place, number_,

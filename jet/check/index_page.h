@@ -15,8 +15,9 @@ class IndexPage {
   static std::optional<IndexPage> Read(Checking& check, const std::u16string& place,
                                        PageNumber number, PageNumber owner);
 
-  // A page that Read has accepted, once more, without a report.
-  static IndexPage ReadAgain(PageReader& pages, PageNumber number);
+  // A page that Read has accepted, once more, without a report. Nothing when its entries can no longer be read:
+  // others may write to the file meanwhile.
+  static std::optional<IndexPage> ReadAgain(PageReader& pages, PageNumber number);
 
   PageNumber Number() const { return number_; }
   bool IsLeaf() const { return isLeaf_; }
@@ -32,6 +33,9 @@ class IndexPage {
  private:
   void Load(PageReader& pages, PageNumber number);
   bool CheckMask(Checking& check, const std::u16string& place) const;
+  std::size_t LengthOf(std::size_t i) const;
+  // The first entry whose length cannot be.
+  std::optional<std::size_t> FindImpossible() const;
 
   PageNumber number_ = 0;
   bool isLeaf_ = true;
