@@ -88,6 +88,7 @@ Table& Catalog::SystemTable(PageNumber page) {
 }
 
 void Catalog::Load() {
+  loaded_ = false;  // a list that breaks off halfway is none
   generation_ = storage_.pager.Generation();
   objects_.clear();
   places_.clear();
