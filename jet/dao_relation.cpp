@@ -1,6 +1,7 @@
 #include "dao_relation.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "jet/index/collation.h"
 #include "refusing_field.h"
@@ -17,22 +18,23 @@ struct RelationHome {
   ConnectionPtr connection;
   std::u16string name;
   bool live = false;
-  std::uint64_t losses = 0;  // of the catalogue, when it was there
+  std::optional<std::uint64_t> losses = {};  // of the catalogue, when its object was there
 
   // Error 3420 when it was deleted or the database closed.
   void RequireThere() {
     connection->File();
-    if (!live || losses == connection->GetCatalog().Losses()) return;
-    if (!connection->GetCatalog().FindRelationship(name) && !IsListed()) Raise(kErrObjectInvalid);
-    losses = connection->GetCatalog().Losses();
-  }
-  void BecomeLive() {
-    live = true;
-    losses = connection->GetCatalog().Losses();
+    if (!live) return;
+    Catalog& catalog = connection->GetCatalog();
+    if (losses == catalog.Losses()) return;
+    if (catalog.FindRelationship(name)) {
+      losses = catalog.Losses();
+    } else if (!IsListed()) {
+      Raise(kErrObjectInvalid);
+    }
   }
 
  private:
-  // Some files have rows of a relationship without its object.
+  // Some files have rows of a relationship without its object, which go without a loss of the catalogue.
   bool IsListed() {
     const std::vector<Relationship> all = connection->GetRelationships().List();
     return std::any_of(all.begin(), all.end(), [&](const Relationship& r) { return EqualText(r.name, name); });
@@ -186,7 +188,7 @@ class JetRelation : public dao::Relation {
 RelationStatePtr MakeState(const ConnectionPtr& connection, const Relationship& relationship) {
   auto state = std::make_shared<RelationState>();
   state->home = std::make_shared<RelationHome>(RelationHome{connection, relationship.name});
-  state->home->BecomeLive();
+  state->home->live = true;
   state->table = relationship.table;
   state->foreignTable = relationship.foreignTable;
   state->attributes = relationship.attributes;
@@ -275,7 +277,7 @@ class RelationList : public dao::Collection<dao::Relation> {
     RequireTableUnused(state.table);
     RequireTableUnused(state.foreignTable);
     connection_->Change([&] { connection_->GetRelationships().Add(relationship); });
-    state.home->BecomeLive();
+    state.home->live = true;
   }
 
   ConnectionPtr connection_;

@@ -52,4 +52,25 @@ TEST_F(CatalogInMemory, AReadingThatWasBrokenOffIsMadeAgain) {
   EXPECT_EQ(file->GetCatalog().Objects().size(), objects);
 }
 
+TEST_F(CatalogInMemory, ARelationWithoutAnObjectIsGoneWhenDeleted) {
+  {
+    const auto database = Open();
+    database->Execute(u"CREATE TABLE Działy (Nr LONG CONSTRAINT Klucz PRIMARY KEY)", dao::dbFailOnError);
+    database->Execute(u"CREATE TABLE Osoby (Dział LONG CONSTRAINT Praca REFERENCES Działy (Nr))", dao::dbFailOnError);
+    database->Close();
+  }
+  {
+    const auto file = OpenFile();
+    Atomic change(file->Pages());
+    file->GetCatalog().Remove(file->GetCatalog().FindRelationship(u"Praca")->id);
+    change.Commit();
+    file->Pages().Flush();
+  }
+  const auto database = Open();
+  const auto relation = database->Relations()->Item(u"Praca");
+  EXPECT_EQ(relation->Table(), u"Działy");
+  database->Relations()->Delete(u"Praca");
+  EXPECT_EQ(ErrorOf([&] { relation->Table(); }), platform::kErrObjectInvalid);
+}
+
 }  // namespace zimbrat::jet
