@@ -213,7 +213,7 @@ std::size_t EntryList::CutNearMiddle(bool hasTail) const {
 void WriteEntryPage(PageRef& ref, const EntryPageHeader& header, const EntryList& list,
                     const EntryList::Run& run) {
   const EntryList::Layout layout = list.LayOut(run);
-  assert(layout.fits);
+  if (!layout.fits) RaiseDamagedPage(ref.Number(), u"wpisy indeksu są zbyt długie");
   const std::size_t last = run.last - (run.hasTail ? 1 : 0);
   // Those of a damaged page need not ascend: what the first and the last one share the others may lack.
   for (std::size_t i = run.first; layout.prefix != 0 && i < last; ++i) {

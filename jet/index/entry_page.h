@@ -172,7 +172,7 @@ struct EntryPageHeader {
   std::uint8_t level = 0;
 };
 
-// The whole page from a run that fits. Error 3049 when its entries do not ascend and can therefore not be stored.
+// The whole page from a run. Error 3049 when the entries do not fit or do not ascend: damaged pages may hold such.
 void WriteEntryPage(PageRef& page, const EntryPageHeader& header, const EntryList& list,
                     const EntryList::Run& run);
 

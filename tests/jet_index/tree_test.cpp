@@ -311,6 +311,13 @@ TEST_F(TreeTest, EntriesThatDoNotAscendAreNotStoredWithAPrefix) {
   EXPECT_EQ(tests::ErrorOf([&] { database.Tree().Insert(AsBytes(key), {20, 3}); }), platform::kErrCannotOpenDatabase);
 }
 
+TEST_F(TreeTest, EntriesThatDoNotFitAreDamage) {
+  EntryList list(true);
+  for (const char letter : {'a', 'b'}) list.Append(AsBytes(std::string(2000, letter)));
+  PageRef page = database.pager.Get(MemoryDatabase::kRoot);
+  EXPECT_EQ(tests::ErrorOf([&] { WriteEntryPage(page, {}, list, {0, 2}); }), platform::kErrCannotOpenDatabase);
+}
+
 // Random bytes on random pages: whatever is read or changed, only errors come of it.
 TEST_F(TreeTest, SurvivesRandomDamage) {
   std::set<std::string> entries;
