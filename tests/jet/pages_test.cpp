@@ -60,6 +60,15 @@ class Pages : public ::testing::Test {
   }
 };
 
+// Shows what was set aside.
+class WatchedFiles : public tests::MemoryFiles {
+ public:
+  std::shared_ptr<tests::FileBytes> aside = std::make_shared<tests::FileBytes>();
+  std::unique_ptr<platform::File> OpenTemporary(std::u16string_view) override {
+    return std::make_unique<tests::MemoryFile>(aside, room);
+  }
+};
+
 }  // namespace
 
 TEST_F(Pages, NestedSavepointsPutBackWhatTheyFound) {
@@ -171,6 +180,36 @@ TEST(PagesOnDisk, AnUndoThatReadsTooLittleIsNone) {
   }
   EXPECT_TRUE(files.HasFailed());
   EXPECT_EQ(ErrorOf([&] { pager->Get(1); }), platform::kErrDiskIo);
+}
+
+TEST_F(Pages, WhatIsHeldStaysWhileOthersPass) {
+  Open();
+  constexpr PageNumber count = 10'000;  // more than twice what the cache holds
+  pager_->GetZeroed(0);
+  PageRef held = pager_->GetZeroed(1);
+  for (PageNumber n = 2; n < count; ++n) Put32(pager_->GetZeroed(n).Change(), 8, n);
+  Put32(held.Change(), 8, 1);
+  for (PageNumber n = 1; n < count; ++n) ASSERT_EQ(Get32(pager_->Get(n).Read(), 8), n);
+}
+
+TEST(UndoFile, IsEncodedAndGivesEachPageBack) {
+  WatchedFiles files;
+  const std::u16string path = u"a.mdb";
+  const std::string wage = "Kowalski Jan, 5000";
+  constexpr PageNumber count = 3000;  // more than memory keeps images of
+  Pager pager(files, files.Open(path, platform::OpenMode::CreateNew, platform::Sharing::None), path, 0x1234);
+  for (PageNumber n = 0; n < count; ++n) {
+    PageRef page = pager.GetZeroed(n);
+    std::ranges::copy(std::as_bytes(std::span(wage)), page.Change().begin() + 100);
+  }
+  pager.Begin();
+  pager.Begin();
+  for (PageNumber n = 1; n < count; ++n) Put32(pager.Get(n).Change(), 8, n);
+  pager.Commit();
+  ASSERT_FALSE(files.aside->empty());
+  EXPECT_TRUE(std::ranges::search(*files.aside, std::as_bytes(std::span(wage))).empty());
+  pager.Rollback();
+  for (PageNumber n = 1; n < count; ++n) ASSERT_EQ(Get32(pager.Get(n).Read(), 8), 0u) << n;
 }
 
 TEST_F(Pages, TheGlobalMapGivesEachPageOnceAtAnySize) {

@@ -211,6 +211,14 @@ TEST_F(TreeTest, LongRisingKeysMakeManyLevels) {
   EXPECT_EQ(0u, verifier.Height());
 }
 
+TEST_F(TreeTest, AnEmptiedLeafHasNoPrefix) {
+  const auto prefix = [&] { return Get16(database.pager.Get(MemoryDatabase::kRoot).Read(), kOffsetPrefixLength); };
+  for (std::uint32_t i = 0; i < 20; ++i) Insert(EntryOf(std::string(300, 'x') + BigEndian(i), {i + 1, 0}));
+  ASSERT_NE(0u, prefix());
+  while (!model.empty()) Erase(*model.begin());
+  EXPECT_EQ(0u, prefix());
+}
+
 TEST_F(TreeTest, AnEmptyLeafIsWhatAccessWrites) {
   const PageRef page = database.pager.Get(MemoryDatabase::kRoot);
   EXPECT_EQ("04 01 20 0E 06 00 00 00 00", HexFromBytes(page.Read().first(9)));

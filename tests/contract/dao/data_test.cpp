@@ -162,8 +162,9 @@ TEST_F(DaoData, CascadesFollowParents) {
   EXPECT_EQ(CountRows(u"C"), 3u);
   Run(u"DELETE FROM A WHERE Id = 1");
   EXPECT_EQ(CountRows(u"C"), 2u);
+  Run(u"INSERT INTO B (IdA) VALUES (2)");
   Run(u"UPDATE A SET Id = 20 WHERE Id = 2");
-  EXPECT_EQ(CountRows(u"SELECT * FROM B WHERE IdA = 20"), 1u);
+  EXPECT_EQ(CountRows(u"SELECT * FROM B WHERE IdA = 20"), 2u);
   EXPECT_EQ(ErrorOfRun(u"UPDATE A SET Id = 30 WHERE Id = 3"), kErrRelatedRecords);
   EXPECT_EQ(CountRows(u"SELECT * FROM B WHERE IdA = 3"), 1u);
   Run(u"INSERT INTO Drzewo (Id, Nad) VALUES (1, 1)");  // a row may be its own parent
