@@ -67,9 +67,14 @@ void UnsyncedWrites::FolderFlushed(std::u16string_view folder) {
   }
 }
 
+// The name is durable then; what the file lacked of a flush it lacks under its new name.
 void UnsyncedWrites::Replaced(std::u16string_view from, std::u16string_view to) {
-  states_.erase(std::u16string(from));
+  auto moved = states_.extract(std::u16string(from));
   states_.erase(std::u16string(to));
+  if (!moved.empty()) {
+    moved.key() = std::u16string(to);
+    states_.insert(std::move(moved));
+  }
   FolderFlushed(platform::FolderOfPath(to));
 }
 
