@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <vector>
 
 #include "targets.h"
@@ -12,6 +13,8 @@
 namespace zimbrat::fuzz {
 
 namespace {
+
+void PrintTo(const Target& target, std::ostream* out) { *out << target.name; }
 
 class Corpus : public ::testing::TestWithParam<Target> {};
 

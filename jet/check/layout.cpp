@@ -137,6 +137,10 @@ void LayoutReader::ReadHead() {
   columns_ = Get16(bytes_, kOffsetColumns);
   logicals_ = Get32(bytes_, kOffsetLogicalIndexes);
   indexes_ = Get32(bytes_, kOffsetRealIndexes);
+  // No engine opens a table that has had more; repair finds out how many there are.
+  if (std::max(table_.maxColumns, table_.variableColumns) > kMaxColumns + 1) {
+    Lose(TextOf(u"definicja podaje ", table_.maxColumns, u" kolumn, z nich ", table_.variableColumns, u" zmiennych"));
+  }
   if (Get32(bytes_, kOffsetDefinitionMark) != kDefinitionMark) Fault(u"brak znacznika definicji");
   if (table_.kind != kTableUser && table_.kind != kTableSystem) Fault(u"nieznany rodzaj tabeli");
 }

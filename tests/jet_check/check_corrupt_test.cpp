@@ -47,6 +47,8 @@ const Planted kPlanted[] = {
      u"z wolnym miejscem nie należy"},
     {"index page missing in the map", "comp-index.mdb", 16, 0xF31 + 9, "01",
      u"której nie ma w mapie indeksu"},
+    {"more columns than any engine opens", "comp-index.mdb", 15, 0x29, "FF01", u"definicja podaje 511 kolumn", true},
+    {"more variable columns than any", "comp-index.mdb", 15, 0x2B, "FF01", u"z nich 511 zmiennych", true},
     {"empty map that begins elsewhere", "comp-index.mdb", 1, 0xF77, "08", u"mapa stron 1 zaczyna się od strony 8"},
     {"empty map of another kind", "comp-index.mdb", 1, 0xF76, "01", u"nie wskazuje żadnej strony mapy"},
     {"page with room that no map tells of", "comp-index.mdb", 16, 0xF76 + 7, "00", u"mapa wolnego miejsca jej nie podaje"},
