@@ -12,9 +12,10 @@
 
 namespace zimbrat::fuzz {
 
-namespace {
+// In what GoogleTest prints.
+static void PrintTo(const Target& target, std::ostream* out) { *out << target.name; }
 
-void PrintTo(const Target& target, std::ostream* out) { *out << target.name; }
+namespace {
 
 class Corpus : public ::testing::TestWithParam<Target> {};
 
