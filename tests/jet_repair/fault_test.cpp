@@ -89,7 +89,7 @@ void RepairFaults::FailEveryCall() {
         Kind{Fault::Half, kErrDiskFull, false}}) {
     std::uint64_t n = 1;
     while (FailCall(n, kind.how, kind.error, kind.forGood) && !HasFailure()) ++n;
-    EXPECT_GT(n, 100u);
+    EXPECT_GT(n, 40u);
   }
 }
 
