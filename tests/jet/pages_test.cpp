@@ -13,6 +13,7 @@
 #include "jet/file/usage_map.h"
 #include "platform/error_numbers.h"
 #include "platform/system.h"
+#include "platform/text.h"
 #include "tests/support/error_of.h"
 #include "tests/support/failing_files.h"
 #include "tests/support/memory_files.h"
@@ -122,14 +123,14 @@ TEST_F(Pages, NestedSavepointsPutBackWhatTheyFound) {
 
 namespace {
 
-constexpr std::u16string_view kPagesFile = u"/baza/strony";
+std::u16string PagesFile() { return std::u16string(u"baza") + platform::kPathSeparator + u"strony"; }
 
 // A file of `count` pages in a folder of its own.
 std::unique_ptr<Pager> PagerOf(platform::Files& files, PageNumber count) {
-  files.CreateFolder(u"/baza");
-  auto file = files.Open(kPagesFile, platform::OpenMode::CreateNew, platform::Sharing::None);
+  files.CreateFolder(u"baza");
+  auto file = files.Open(PagesFile(), platform::OpenMode::CreateNew, platform::Sharing::None);
   file->Resize(std::uint64_t{count} * kPageSize);
-  return std::make_unique<Pager>(files, std::move(file), std::u16string(kPagesFile), 0x1234);
+  return std::make_unique<Pager>(files, std::move(file), PagesFile(), 0x1234);
 }
 
 class FileWithoutHoles : public tests::MemoryFile {
@@ -166,7 +167,7 @@ TEST(PagesOnDisk, OfPagesThatFoundNoRoomNothingStays) {
     EXPECT_EQ(ErrorOf([&] { change.Commit(); }), platform::kErrDiskFull);
   }
   pager->Flush();
-  EXPECT_EQ(volume.State(kPagesFile)->size, 4 * kPageSize);
+  EXPECT_EQ(volume.State(PagesFile())->size, 4 * kPageSize);
 }
 
 TEST(PagesOnDisk, AnUndoThatReadsTooLittleIsNone) {
