@@ -12,11 +12,7 @@ IndexColumns::IndexColumns(const TableLayout& table, const IndexLayout& index) {
     columns.push_back(column);
   }
   isWhole_ = !columns.empty() && columns.size() == index.parts.size();
-}
-
-bool IndexColumns::AreComparable() const {
-  return IsWhole() && std::all_of(columns.begin(), columns.end(),
-                                  [](const ColumnLayout* column) { return column->HasComparableKeys(); });
+  areComparable_ = isWhole_ && std::ranges::all_of(columns, &ColumnLayout::HasComparableKeys);
 }
 
 void IndexColumns::AddEntry(Checking& check, const RowParts& row, RowPointer home, EntrySum& sum) {

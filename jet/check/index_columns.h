@@ -17,7 +17,7 @@ struct IndexColumns {
   // Each column is there and can be indexed; what else, the definition's fault was reported.
   bool IsWhole() const { return isWhole_; }
   // Keys can be made anew of values.
-  bool AreComparable() const;
+  bool AreComparable() const { return areComparable_; }
   // The entry of a sound row, as the engine makes it.
   void AddEntry(Checking& check, const RowParts& row, RowPointer home, EntrySum& sum);
 
@@ -26,6 +26,7 @@ struct IndexColumns {
 
  private:
   bool isWhole_;
+  bool areComparable_;
   std::vector<std::byte> scratch_;
 };
 

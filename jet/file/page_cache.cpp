@@ -24,7 +24,8 @@ CachedPage* PageCache::ChooseVictim() {
 CachedPage& PageCache::Add(PageNumber page) {
   if (page >= places_.size()) places_.resize(std::size_t{page} + page / 2 + 1);
   if (free_.empty()) {
-    free_.reserve(frames_.size() + 1);  // so that Remove cannot fail
+    // So that Remove cannot fail.
+    if (free_.capacity() <= frames_.size()) free_.reserve(2 * frames_.size() + 1);
     auto frame = std::make_unique<CachedPage>();
     frame->place = static_cast<std::uint32_t>(frames_.size() + 1);
     frames_.push_back(std::move(frame));
