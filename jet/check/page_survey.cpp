@@ -69,6 +69,12 @@ bool PageSurvey::IsDamagedPageOf(PageNumber page, PageNumber table) const {
   return owner > kGlobalMapPage && owner != kOwnerLongValues && !IsDefinition(owner);
 }
 
+bool PageSurvey::HaveAllRows(const TableLayout& table, const std::vector<PageNumber>& pages) const {
+  std::uint64_t rows = 0;
+  for (const PageNumber page : pages) rows += CountHomes(*check_.pages.Read(page));
+  return rows >= table.rows;
+}
+
 RowPages PageSurvey::PagesOf(const TableLayout& table) const {
   RowPages result;
   std::vector<PageNumber> listed;
@@ -79,9 +85,12 @@ RowPages PageSurvey::PagesOf(const TableLayout& table) const {
   if (!isMapped) listed.clear();
   result.areUncertain = result.areUncertain || !isMapped || !check_.pages.HasWholePages();
   const std::vector<PageNumber> naming = PagesNaming(table.page);
-  for (const PageNumber page : naming) {
-    const bool isInUse = hasFreePages_ ? !free_[page] : !isMapped;
-    if (isInUse || std::ranges::binary_search(listed, page)) result.pages.push_back(page);
+  std::ranges::set_intersection(naming, listed, std::back_inserter(result.pages));
+  // Where nobody knows which pages are free, those beyond the map are remains, unless rows are missing without them.
+  if (hasFreePages_ || !isMapped || !HaveAllRows(table, result.pages)) {
+    for (const PageNumber page : naming) {
+      if (!IsFree(page) && !std::ranges::binary_search(listed, page)) result.pages.push_back(page);
+    }
   }
   for (const PageNumber page : listed) {
     if (std::ranges::binary_search(naming, page)) continue;

@@ -35,6 +35,7 @@ class PageSurvey {
   void ReadPages(const LayoutSource& layoutOf);
   std::vector<PageNumber> PagesNaming(PageNumber table) const;
   bool IsFree(PageNumber page) const { return hasFreePages_ && free_[page]; }
+  bool HaveAllRows(const TableLayout& table, const std::vector<PageNumber>& pages) const;
   bool IsDamagedPageOf(PageNumber page, PageNumber table) const;
   bool IsDefinition(PageNumber page) const;
 

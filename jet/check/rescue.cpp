@@ -89,11 +89,8 @@ RowCounts Rescue::ReadRows(const TableLayout& table, const RescuedRowVisit& visi
 
 std::uint64_t Rescue::CountRows(PageNumber table) {
   std::uint64_t rows = 0;
-  for (const PageNumber number : parts_->survey->PagesInUseNaming(table)) {
-    const PageView page = parts_->check.pages.Read(number);
-    for (std::size_t slot = 0; slot < std::min(SlotCount(*page), kMaxRowSlots); ++slot)
-      rows += (SlotFlags(*page, slot) & kRowHidden) == 0 ? 1 : 0;
-  }
+  for (const PageNumber number : parts_->survey->PagesInUseNaming(table))
+    rows += CountHomes(*parts_->check.pages.Read(number));
   return rows;
 }
 

@@ -66,6 +66,13 @@ std::uint16_t SlotFlags(ConstBytes page, std::size_t slot) {
   return Slot(page, slot) & kRowDeleted;
 }
 
+std::size_t CountHomes(ConstBytes page) {
+  std::size_t rows = 0;
+  for (std::size_t slot = 0; slot < std::min(SlotCount(page), kMaxRowSlots); ++slot)
+    rows += (SlotFlags(page, slot) & kRowHidden) == 0 ? 1 : 0;
+  return rows;
+}
+
 std::optional<ConstBytes> FindRowBytes(ConstBytes page, std::size_t slot) {
   const std::size_t slots = SlotCount(page);
   if (slot >= slots) return std::nullopt;

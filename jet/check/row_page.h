@@ -18,6 +18,8 @@ struct RowView {
 std::size_t SlotCount(ConstBytes page);
 // kRowMoved, kRowHidden, both, or 0. The slot must be there.
 std::uint16_t SlotFlags(ConstBytes page, std::size_t slot);
+// Slots of rows that are there, wherever they were moved to.
+std::size_t CountHomes(ConstBytes page);
 // Nothing when the slot is not there or its offset is impossible.
 std::optional<ConstBytes> FindRowBytes(ConstBytes page, std::size_t slot);
 // The same for any pointer: nothing for pages that are outside the file or hold no rows either.

@@ -106,7 +106,8 @@ void Swap(RepairBench& bench, PageNumber a, PageNumber b) {
 }
 
 // empty.mdb: definitions of MSysObjects and MSysRelationships on pages 2 and 5. fixed-text.mdb: map of the table users
-// on page 22, its rows beyond. properties.mdb: definition of MSysAccessXML on page 28.
+// on page 22, its rows beyond. properties.mdb: definition of MSysAccessXML on page 28. index.mdb: MSysObjects on page 14,
+// as its map says on page 6.
 const Displaced kDisplaced[] = {
     {"rows that changed places say whose they are", "index.mdb", [](RepairBench& b) { Swap(b, 60, 62); }, ""},
     {"definitions of the engine are known", "empty.mdb", [](RepairBench& b) { Swap(b, 2, 5); }, ""},
@@ -119,7 +120,14 @@ const Displaced kDisplaced[] = {
      "tabeli „Table2”\n"
      "Table2: partial 0, lost 3\n"},
     {"file cut within a map", "fixed-text.mdb", [](RepairBench& b) { b.bytes().resize(92701); },
-     "users: partial 0, lost 2\nMSysACEs: partial 0, lost 56\nMSysObjects: partial 5, lost 0\n"}};
+     "users: partial 0, lost 2\nMSysACEs: partial 0, lost 56\nMSysObjects: partial 5, lost 0\n"},
+    {"map of the catalogue lies and nobody knows the free pages", "index.mdb",
+     [](RepairBench& b) {
+       std::ranges::copy(b.Page(20), b.Page(1).begin());
+       b.Page(6)[0xFC1] = std::byte(0x20);
+     },
+     ""},
+};
 
 TEST(PlantedDamage, OfPagesOutOfPlace) {
   if (!HasAccessFiles()) GTEST_SKIP();
