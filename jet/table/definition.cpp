@@ -247,14 +247,15 @@ std::vector<std::byte> EncodeDefinition(const TableDefinition& d) {
 
 std::vector<PageNumber> DefinitionPages(Pager& pager, PageNumber first) {
   std::vector<PageNumber> pages;
-  for (PageNumber number = first; number != 0;) {
+  PageNumber number = first;
+  do {  // the first is looked at even when it is page 0, where no definition is
     const PageRef page = pager.Get(number);
     if (Get8(page.Read(), 0) != kPageDefinition || pages.size() >= kMaxDefinitionPages) {
       RaiseDamagedPage(number, u"nie jest definicją tabeli");
     }
     pages.push_back(number);
     number = Get32(page.Read(), kOffsetNextDefinitionPage);
-  }
+  } while (number != 0);
   return pages;
 }
 

@@ -52,6 +52,11 @@ TEST_F(CatalogInMemory, AReadingThatWasBrokenOffIsMadeAgain) {
   EXPECT_EQ(file->GetCatalog().Objects().size(), objects);
 }
 
+TEST_F(CatalogInMemory, ADefinitionOnPageZeroIsDamage) {
+  const auto file = OpenFile();
+  EXPECT_EQ(ErrorOf([&] { file->GetCatalog().Open(0); }), platform::kErrCannotOpenDatabase);
+}
+
 TEST_F(CatalogInMemory, ARelationWithoutAnObjectIsGoneWhenDeleted) {
   {
     const auto database = Open();
