@@ -1,11 +1,10 @@
 #include "layout.h"
 
 #include <algorithm>
-#include <set>
 
 #include "definition_bytes.h"
 #include "jet/index/collation.h"
-#include "jet/index/key.h"
+#include "layout_faults.h"
 #include "platform/dao.h"
 
 namespace zimbrat::jet::check {
@@ -90,7 +89,7 @@ class LayoutReader {
  public:
   LayoutReader(Checking& check, const std::u16string& place, ConstBytes bytes, PageNumber page,
                bool report)
-      : check_(check), bytes_(bytes), reader_(bytes, kSizeDefinitionHead), report_(report) {
+      : bytes_(bytes), reader_(bytes, kSizeDefinitionHead), faults_(check, place, page, report) {
     table_.page = page;
     table_.place = place;
   }
@@ -106,22 +105,11 @@ class LayoutReader {
   void ReadIndexes();
   void ReadLogicals();
   void ReadLongValueMaps();
-  void CheckColumns();
-  void CheckColumn(const ColumnLayout& column);
-  void CheckIndexes();
-  void CheckLogicals();
-  void CheckLongValueMaps();
-  void Fault(std::u16string text) {
-    if (report_) check_.PageError(table_.place, table_.page, std::move(text));
-  }
-  void Lose(std::u16string text) {
-    if (report_) check_.PageLoss(table_.place, table_.page, std::move(text));
-  }
+  void NameTrees();
 
-  Checking& check_;
   ConstBytes bytes_;
   DefinitionReader reader_;
-  bool report_;
+  LayoutFaults faults_;
   std::size_t columns_ = 0, indexes_ = 0, logicals_ = 0;
   TableLayout table_;
 };
@@ -139,10 +127,10 @@ void LayoutReader::ReadHead() {
   indexes_ = Get32(bytes_, kOffsetRealIndexes);
   // No engine opens a table that has had more; repair finds out how many there are.
   if (std::max(table_.maxColumns, table_.variableColumns) > kMaxColumns + 1) {
-    Lose(TextOf(u"definicja podaje ", table_.maxColumns, u" kolumn, z nich ", table_.variableColumns, u" zmiennych"));
+    faults_.Loss(TextOf(u"definicja podaje ", table_.maxColumns, u" kolumn, z nich ", table_.variableColumns, u" zmiennych"));
   }
-  if (Get32(bytes_, kOffsetDefinitionMark) != kDefinitionMark) Fault(u"brak znacznika definicji");
-  if (table_.kind != kTableUser && table_.kind != kTableSystem) Fault(u"nieznany rodzaj tabeli");
+  if (Get32(bytes_, kOffsetDefinitionMark) != kDefinitionMark) faults_.Error(u"brak znacznika definicji");
+  if (table_.kind != kTableUser && table_.kind != kTableSystem) faults_.Error(u"nieznany rodzaj tabeli");
 }
 
 // `size`: of the parts that follow, at least.
@@ -151,7 +139,7 @@ bool LayoutReader::ArePlausible(std::uint64_t size) {
       indexes_ <= kMaxTrees && logicals_ <= kMaxLogicals && reader_.HasLeft(size)) {
     return true;
   }
-  Lose(TextOf(u"definicja o długości ", bytes_.size(), u" nie może mieć ", columns_, u" kolumn, ",
+  faults_.Loss(TextOf(u"definicja o długości ", bytes_.size(), u" nie może mieć ", columns_, u" kolumn, ",
               indexes_, u" i ", logicals_, u" indeksów"));
   return false;
 }
@@ -169,9 +157,9 @@ ColumnLayout LayoutReader::ReadColumn() {
   const auto unused = reader_.Next<std::uint32_t>();
   column.fixedOffset = reader_.Next<std::uint16_t>();
   column.length = reader_.Next<std::uint16_t>();
-  if (mark != kDefinitionMark) Fault(TextOf(u"brak znacznika kolumny ", column.id));
+  if (mark != kDefinitionMark) faults_.Error(TextOf(u"brak znacznika kolumny ", column.id));
   if (unused != 0 || column.flags2 > kColumnCompressed) {
-    Fault(TextOf(u"kolumna ", column.id, u" ma nieznane flagi"));
+    faults_.Error(TextOf(u"kolumna ", column.id, u" ma nieznane flagi"));
   }
   return column;
 }
@@ -186,7 +174,7 @@ void LayoutReader::ReadIndexes() {
   for (std::size_t i = 0; i < indexes_ && !reader_.HasFailed(); ++i) {
     IndexLayout index;
     if (reader_.Next<std::uint32_t>() != kRealIndexMark)
-      Fault(TextOf(u"brak znacznika indeksu ", i));
+      faults_.Error(TextOf(u"brak znacznika indeksu ", i));
     for (std::size_t k = 0; k < kMaxIndexColumns; ++k) {
       const auto id = reader_.Next<std::uint16_t>();
       const auto direction = reader_.Next<std::uint8_t>();
@@ -197,7 +185,7 @@ void LayoutReader::ReadIndexes() {
     reader_.Skip(sizeof(std::uint32_t));
     index.flags = reader_.Next<std::uint8_t>();
     const auto unused = reader_.Next<std::uint32_t>() | reader_.Next<std::uint8_t>();
-    if (unused != 0) Fault(TextOf(u"indeks ", i, u" ma nieznane flagi"));
+    if (unused != 0) faults_.Error(TextOf(u"indeks ", i, u" ma nieznane flagi"));
     table_.indexes.push_back(std::move(index));
   }
 }
@@ -206,7 +194,7 @@ void LayoutReader::ReadLogicals() {
   for (std::size_t i = 0; i < logicals_ && !reader_.HasFailed(); ++i) {
     LogicalLayout logical;
     if (reader_.Next<std::uint32_t>() != kDefinitionMark)
-      Fault(TextOf(u"brak znacznika nazwy indeksu ", i));
+      faults_.Error(TextOf(u"brak znacznika nazwy indeksu ", i));
     logical.number = reader_.Next<std::uint32_t>();
     logical.index = reader_.Next<std::uint32_t>();
     logical.end = reader_.Next<std::uint8_t>();
@@ -216,7 +204,7 @@ void LayoutReader::ReadLogicals() {
     logical.cascadeDeletes = reader_.Next<std::uint8_t>();
     logical.kind = reader_.Next<std::uint8_t>();
     if (reader_.Next<std::uint32_t>() != 0)
-      Fault(TextOf(u"nazwa indeksu ", i, u" ma nieznane flagi"));
+      faults_.Error(TextOf(u"nazwa indeksu ", i, u" ma nieznane flagi"));
     table_.logicals.push_back(std::move(logical));
   }
   for (LogicalLayout& logical : table_.logicals) logical.name = reader_.NextName();
@@ -231,108 +219,13 @@ void LayoutReader::ReadLongValueMaps() {
   }
 }
 
-void LayoutReader::CheckColumn(const ColumnLayout& column) {
-  const std::size_t size = column.FixedSize();
-  if (!IsKnownType(column.type))
-    Lose(TextOf(u"kolumna „", column.name, u"” jest nieznanego typu ", column.type));
-  if (column.id >= table_.maxColumns)
-    Fault(TextOf(u"kolumna „", column.name, u"” ma numer ", column.id));
-  if (column.name.empty() || column.name.size() > kMaxNameLength) {
-    Fault(TextOf(u"nazwa kolumny ", column.id, u" ma ", column.name.size(), u" znaków"));
-  }
-  if (!column.IsFixed() && column.variableIndex >= table_.variableColumns) {
-    Fault(TextOf(u"kolumna „", column.name, u"” ma miejsce zmienne ", column.variableIndex));
-  }
-  if (size != 0 && column.length != size) {
-    Fault(TextOf(u"kolumna „", column.name, u"” ma długość ", column.length, u" zamiast ", size));
-  }
-  if (column.IsFixed() && column.fixedOffset + std::size_t{column.length} > kMaxRowSize) {
-    Fault(TextOf(u"kolumna „", column.name, u"” leży poza wierszem"));
-  }
-  if ((column.IsBoolean() && !column.IsFixed()) || (column.IsFixed() && column.IsLongValue())) {
-    Fault(TextOf(u"kolumna „", column.name, u"” ma flagi niezgodne z typem"));
-  }
-}
-
-void LayoutReader::CheckColumns() {
-  std::set<std::uint16_t> ids, variable;
-  std::vector<std::pair<std::size_t, std::size_t>> fixed;
-  for (const ColumnLayout& column : table_.columns) {
-    CheckColumn(column);
-    if (!ids.insert(column.id).second) Fault(TextOf(u"dwie kolumny mają numer ", column.id));
-    if (!column.IsFixed() && !variable.insert(column.variableIndex).second) {
-      Fault(TextOf(u"dwie kolumny mają miejsce zmienne ", column.variableIndex));
-    }
-    if (column.IsFixed() && !column.IsBoolean())
-      fixed.push_back({column.fixedOffset, column.length});
-  }
-  std::sort(fixed.begin(), fixed.end());
-  for (std::size_t i = 1; i < fixed.size(); ++i) {
-    if (fixed[i - 1].first + fixed[i - 1].second > fixed[i].first) {
-      Fault(TextOf(u"kolumny stałe zachodzą na siebie od bajtu ", fixed[i].first));
-    }
-  }
-}
-
-void LayoutReader::CheckIndexes() {
-  for (std::size_t i = 0; i < table_.indexes.size(); ++i) {
-    const IndexLayout& index = table_.indexes[i];
-    if (index.parts.empty()) Fault(TextOf(u"indeks ", i, u" nie ma kolumn"));
-    for (const IndexLayout::Part& part : index.parts) {
-      const ColumnLayout* column = table_.FindColumn(part.columnId);
-      if (!column || !IsIndexable(column->type)) {
-        Fault(TextOf(u"indeks ", i, u" ma niemożliwą kolumnę ", part.columnId));
-      }
-    }
-    if (!index.Has(kIndexAlways)) Fault(TextOf(u"indeks ", i, u" ma flagi ", index.flags));
-  }
-}
-
-void LayoutReader::CheckLogicals() {
-  std::set<std::uint32_t> numbers;
-  std::vector<bool> used(table_.indexes.size());
+// A tree has the name of its index; one that serves relations alone, that of the first of them.
+void LayoutReader::NameTrees() {
   for (const LogicalLayout& logical : table_.logicals) {
-    const std::u16string name = TextOf(u"indeks „", logical.name, u"” ");
-    if (logical.name.empty() || logical.name.size() > kMaxNameLength)
-      Fault(u"indeks ma niemożliwą nazwę");
-    if (!numbers.insert(logical.number).second) Fault(name + u"ma numer innego indeksu");
-    if (logical.index >= used.size()) {
-      Fault(TextOf(name, u"wskazuje drzewo ", logical.index, u", którego nie ma"));
-      continue;
-    }
-    used[logical.index] = true;
-    const bool isRelation = logical.kind == kIndexRelation;
-    if (logical.kind > kIndexRelation || isRelation != (logical.end != 0) ||
-        logical.end > kEndReferring) {
-      Fault(name + u"jest nieznanego rodzaju");
-    }
-    if (!isRelation && (logical.cascadeUpdates != kCascadeNone ||
-                        logical.cascadeDeletes != kCascadeNone || logical.otherTable != 0)) {
-      Fault(name + u"ma pola relacji, choć nią nie jest");
-    }
+    if (logical.index >= table_.indexes.size()) continue;
     IndexLayout& index = table_.indexes[logical.index];
     index.isPrimary = index.isPrimary || logical.kind == kIndexPrimary;
     if (index.name.empty() || logical.kind != kIndexRelation) index.name = logical.name;
-  }
-  const auto unused = std::find(used.begin(), used.end(), false);
-  if (unused != used.end())
-    Fault(TextOf(u"drzewo indeksu ", unused - used.begin(), u" nie ma nazwy"));
-}
-
-void LayoutReader::CheckLongValueMaps() {
-  std::set<std::uint16_t> ids;
-  for (const LongValueMapsLayout& maps : table_.longValueMaps) {
-    const ColumnLayout* column = table_.FindColumn(maps.columnId);
-    // Maps of a deleted column may have stayed behind.
-    const bool isWrong = column && !column->IsLongValue();
-    if (isWrong || !ids.insert(maps.columnId).second) {
-      Fault(TextOf(u"mapy długich wartości należą do niemożliwej kolumny ", maps.columnId));
-    }
-  }
-  for (const ColumnLayout& column : table_.columns) {
-    if (column.IsLongValue() && !ids.contains(column.id)) {
-      Fault(TextOf(u"kolumna „", column.name, u"” nie ma map długich wartości"));
-    }
   }
 }
 
@@ -347,16 +240,14 @@ std::optional<TableLayout> LayoutReader::Read() {
   ReadLogicals();
   ReadLongValueMaps();
   if (reader_.HasFailed()) {
-    Lose(u"definicja urywa się");
+    faults_.Loss(u"definicja urywa się");
     return std::nullopt;
   }
   if (reader_.Place() != bytes_.size()) {
-    Fault(TextOf(u"definicja ma długość ", bytes_.size(), u" zamiast ", reader_.Place()));
+    faults_.Error(TextOf(u"definicja ma długość ", bytes_.size(), u" zamiast ", reader_.Place()));
   }
-  CheckColumns();
-  CheckIndexes();
-  CheckLogicals();
-  CheckLongValueMaps();
+  NameTrees();
+  CheckLayout(table_, faults_);
   return std::move(table_);
 }
 
