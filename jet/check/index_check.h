@@ -44,7 +44,8 @@ class IndexCheck {
   void CheckEntry(PageNumber leaf, const Entry& entry);
   void CheckKey(PageNumber leaf, ConstBytes key, RowPointer row);
   void CompareWithRows();
-  void CompareWithRow(PageNumber leaf, ConstBytes key, const KeyParts& parts, RowPointer row);
+  void CompareWithRow(PageNumber leaf, ConstBytes key, RowPointer row);
+  void CompareWhole(PageNumber leaf, ConstBytes key, const RowParts& fields, RowPointer row);
   bool IsPartEqual(std::size_t i, ConstBytes part, const dao::Value& value);
   void Fault(PageNumber page, std::u16string text) {
     check_.PageError(place_, page, std::move(text));

@@ -106,6 +106,19 @@ TEST_F(SqlRowsInMemory, AFullDiskUndoesTheStatementAndLeavesASoundFile) {
   EXPECT_EQ(Number(u"SELECT Count(*) FROM N WHERE j = 64 - i"), 64);
 }
 
+// Fifteen points under a letter add up to an accent whose byte is the end of a key.
+TEST_F(SqlRowsInMemory, KeysMayHaveTheirEndWithin) {
+  Run(u"CREATE TABLE T (a TEXT(50), b TEXT(50))");
+  Run(u"CREATE UNIQUE INDEX u ON T (a, b DESC)");
+  const std::u16string text = u"a" + std::u16string(15, u'\u05B0') + u"á";
+  for (const char16_t* last : {u"b", u"c", u""}) {
+    Run(u"INSERT INTO T VALUES ('" + text + u"', '" + last + text + u"')");
+  }
+  EXPECT_EQ(ErrorOf([&] { Run(u"INSERT INTO T VALUES ('" + text + u"', 'b" + text + u"')"); }),
+            platform::kErrDuplicateKey);
+  EXPECT_EQ(Number(u"SELECT Count(*) FROM T WHERE a = '" + text + u"' AND b = 'c" + text + u"'"), 1);
+}
+
 // Values that fill no page exactly still share pages.
 TEST_F(SqlRowsInMemory, LongValuesOfEverySizeShareTheirPages) {
   const FileBytes& bytes = files_.BytesOf(kPath);
