@@ -36,8 +36,9 @@ bool NamesCallAndFile(const Stage& stage) {
 // that stays without an answer, lists of programs.
 bool HasTextOfItsOwn(const std::string& text) {
   constexpr const char* kTexts[] = {
-      "438; (", "w trybie wyłączności przez innego użytkownika", "nie posiada struktury danych dla program",
-      "Zaznacz programy, dla których", "naprawa bazy nie powiodły się. Zimbrat nie może sprawdzić struktury bazy."};
+      "438; (", "plik jest już używany.", "w trybie wyłączności przez innego użytkownika",
+      "nie posiada struktury danych dla program", "Zaznacz programy, dla których",
+      "naprawa bazy nie powiodły się. Zimbrat nie może sprawdzić struktury bazy."};
   return std::any_of(std::begin(kTexts), std::end(kTexts),
                      [&](const char* own) { return text.find(own) != std::string::npos; });
 }
