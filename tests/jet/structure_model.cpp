@@ -177,16 +177,28 @@ void ModelChange::Remove(const std::u16string& table, std::int32_t id) {
   const ModelRow former = std::move(place->second);
   rows.erase(place);
   steps_.push_back({table, id, former});
-  for (const ModelRelation& relation : database_.relations) {
-    if (relation.table != table || !relation.IsEnforced()) continue;
-    for (const std::int32_t child : ChildrenOf(relation, ModelTable::ValueOf(id, former, relation.column))) {
-      if ((relation.attributes & dao::dbRelationDeleteCascade) != 0) {
-        Remove(relation.foreignTable, child);
-      } else {
-        left_.emplace_back(relation.foreignTable, child);
+  for (const bool cascades : {false, true}) {
+    for (const ModelRelation& relation : database_.relations) {
+      if (relation.table != table || !relation.IsEnforced()) continue;
+      if (((relation.attributes & dao::dbRelationDeleteCascade) != 0) != cascades) continue;
+      const dao::Value key = ModelTable::ValueOf(id, former, relation.column);
+      if (!cascades && HasGone(relation, key)) mayBeRelated_ = true;
+      for (const std::int32_t child : ChildrenOf(relation, key)) {
+        if (cascades) {
+          Remove(relation.foreignTable, child);
+        } else {
+          left_.emplace_back(relation.foreignTable, child);
+        }
       }
     }
   }
+}
+
+// Whether a child went earlier in this change: the engine may come to it before it goes.
+bool ModelChange::HasGone(const ModelRelation& relation, const dao::Value& key) const {
+  return !dao::IsNull(key) && std::any_of(steps_.begin(), steps_.end(), [&](const Step& step) {
+    return step.table == relation.foreignTable && step.former && step.former->at(relation.foreignColumn) == key;
+  });
 }
 
 void ModelChange::JudgeRow(const std::u16string& name, std::int32_t id) {

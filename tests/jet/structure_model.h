@@ -99,6 +99,7 @@ class ModelChange {
   };
 
   std::vector<std::int32_t> ChildrenOf(const ModelRelation& relation, const dao::Value& key) const;
+  bool HasGone(const ModelRelation& relation, const dao::Value& key) const;
   void Judge();
   void JudgeRow(const std::u16string& table, std::int32_t id);
 
