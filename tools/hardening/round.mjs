@@ -68,7 +68,7 @@ export function startRound({ command, env, limit, folder, output, top }) {
     clearTimeout(timer);
     if (child.pid) kill();
     fs.rmSync(folder, { recursive: true, force: true });
-    const text = fs.readFileSync(output, "utf8");
+    const text = fs.readFileSync(output, "utf8").replaceAll(`${top}/`, "");
     const counts = readCounts(text);
     const fault = isStopped ? "" : faultOf({ status, signal, isTooLong, counts, limit });
     if (!fault) fs.rmSync(output);

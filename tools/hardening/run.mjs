@@ -60,7 +60,7 @@ export class Run {
     const round = this.roundOf(part, seed);
     const finding = result.fault && {
       kind: round.name, seed, fault: result.fault, told: result.told, command: repeatCommand(round),
-      output: path.relative(this.top, this.outputOf(part, seed)),
+      output: path.relative(path.dirname(this.file), this.outputOf(part, seed)),
     };
     addRound(this.report.parts[part.name], seed, result, finding);
     this.teller.round(part.name, seed, round.name, result);
