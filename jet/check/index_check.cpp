@@ -176,13 +176,13 @@ void IndexCheck::CheckKey(PageNumber leaf, ConstBytes key, RowPointer row) {
     return;
   }
   entries_.Add(key, row);
-  const std::optional<KeyParts> parts = SplitKey(columns_.keys, key);
-  if (!parts) return;  // when it is not its row's key either, it will be named
   const bool isAllNull = IsAllNullKey(columns_.keys, key);
   if (index_.Has(kIndexUnique) && !isAllNull && !previous_.empty() &&
       std::ranges::equal(KeyOf(previous_), key)) {
     Fault(leaf, TextOf(u"wpis ", RowText(row), u" powtarza klucz w indeksie bez powtórzeń"));
   }
+  const std::optional<KeyParts> parts = SplitKey(columns_.keys, key);
+  if (!parts) return;  // when it is not its row's key either, it will be named
   const bool hasNull =
       std::any_of(parts->parts.begin(), parts->parts.begin() + static_cast<long>(parts->count),
                   [](const KeyParts::Part& part) { return part.isNull; });
