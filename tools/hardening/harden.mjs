@@ -29,7 +29,7 @@ async function harden(options) {
   orEnd(() => build(chosen, packages, top));
   process.env.ZIMBRAT_FIXTURES ??= path.join(path.dirname(top), "shared/fixtures/access");
   const run = orEnd(() => new Run({ options, parts: chosen, aims, top }));
-  for (const signal of ["SIGINT", "SIGTERM"]) process.on(signal, () => run.stop());
+  for (const signal of ["SIGINT", "SIGTERM", "SIGHUP"]) process.on(signal, () => run.stop());
   return await run.finish() ? 1 : 0;
 }
 

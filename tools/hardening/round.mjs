@@ -27,7 +27,7 @@ function readCases(text) {
   return cases;
 }
 
-const telling = /Failure\b|ERROR: |runtime error:|SUMMARY: |terminate|differ|seed|neither/i;
+const telling = /^found: |^again: |Failure\b|ERROR: |runtime error:|SUMMARY: |terminate|differ|seed|neither/i;
 
 function faultOf({ status, signal, isTooLong, counts, limit }) {
   if (isTooLong) return `still at work after ${limit} s`;
