@@ -12,13 +12,6 @@ namespace {
 // Deeper than any tree whose nodes have two children each.
 constexpr std::size_t kMaxDepth = 24;
 
-ConstBytes KeyOf(ConstBytes entry) {
-  return entry.first(entry.size() - kSizeLeafPointer);
-}
-RowPointer RowOf(ConstBytes entry) {
-  return RowPointer::FromPacked(GetBig32(entry, entry.size() - kSizeLeafPointer));
-}
-
 std::u16string RowText(RowPointer row) {
   return TextOf(u"wiersza ", row.row, u" strony ", row.page);
 }

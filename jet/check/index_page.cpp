@@ -96,4 +96,12 @@ PageNumber IndexPage::Child(std::size_t i) const {
   return GetBig32(*page_, kOffsetEntries + ends_[i] - sizeof(PageNumber));
 }
 
+ConstBytes KeyOf(ConstBytes entry) {
+  return entry.first(entry.size() - kSizeLeafPointer);
+}
+
+RowPointer RowOf(ConstBytes entry) {
+  return RowPointer::FromPacked(GetBig32(entry, entry.size() - kSizeLeafPointer));
+}
+
 }  // namespace zimbrat::jet::check

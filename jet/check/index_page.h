@@ -44,4 +44,8 @@ class IndexPage {
   std::vector<std::uint16_t> ends_;
 };
 
+// Of a leaf's entry, at least kSizeLeafPointer bytes: its two parts.
+ConstBytes KeyOf(ConstBytes entry);
+RowPointer RowOf(ConstBytes entry);
+
 }  // namespace zimbrat::jet::check

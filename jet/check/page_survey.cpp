@@ -7,6 +7,18 @@
 
 namespace zimbrat::jet::check {
 
+namespace {
+
+std::vector<PageNumber> PagesOfTable(const std::vector<NamedPage>& named, PageNumber table) {
+  const auto first = std::lower_bound(named.begin(), named.end(), NamedPage(table, 0));
+  const auto last = std::lower_bound(first, named.end(), NamedPage(table + 1, 0));
+  std::vector<PageNumber> pages;
+  std::transform(first, last, std::back_inserter(pages), [](const NamedPage& n) { return n.second; });
+  return pages;
+}
+
+}  // namespace
+
 PageSurvey::PageSurvey(Checking& check, const LayoutSource& layoutOf) : check_(check), free_(check.pages.Count()) {
   ReadFreePages();
   ReadPages(layoutOf);
@@ -33,25 +45,20 @@ void PageSurvey::ReadPages(const LayoutSource& layoutOf) {
     const PageNumber owner = Get32(*page, kOffsetOwner);
     if (type == kPageData && owner >= kObjectsPage && owner < kMaxPages) {
       named_.emplace_back(owner, number);
+    } else if (type == kPageIndexLeaf && !IsFree(number) && owner < kMaxPages) {
+      leaves_.emplace_back(owner, number);
     } else if (type == kPageDefinition && !IsFree(number) &&
                Get32(*page, kOffsetDefinitionMark) == kDefinitionMark) {
       definitions_.push_back(number);
     }
   }
   std::sort(named_.begin(), named_.end());
+  std::sort(leaves_.begin(), leaves_.end());
   SettleClaims(check_, definitions_, layoutOf, named_);
 }
 
-std::vector<PageNumber> PageSurvey::PagesNaming(PageNumber table) const {
-  const auto first = std::lower_bound(named_.begin(), named_.end(), NamedPage(table, 0));
-  const auto last = std::lower_bound(first, named_.end(), NamedPage(table + 1, 0));
-  std::vector<PageNumber> pages;
-  std::transform(first, last, std::back_inserter(pages), [](const NamedPage& n) { return n.second; });
-  return pages;
-}
-
 std::vector<PageNumber> PageSurvey::PagesInUseNaming(PageNumber table) const {
-  std::vector<PageNumber> pages = PagesNaming(table);
+  std::vector<PageNumber> pages = PagesOfTable(named_, table);
   std::erase_if(pages, [&](PageNumber page) { return IsFree(page); });
   return pages;
 }
@@ -76,7 +83,7 @@ bool PageSurvey::HaveAllRows(const TableLayout& table, const std::vector<PageNum
 }
 
 RowPages PageSurvey::PagesOf(const TableLayout& table) const {
-  RowPages result;
+  RowPages result{.pages = {}, .leaves = PagesOfTable(leaves_, table.page)};
   std::vector<PageNumber> listed;
   const bool isMapped = PeekUsageMap(check_, table.ownedMap, [&](PageNumber page) {
     if (check_.pages.Has(page)) listed.push_back(page);
@@ -84,7 +91,7 @@ RowPages PageSurvey::PagesOf(const TableLayout& table) const {
   });
   if (!isMapped) listed.clear();
   result.areUncertain = result.areUncertain || !isMapped || !check_.pages.HasWholePages();
-  const std::vector<PageNumber> naming = PagesNaming(table.page);
+  const std::vector<PageNumber> naming = PagesOfTable(named_, table.page);
   std::ranges::set_intersection(naming, listed, std::back_inserter(result.pages));
   // Where nobody knows which pages are free, those beyond the map are remains, unless rows are missing without them.
   if (hasFreePages_ || !isMapped || !HaveAllRows(table, result.pages)) {

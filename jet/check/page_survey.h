@@ -13,7 +13,8 @@
 namespace zimbrat::jet::check {
 
 struct RowPages {
-  std::vector<PageNumber> pages;  // ascending
+  std::vector<PageNumber> pages;   // ascending
+  std::vector<PageNumber> leaves;  // of the table's indexes, as they say, ascending; not free ones
   // Rows may be missing: the table's map is unreadable, or lists pages that hold no rows of it, or the file is cut.
   bool areUncertain = false;
 };
@@ -33,7 +34,6 @@ class PageSurvey {
  private:
   void ReadFreePages();
   void ReadPages(const LayoutSource& layoutOf);
-  std::vector<PageNumber> PagesNaming(PageNumber table) const;
   bool IsFree(PageNumber page) const { return hasFreePages_ && free_[page]; }
   bool HaveAllRows(const TableLayout& table, const std::vector<PageNumber>& pages) const;
   bool IsDamagedPageOf(PageNumber page, PageNumber table) const;
@@ -42,7 +42,8 @@ class PageSurvey {
   Checking& check_;
   bool hasFreePages_ = false;  // the map of free pages can be believed
   std::vector<bool> free_;
-  std::vector<NamedPage> named_;  // sorted
+  std::vector<NamedPage> named_;   // pages of rows, sorted
+  std::vector<NamedPage> leaves_;  // pages of index entries, sorted
   std::vector<PageNumber> definitions_;
 };
 

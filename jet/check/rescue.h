@@ -4,7 +4,7 @@
 // themselves: every page of the file is looked at once, rows are found by what their pages say.
 // Pages that are marked free hold remains of what was deleted, and stay unread.
 //
-// Memory: some 30 bytes for each page of the file, one row, and one long value.
+// Memory: some 40 bytes for each page of the file, one row, and one long value.
 #pragma once
 
 #include <array>

@@ -1,7 +1,10 @@
 #include "row_rescue.h"
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_map>
 
+#include "index_page.h"
 #include "long_values.h"
 
 namespace zimbrat::jet::check {
@@ -40,6 +43,7 @@ RowRescue::RowRescue(Checking& check, const TableLayout& table, const RescuedRow
 
 RowCounts RowRescue::Run(const RowPages& pages) {
   pages_ = pages.pages;
+  leaves_ = pages.leaves;
   areUncertain_ = pages.areUncertain;
   for (const PageNumber page : pages_) ReadHomes(page);
   const std::uint64_t atHome = counts_.saved;
@@ -47,15 +51,56 @@ RowCounts RowRescue::Run(const RowPages& pages) {
   // A broken pointer and a row that nothing points at belong together.
   const std::uint64_t strays = counts_.saved - atHome;
   counts_.lost += brokenMoves_ - std::min(brokenMoves_, strays);
-  if (areUncertain_) AddMissingRows();
+  areUncertain_ = areUncertain_ || strays != brokenMoves_;
+  AddMissingRows();
   return counts_;
 }
 
-// Of rows on pages that are gone only the definition's count tells, as long as it is possible.
+// Of rows on pages that are gone only the definition's count tells. It may be wrong itself: where every page looks
+// well, a second witness must speak for it.
 void RowRescue::AddMissingRows() {
   const std::uint64_t most = std::uint64_t{check_.pages.Count()} * kMaxRowSlots;
-  if (table_.rows > counts_.saved + counts_.lost && table_.rows <= most)
-    counts_.lost = table_.rows - counts_.saved;
+  const std::uint64_t told = counts_.saved + counts_.lost;
+  if (table_.rows <= told || table_.rows > most) return;
+  const std::uint64_t missing = table_.rows - told;
+  counts_.lost += areUncertain_ || HasTwins() ? missing : std::min(missing, CountEntriesWithoutRow());
+}
+
+// Whether two pages are the same, byte for byte: then one was written over another.
+bool RowRescue::HasTwins() const {
+  std::unordered_multimap<std::size_t, PageNumber> seen;
+  for (const PageNumber number : pages_) {
+    const PageView page = check_.pages.Read(number);
+    const std::string_view bytes(reinterpret_cast<const char*>(page->data()), page->size());
+    const std::size_t hash = std::hash<std::string_view>{}(bytes);
+    const auto [first, last] = seen.equal_range(hash);
+    const auto isSame = [&](const auto& other) { return *check_.pages.Read(other.second) == *page; };
+    if (std::any_of(first, last, isSame)) return true;
+    seen.emplace(hash, number);
+  }
+  return false;
+}
+
+// Rows that an index knows, on pages that do not.
+std::uint64_t RowRescue::CountEntriesWithoutRow() {
+  check_.indexedRows.Clear();
+  std::vector<std::byte> entry;
+  for (const PageNumber number : leaves_) {
+    const std::optional<IndexPage> leaf = IndexPage::ReadAgain(check_.pages, number);
+    for (std::size_t i = 0; leaf && i < leaf->Count(); ++i) {
+      leaf->CopyEntry(i, entry);
+      if (check_.pages.Has(RowOf(entry).page)) check_.indexedRows.Add(RowOf(entry));
+    }
+  }
+  std::uint64_t missing = 0;
+  for (const PageNumber number : pages_) {
+    const PageView page = check_.pages.Read(number);
+    for (std::size_t slot = 0; slot < kMaxRowSlots; ++slot) {
+      if (!check_.indexedRows.Contains({number, static_cast<std::uint8_t>(slot)})) continue;
+      missing += slot >= SlotCount(*page) || (SlotFlags(*page, slot) & kRowHidden) != 0 ? 1 : 0;
+    }
+  }
+  return missing;
 }
 
 std::vector<RowPlace> RowRescue::FindPlaces(ConstBytes page) const {

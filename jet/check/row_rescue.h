@@ -20,6 +20,8 @@ class RowRescue {
 
  private:
   void AddMissingRows();
+  bool HasTwins() const;
+  std::uint64_t CountEntriesWithoutRow();
   std::vector<RowPlace> FindPlaces(ConstBytes page) const;
   void FindBorder(ConstBytes page, RowPlace& upper, RowPlace& lower) const;
   void ReadHomes(PageNumber page);
@@ -36,6 +38,7 @@ class RowRescue {
   const RescuedRowVisit& visit_;
   std::uint64_t& budget_;
   std::vector<PageNumber> pages_;
+  std::vector<PageNumber> leaves_;
   bool areUncertain_ = false;  // rows may be missing of which nothing tells
   std::uint64_t brokenMoves_ = 0;
   RowCounts counts_;

@@ -65,6 +65,7 @@ const Planted kPlanted[] = {
     {"number of rows in a definition", "index.mdb", 24, 16, "FF", ""},
     {"pointer of a moved row", "overflow.mdb", 27, 0xF6F, "05", ""},
     {"home slot of a moved row deleted", "overflow.mdb", 27, 19, "CF", ""},
+    {"row that is deleted only on its page", "comp-index.mdb", 18, 15, "CF", "Table1: partial 0, lost 1\n"},
     {"long value deleted", "comp-index.mdb", 30, 15, "CE", "MSysObjects: partial 1, lost 0\n"},
     {"length of a long value", "comp-index.mdb", 30, 15, "0F", "MSysObjects: partial 1, lost 0\n"},
     {"properties of a table", "comp-index.mdb", 30, 0xB42, "07",
@@ -105,8 +106,13 @@ void Swap(RepairBench& bench, PageNumber a, PageNumber b) {
   std::ranges::swap_ranges(bench.Page(a), bench.Page(b));
 }
 
+void Copy(RepairBench& bench, PageNumber from, PageNumber to) {
+  std::ranges::copy(bench.Page(from), bench.Page(to).begin());
+}
+
 // empty.mdb: definitions of MSysObjects and MSysRelationships on pages 2 and 5. fixed-text.mdb: map of the table users
-// on page 22, its rows beyond. properties.mdb: definition of MSysAccessXML on page 28. index.mdb: MSysObjects on page 14,
+// on page 22, its rows beyond. comp-index.mdb: 92 rows more on page 18 than on 20, index entries on 32 and 33; overflow.mdb: moved rows on 31, and
+// the places of their 4 homes on 27. properties.mdb: definition of MSysAccessXML on page 28. index.mdb: MSysObjects on page 14,
 // as its map says on page 6.
 const Displaced kDisplaced[] = {
     {"rows that changed places say whose they are", "index.mdb", [](RepairBench& b) { Swap(b, 60, 62); }, ""},
@@ -115,15 +121,33 @@ const Displaced kDisplaced[] = {
      "MSysAccessXML: partial 0, lost 25\n"},
     {"maps of tables that look alike changed places", "properties.mdb", [](RepairBench& b) { Swap(b, 44, 52); }, ""},
     {"rows overwritten by another table's", "index.mdb",
-     [](RepairBench& b) { std::ranges::copy(b.Page(61), b.Page(60).begin()); },
+     [](RepairBench& b) { Copy(b, 61, 60); },
      "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: są wiersze bez odpowiednika w "
      "tabeli „Table2”\n"
      "Table2: partial 0, lost 3\n"},
+    {"rows overwritten by others of the table, as the two pages tell", "comp-index.mdb",
+     [](RepairBench& b) {
+       Copy(b, 20, 18);
+       b.Page(32)[0] = b.Page(33)[0] = std::byte{0};
+     },
+     "Table1: partial 0, lost 92\n"},
+    {"rows overwritten by a page that is gone, as an index tells", "comp-index.mdb",
+     [](RepairBench& b) {
+       Copy(b, 20, 18);
+       b.Page(18)[0xFFF] ^= std::byte{1};
+     },
+     "Table1: partial 0, lost 92\n"},
+    {"rows overwritten by moved rows of the table", "overflow.mdb",
+     [](RepairBench& b) {
+       Copy(b, 31, 27);
+       b.Page(27)[0xFF0] ^= std::byte{1};
+     },
+     "Table1: partial 0, lost 4\n"},
     {"file cut within a map", "fixed-text.mdb", [](RepairBench& b) { b.bytes().resize(92701); },
      "users: partial 0, lost 2\nMSysACEs: partial 0, lost 56\nMSysObjects: partial 5, lost 0\n"},
     {"map of the catalogue lies and nobody knows the free pages", "index.mdb",
      [](RepairBench& b) {
-       std::ranges::copy(b.Page(20), b.Page(1).begin());
+       Copy(b, 20, 1);
        b.Page(6)[0xFC1] = std::byte(0x20);
      },
      ""},
