@@ -5,7 +5,7 @@
 #include "jet/repair.h"
 #include "outcome.h"
 #include "platform/run_time_error.h"
-#include "platform/text.h"
+#include "tests/support/error_of.h"
 #include "walk.h"
 
 namespace zimbrat::fuzz {
@@ -41,9 +41,7 @@ void Repair(Disk& disk) {
     try {
       jet::RepairDatabaseFile(disk.files, disk.clock, kDatabasePath);
     } catch (const platform::RunTimeError& error) {
-      Require(!platform::Contains(error.Description(), u"w nowym pliku") &&
-                  !platform::Contains(error.Description(), u"nowy plik"),
-              error.what());
+      Require(!tests::BlamesNewFile(error.Description()), error.what());
       throw;
     }
   });

@@ -1,6 +1,7 @@
 #include "rebuild_relation_rows.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "rebuild_table.h"
 #include "jet/index/collation.h"
@@ -20,18 +21,26 @@ std::vector<std::byte> KeyOfName(std::u16string_view name) {
   return key;
 }
 
-// Whether a row tells of one pair of the relationship's columns. Their order in the index may
-// differ.
+constexpr std::uint8_t kCascades = 1;  // 2, of deletions: the referring fields become Null
+
+std::uint32_t FlagsOf(const TableLayout& layout, const RescuedRow& row) {
+  return static_cast<std::uint32_t>(NumberIn(layout, row, u"grbit").value_or(0));
+}
+
+// Whether a row tells of one pair of the relationship's columns, and of what else the definitions
+// know. The order of the columns in the index may differ.
 bool Agrees(const TableLayout& layout, const RescuedRow& row, const Relationship& relation) {
   const std::u16string column = TextIn(layout, row, u"szColumn");
   const std::u16string referenced = TextIn(layout, row, u"szReferencedColumn");
-  const auto flags = static_cast<std::uint32_t>(NumberIn(layout, row, u"grbit").value_or(0));
+  constexpr std::uint32_t kKnown = kRelationDontEnforce | kRelationUpdateCascade | kRelationDeleteCascade;
   const auto isPair = [&](const RelationField& field) {
     return EqualText(field.foreignName, column) && EqualText(field.name, referenced);
   };
   return EqualText(TextIn(layout, row, u"szObject"), relation.foreignTable) &&
          EqualText(TextIn(layout, row, u"szReferencedObject"), relation.table) &&
-         (flags & kRelationDontEnforce) == 0 && std::ranges::any_of(relation.fields, isPair);
+         NumberIn(layout, row, u"ccolumn") == static_cast<std::int32_t>(relation.fields.size()) &&
+         (FlagsOf(layout, row) & kKnown) == (relation.attributes & kKnown) &&
+         std::ranges::any_of(relation.fields, isPair);
 }
 
 }  // namespace
@@ -59,8 +68,8 @@ Relationship RelationRowsRebuild::RelationOf(const RebuiltRelation& relation) {
       parent.realIndexes[parent.FindIndexByNumber(relation.referencedNumber)->realIndex];
   Relationship result{relation.name, parentTable.report.name, childTable.report.name, 0, {}};
   if (childIndex.IsUnique()) result.attributes |= kRelationUnique;
-  if (end.cascadeUpdate != 0) result.attributes |= kRelationUpdateCascade;
-  if (end.cascadeDelete != 0) result.attributes |= kRelationDeleteCascade;
+  if (end.cascadeUpdate == kCascades) result.attributes |= kRelationUpdateCascade;
+  if (end.cascadeDelete == kCascades) result.attributes |= kRelationDeleteCascade;
   for (std::size_t i = 0; i < childIndex.columns.size(); ++i) {
     result.fields.push_back(
         {parent.columns[*parent.FindColumnById(parentIndex.columns[i].columnId)].name,
@@ -75,7 +84,11 @@ void RelationRowsRebuild::CountRows() {
     const auto found = enforced_.find(KeyOfName(TextIn(layout, row, u"szRelationship")));
     if (found == enforced_.end()) return;
     Rows& rows = found->second;
-    ++(Agrees(layout, row, rows.relation) ? rows.agreeing : rows.others);
+    const std::int32_t position = NumberIn(layout, row, u"icolumn").value_or(-1);
+    const bool isPlace = position >= 0 && std::cmp_less(position, rows.relation.fields.size());
+    const bool agrees = isPlace && Agrees(layout, row, rows.relation);
+    if (!agrees || !rows.agreeing.insert(position).second) ++rows.others;
+    rows.joins |= FlagsOf(layout, row) & (kRelationLeft | kRelationRight);
   });
 }
 
@@ -92,7 +105,7 @@ RowFate RelationRowsRebuild::CopyRow(const TableLayout& layout, const RescuedRow
   const auto found = enforced_.find(key);
   if (found != enforced_.end() && !found->second.AreSound()) return RowFate::NotNeeded;
   RowFields fields = FieldsFrom(table, row);
-  const auto flags = static_cast<std::uint32_t>(NumberIn(layout, row, u"grbit").value_or(0));
+  const std::uint32_t flags = FlagsOf(layout, row);
   RebuiltTable* referring = FindTable(TextIn(layout, row, u"szObject"));
   const bool isReleased = found == enforced_.end() && (flags & kRelationDontEnforce) == 0 &&
                           referring && FindTable(TextIn(layout, row, u"szReferencedObject"));
@@ -110,7 +123,9 @@ RowFate RelationRowsRebuild::CopyRow(const TableLayout& layout, const RescuedRow
 void RelationRowsRebuild::AddMissingRows(RepairedTable& report) {
   for (const auto& [key, rows] : enforced_) {
     if (rows.AreSound()) continue;
-    Relationships(target_.GetStorage(), target_.GetCatalog()).AddRows(rows.relation);
+    Relationship relation = rows.relation;
+    relation.attributes |= rows.joins;
+    Relationships(target_.GetStorage(), target_.GetCatalog()).AddRows(relation);
     const std::uint64_t count = rows.relation.fields.size();
     report.saved += count;
     report.lost -= std::min(report.lost, count);

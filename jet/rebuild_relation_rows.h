@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,9 +27,10 @@ class RelationRowsRebuild {
   using NameKey = std::vector<std::byte>;
   struct Rows {
     Relationship relation;  // as the definitions tell
-    std::size_t agreeing = 0;
+    std::set<std::int32_t> agreeing;  // their positions
     std::size_t others = 0;
-    bool AreSound() const { return agreeing == relation.fields.size() && others == 0; }
+    std::uint32_t joins = 0;  // flags of the rows that the definitions do not know
+    bool AreSound() const { return agreeing.size() == relation.fields.size() && others == 0; }
   };
 
   Relationship RelationOf(const RebuiltRelation& relation);

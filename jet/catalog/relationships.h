@@ -18,6 +18,8 @@ inline constexpr std::uint32_t kRelationUnique = 1;
 inline constexpr std::uint32_t kRelationDontEnforce = 2;
 inline constexpr std::uint32_t kRelationUpdateCascade = 0x100;
 inline constexpr std::uint32_t kRelationDeleteCascade = 0x1000;
+inline constexpr std::uint32_t kRelationLeft = 0x1000000;  // how queries join the tables: nothing to the engine
+inline constexpr std::uint32_t kRelationRight = 0x2000000;
 
 struct RelationField {
   std::u16string name;         // column of the referenced table

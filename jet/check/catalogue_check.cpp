@@ -242,6 +242,8 @@ void CatalogueCheck::CheckRelationshipColumns(const RelationshipRow& row,
   if (updates != (logical.cascadeUpdates != 0) || (deletes && logical.cascadeDeletes == 0)) {
     check_.Error(place, u"reguły kaskadowe w katalogu i w definicji są różne");
   }
+  if (!relationshipPlaces_.emplace(referring.page, logical.number, row.position).second)
+    check_.Error(place, TextOf(u"katalog podaje kolumnę ", row.position, u" dwa razy"));
   CheckRelationshipColumn(row, referring, logical.index, row.column);
   const PageNumber otherPage = logical.otherTable;
   const std::uint32_t otherNumber = logical.otherNumber;

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "checking.h"
@@ -65,6 +67,7 @@ class CatalogueCheck {
   std::vector<CatalogueObject> objects_;                                    // by id, once finished
   std::vector<std::pair<std::vector<std::byte>, std::size_t>> tableNames_;  // keys and positions
   std::vector<std::vector<std::byte>> relationshipNames_;
+  std::set<std::tuple<PageNumber, std::uint32_t, std::int32_t>> relationshipPlaces_;  // table, its index, position
   // The definitions looked at last: rows of one relationship name the same two.
   std::vector<TableLayout> peeked_;
 };

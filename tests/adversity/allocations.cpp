@@ -15,6 +15,7 @@ void Allocations::Begin(std::uint64_t call, bool forGood) {
     std::abort();
   });
   made = 0;
+  hasFailed = false;
   failsForGood = forGood;
   failsAt = call;
 }
@@ -25,6 +26,7 @@ void* Allocate(std::size_t size) {
   const std::uint64_t number = ++Allocations::made;
   const std::uint64_t first = Allocations::failsAt;
   if (first != 0 && (number == first || (Allocations::failsForGood && number > first))) {
+    Allocations::hasFailed = true;
     throw std::bad_alloc();
   }
   if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;

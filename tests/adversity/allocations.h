@@ -11,6 +11,7 @@ struct Allocations {
   inline static std::atomic<std::uint64_t> made{0};     // since Begin
   inline static std::atomic<std::uint64_t> failsAt{0};  // the number of the one that fails; 0: none
   inline static std::atomic<bool> failsForGood{false};  // those after it too
+  inline static std::atomic<bool> hasFailed{false};     // the planned one was reached
 
   static void Begin(std::uint64_t call, bool forGood);
   static void End() { failsAt = 0; }

@@ -1,4 +1,6 @@
 // A volume with n free bytes, from none to what the run needs.
+#include <regex>
+
 #include "tests/adversity/stage.h"
 
 namespace zimbrat::tests {
@@ -18,8 +20,8 @@ std::uint64_t MostNeeded(const Task& task) {
 
 // The system's number or the engine's; a relation's failure has one number whatever its cause.
 bool TellsNumber(const std::string& text) {
-  return text.find("61") != std::string::npos || text.find("3026") != std::string::npos ||
-         text.find("438") != std::string::npos;
+  static const std::regex number(R"(\b(61|3026|438)\b)");
+  return std::regex_search(text, number);
 }
 
 TEST_P(FullDisk, IsToldAndLeavesTheOldFile) {

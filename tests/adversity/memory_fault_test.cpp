@@ -43,6 +43,7 @@ TEST_P(MemoryFaults, LeaveTheOldFileOrASoundNewOne) {
     Stage stage(task, Ground::Memory);
     const bool done = RunWithout(stage, n, forGood);
     const std::string where = std::string(task.name) + " allocation " + std::to_string(n);
+    EXPECT_TRUE(Allocations::hasFailed) << where;
     EXPECT_FALSE(done && forGood) << where;
     stage.CheckOutcome(done, where);
     stage.CheckCleanRun(where);

@@ -21,6 +21,7 @@ TEST_P(PowerLosses, LeaveTheOldFileOrASoundNewOne) {
     stage.Run();
     const std::string where =
         std::string(task.name) + " change " + std::to_string(n) + " " + stage.files.FailedCall();
+    EXPECT_EQ(stage.files.HasFailed(), n <= last) << where;
     stage.files.plan = {};
     stage.files.tracksUnsynced = false;
     stage.files.LosePower(loss, static_cast<std::uint32_t>(n));

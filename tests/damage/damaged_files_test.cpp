@@ -39,6 +39,7 @@ class DamagedFiles : public testing::Test {
   void DamageOne();
   Touched PagesThatDiffer(const Subject& subject, const FileBytes& plain);
   void Put(const Subject& subject, FileBytes plain);
+  void JudgeRefusal(const Subject& subject, const Touched& touched, const RaisedError& error);
   void Repair(const Subject& subject, const FileBytes& plain);
 
   Round round_;
@@ -79,15 +80,29 @@ void DamagedFiles::Put(const Subject& subject, FileBytes plain) {
   files_.BytesOf(kPath) = std::move(plain);
 }
 
+// Without its first page, or without its catalogue and all its tables, a file is no database any more.
+void DamagedFiles::JudgeRefusal(const Subject& subject, const Touched& touched, const RaisedError& error) {
+  const std::string text = platform::Utf8FromUtf16(error.description);
+  EXPECT_FALSE(BlamesNewFile(error.description)) << text;
+  Count("refused-files", 1);
+  if (touched.pages.contains(0)) return;
+  EXPECT_EQ(error.number, platform::kErrCannotRepair) << text;
+  EXPECT_TRUE(platform::Contains(error.description, u"nie ma w niej nic czytelnego")) << text;
+  EXPECT_TRUE(std::ranges::any_of(touched.pages, [&](PageNumber page) {
+    const PageAnatomy& what = subject.anatomy.pages[page];
+    return what.kind == PageKind::Data && what.table == kObjectsPage;
+  })) << text;
+}
+
 // The repair checks first.
 void DamagedFiles::Repair(const Subject& subject, const FileBytes& plain) {
   const Touched touched = PagesThatDiffer(subject, plain);
+  const FileBytes damaged = files_.BytesOf(kPath);
   RepairReport report;
-  const std::int32_t error = ErrorOf([&] { report = RepairDatabaseFile(files_, clock_, kPath); });
-  if (error != 0) {
-    // Without its first page, or without any of its tables, it is no database any more.
-    EXPECT_TRUE(touched.pages.contains(0) || error == platform::kErrCannotRepair) << error;
-    return Count("refused-files", 1);
+  const RaisedError error = RaisedBy([&] { report = RepairDatabaseFile(files_, clock_, kPath); });
+  if (error.number != 0) {
+    EXPECT_TRUE(files_.BytesOf(kPath) == damaged) << "the file was changed";
+    return JudgeRefusal(subject, touched, error);
   }
   for (const Fault& fault : CheckFile(files_, kPath))
     ADD_FAILURE() << platform::Utf8FromUtf16(fault.place + u": " + fault.text);

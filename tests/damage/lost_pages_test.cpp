@@ -51,6 +51,7 @@ void LostPages::Lose(const Subject& subject, PageNumber page, As as) {
   FakeClock clock;
   FileBytes damaged = subject.bytes;
   Fill(PageOf(damaged, page), as);
+  if (damaged == subject.bytes) return;
   files.BytesOf(kPath) = damaged;
   ToggleEncoding(damaged, subject.key);
   RepairReport report;

@@ -25,9 +25,9 @@ struct Planted {
   const char* losses;
 };
 
-// index.mdb: Table1 (rows on page 62) refers to Table2 (60) and Table3 (61). overflow.mdb: moved
-// rows between pages 27, 28 and 31. comp-index.mdb: definition on page 15, rows on 17 to 20, long
-// values on 30.
+// index.mdb: Table1 (rows on page 62) refers to Table2 (60) and Table3 (61), as MSysRelationships (37)
+// says. overflow.mdb: moved rows between pages 27, 28 and 31. comp-index.mdb: definition on page 15,
+// rows on 17 to 20, long values on 30.
 const Planted kPlanted[] = {
     {"key twice", "index.mdb", 60, 0xFDC, "00",
      "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: klucz tabeli "
@@ -48,6 +48,9 @@ const Planted kPlanted[] = {
     {"other end of a relationship", "index.mdb", 24, 583, "09",
      "Table1: partial 0, lost 0; relacja „Table2Table1” nie jest już wymuszana: brak jej drugiego "
      "końca\n"},
+    {"number of columns of a relationship", "index.mdb", 37, 0xD7C + 7, "02", ""},
+    {"position of a column of a relationship", "index.mdb", 37, 0xD7C + 10, "01", ""},
+    {"rule of a relationship", "index.mdb", 37, 0xD7C + 3, "00", ""},
     {"place of a row", "index.mdb", 61, 16, "FF 0F", ""},
     {"row that seems deleted", "index.mdb", 61, 14, "FF FF",
      "Table1: partial 0, lost 0; relacja „Table3Table1” nie jest już wymuszana: są wiersze bez odpowiednika w "

@@ -69,6 +69,7 @@ std::vector<std::uint64_t> LoopNumbers(std::uint64_t last, std::uint64_t few, st
 }
 
 void TellLoop(std::string_view unit, std::uint64_t done, std::uint64_t last) {
+  EXPECT_GT(last, 0u) << "a loop over nothing";
   const std::string shard = ShardOfRound().text;
   std::cout << "harden-case: " << NameOfRunningTest() << (shard.empty() ? "" : "[" + shard + "]") << ' ' << unit << ' '
             << done << " of " << last << '\n';
