@@ -174,14 +174,9 @@ void IndexCheck::CheckKey(PageNumber leaf, ConstBytes key, RowPointer row) {
       std::ranges::equal(KeyOf(previous_), key)) {
     Fault(leaf, TextOf(u"wpis ", RowText(row), u" powtarza klucz w indeksie bez powtórzeń"));
   }
-  const std::optional<KeyParts> parts = SplitKey(columns_.keys, key);
-  if (!parts) return;  // when it is not its row's key either, it will be named
-  const bool hasNull =
-      std::any_of(parts->parts.begin(), parts->parts.begin() + static_cast<long>(parts->count),
-                  [](const KeyParts::Part& part) { return part.isNull; });
   // System tables have primary keys without the flag, which allow nulls.
   const bool isKey = index_.isPrimary && table_.kind == kTableUser;
-  if (hasNull && (isKey || index_.Has(kIndexRequired))) {
+  if ((isKey || index_.Has(kIndexRequired)) && HasNull(key, row)) {
     Fault(leaf,
           TextOf(u"wpis ", RowText(row), u" ma pustą wartość w indeksie, który jej nie dopuszcza"));
   }
@@ -202,50 +197,51 @@ void IndexCheck::CompareWithRows() {
   }
 }
 
-// The key is made anew from the row. A negative zero may be there as such or as zero.
-bool IndexCheck::IsPartEqual(std::size_t i, ConstBytes part, const dao::Value& value) {
+// Whether the key goes on with the row's value, which then goes from it. A negative zero may be there as such or as
+// zero.
+bool IndexCheck::TakePart(std::size_t i, ConstBytes& key, const dao::Value& value) {
   for (const NegativeZero zero : {NegativeZero::AsItLies, NegativeZero::AsZero}) {
     scratch_.clear();
     AppendKeyColumn(columns_.keys[i], value, scratch_, zero);
-    if (std::ranges::equal(scratch_, part)) return true;
+    if (!std::ranges::equal(scratch_, key.first(std::min(scratch_.size(), key.size())))) continue;
+    key = key.subspan(scratch_.size());
+    return true;
   }
   return false;
 }
 
-// Of a key that does not come apart: it may still be its row's, for what many combining marks of a text add up to may
-// look like the end of the text.
-void IndexCheck::CompareWhole(PageNumber leaf, ConstBytes key, const RowParts& fields, RowPointer row) {
-  for (const NegativeZero zero : {NegativeZero::AsItLies, NegativeZero::AsZero}) {
-    scratch_.clear();
-    for (std::size_t i = 0; i < columns_.keys.size(); ++i) {
-      const ColumnLayout& column = *columns_.columns[i];
-      AppendKeyColumn(columns_.keys[i], ValueOfField(check_, column, fields.Field(column)), scratch_, zero);
-    }
-    if (std::ranges::equal(scratch_, key)) return;
-  }
-  Fault(leaf, TextOf(u"wpis ", RowText(row), u" nie jest kluczem tego indeksu"));
-}
-
+// The key is made anew from the row, for it need not come apart by itself: what many combining marks of a text add up
+// to may look like its end.
 void IndexCheck::CompareWithRow(PageNumber leaf, ConstBytes key, RowPointer row) {
   const std::optional<RowView> view = FindHomeRow(check_, table_.page, row);
   if (!view) return Fault(leaf, TextOf(u"wpis wskazuje na brak ", RowText(row)));
   RowParts fields;
   if (!fields.Parse(table_, view->bytes).empty()) return;  // the row's own fault
-  const std::optional<KeyParts> parts = SplitKey(columns_.keys, key);
-  if (!parts) return CompareWhole(leaf, key, fields, row);
   for (std::size_t i = 0; i < columns_.keys.size(); ++i) {
     const ColumnLayout& column = *columns_.columns[i];
-    const dao::Value value = ValueOfField(check_, column, fields.Field(column));
-    const bool isEqual =
-        IsPartEqual(i, key.subspan(parts->parts[i].offset, parts->parts[i].size), value);
+    const bool isEqual = TakePart(i, key, ValueOfField(check_, column, fields.Field(column)));
     if (KeyCounts* counts = check_.options.keyCounts) {
       KeyCount& of = (*counts)[{column.type, columns_.keys[i].ascending}];
       ++of.keys;
       of.equal += isEqual ? 1 : 0;
     }
     if (isEqual) continue;
-    Fault(leaf, TextOf(u"klucz ", RowText(row), u" nie zgadza się z kolumną „", column.name, u"”"));
+    return Fault(leaf, TextOf(u"klucz ", RowText(row), u" nie zgadza się z kolumną „", column.name, u"”"));
   }
+  if (!key.empty()) Fault(leaf, TextOf(u"klucz ", RowText(row), u" jest za długi"));
+}
+
+bool IndexCheck::HasNull(ConstBytes key, RowPointer row) {
+  if (const std::optional<KeyParts> parts = SplitKey(columns_.keys, key))
+    return std::any_of(parts->parts.begin(), parts->parts.begin() + static_cast<long>(parts->count),
+                       [](const KeyParts::Part& part) { return part.isNull; });
+  // If it is not its row's key either, that will be named.
+  const std::optional<RowView> view = FindHomeRow(check_, table_.page, row);
+  RowParts fields;
+  return view && fields.Parse(table_, view->bytes).empty() &&
+         std::ranges::any_of(columns_.columns, [&](const ColumnLayout* column) { 
+           return !column->IsBoolean() && !fields.Field(*column);
+         });
 }
 
 void IndexCheck::NameMissing(PageNumber dataPage) {

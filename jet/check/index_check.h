@@ -45,8 +45,8 @@ class IndexCheck {
   void CheckKey(PageNumber leaf, ConstBytes key, RowPointer row);
   void CompareWithRows();
   void CompareWithRow(PageNumber leaf, ConstBytes key, RowPointer row);
-  void CompareWhole(PageNumber leaf, ConstBytes key, const RowParts& fields, RowPointer row);
-  bool IsPartEqual(std::size_t i, ConstBytes part, const dao::Value& value);
+  bool TakePart(std::size_t i, ConstBytes& key, const dao::Value& value);
+  bool HasNull(ConstBytes key, RowPointer row);
   void Fault(PageNumber page, std::u16string text) {
     check_.PageError(place_, page, std::move(text));
   }

@@ -103,7 +103,7 @@ const Planted kPlanted[] = {
     {"order of keys", "comp-index.mdb", 32, 489, "EC", u"nie jest większy od poprzedniego"},
     {"row twice", "comp-index.mdb", 32, 494, "38", u"jest drugim wpisem wiersza"},
     {"entries with each other's rows", "comp-index.mdb", 32, 488, "37 ED 33 00 00 14 38", u"nie zgadza się z kolumną"},
-    {"flag byte", "comp-index.mdb", 33, 480, "7E", u"nie jest kluczem"},
+    {"flag byte", "comp-index.mdb", 33, 480, "7E", u"nie zgadza się z kolumną"},
 };
 
 std::vector<std::byte> Bytes(const char* hex) {
