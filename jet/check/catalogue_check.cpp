@@ -18,7 +18,7 @@ constexpr std::int32_t kCascadeUpdates = 0x100;
 constexpr std::int32_t kCascadeDeletes = 0x1000;
 // The engine's own limit is 32,768.
 constexpr std::size_t kMaxObjects = 65536;
-constexpr std::size_t kMaxPeeked = 16;
+constexpr std::size_t kMaxPeeked = 64;
 
 struct SystemColumn {
   PageNumber page;

@@ -23,26 +23,28 @@ bool IsCompressed(ConstBytes bytes) {
 
 std::optional<std::u16string> DecodePlain(ConstBytes bytes) {
   if (bytes.size() % 2 != 0) return std::nullopt;
-  std::u16string text;
-  for (std::size_t i = 0; i < bytes.size(); i += 2) text += static_cast<char16_t>(Get16(bytes, i));
+  std::u16string text(bytes.size() / 2, u'\0');
+  for (std::size_t i = 0; i < text.size(); ++i) text[i] = static_cast<char16_t>(Get16(bytes, 2 * i));
   return text;
 }
 
 std::optional<std::u16string> DecodeCompressed(ConstBytes bytes) {
-  std::u16string text;
+  std::u16string text(bytes.size(), u'\0');  // cut at the end: a letter takes a byte at least
+  std::size_t count = 0;
   bool isCompressed = true;
   for (std::size_t i = 0; i < bytes.size();) {
     if (Get8(bytes, i) == 0) {
       isCompressed = !isCompressed;
       ++i;
     } else if (isCompressed) {
-      text += static_cast<char16_t>(Get8(bytes, i++));
+      text[count++] = static_cast<char16_t>(Get8(bytes, i++));
     } else {
       if (i + 1 == bytes.size()) return std::nullopt;
-      text += static_cast<char16_t>(Get16(bytes, i));
+      text[count++] = static_cast<char16_t>(Get16(bytes, i));
       i += 2;
     }
   }
+  text.resize(count);
   return text;
 }
 

@@ -227,13 +227,15 @@ std::vector<std::byte> EncodeText(std::u16string_view text, bool compress) {
   const bool looksCompressed = !text.empty() && text.front() == 0xFEFF;
   if (looksCompressed) Raise(platform::kErrDataConversion);
   if (!compress || !IsCompressible(text)) return PlainText(text);
-  std::vector<std::byte> bytes = {std::byte{0xFF}, std::byte{0xFE}};
-  for (const char16_t c : text) bytes.push_back(static_cast<std::byte>(c));
+  std::vector<std::byte> bytes(2 + text.size());
+  Put16(bytes, 0, 0xFEFF);
+  std::ranges::transform(text, bytes.begin() + 2, [](char16_t c) { return static_cast<std::byte>(c); });
   return bytes;
 }
 
 std::u16string DecodeText(ConstBytes bytes) {
-  std::u16string text;
+  std::u16string text(bytes.size(), u'\0');  // cut at the end: a letter takes a byte at least
+  std::size_t count = 0;
   const bool compressed = bytes.size() >= 2 && Get16(bytes, 0) == 0xFEFF;
   bool narrow = compressed;
   for (std::size_t i = compressed ? 2 : 0; i < bytes.size();) {
@@ -242,18 +244,19 @@ std::u16string DecodeText(ConstBytes bytes) {
       if (byte == 0) {
         narrow = false;
       } else {
-        text += byte;
+        text[count++] = byte;
       }
     } else if (compressed && bytes[i] == std::byte{0}) {
       narrow = true;
       ++i;
     } else if (i + 1 < bytes.size()) {
-      text += static_cast<char16_t>(Get16(bytes, i));
+      text[count++] = static_cast<char16_t>(Get16(bytes, i));
       i += 2;
     } else {
       ++i;  // half a unit at the end
     }
   }
+  text.resize(count);
   return text;
 }
 
