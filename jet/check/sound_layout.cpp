@@ -87,8 +87,12 @@ bool LayoutMender::MendColumn(ColumnLayout& column) {
   bool isChanged = differs(column.type, LikelyType(column));
   if (const std::size_t size = column.FixedSize())
     isChanged |= differs(column.length, static_cast<std::uint16_t>(size));
-  if (column.IsBoolean())
+  if (column.IsBoolean()) {
     isChanged |= differs(column.flags, static_cast<std::uint8_t>(column.flags | kColumnFixed));
+    // It takes no bytes of a row: its place says nothing, but must be one.
+    if (column.fixedOffset + std::size_t{column.length} > kMaxRowSize)
+      isChanged |= differs(column.fixedOffset, std::uint16_t{0});
+  }
   isChanged |= differs(column.flags2, static_cast<std::uint8_t>(column.flags2 & kColumnCompressed));
   if (column.IsText()) isChanged |= differs(column.extra, column.extra & kSortOrderMask);
   const bool isTwice = std::any_of(table_.columns.begin(), table_.columns.end(), [&](auto& other) {

@@ -75,6 +75,8 @@ const Planted kPlanted[] = {
      "Table1: partial 0, lost 0; utracono właściwości pól: wartości domyślne, reguły, opisy\n"},
     {"type of a column", "comp-index.mdb", 15, 75, "0E",
      "Table1: partial 0, lost 0; poprawiono opis kolumny „CD_AGENTE”\n"},
+    {"place of a Boolean, which has none", "common2.mdb", 15, 1258, "FF FF",
+     "MSP_PROJECTS: partial 0, lost 0; poprawiono opis kolumny „PROJ_OPT_NEW_TASK_EST”\n"},
     {"type of a text", "index.mdb", 27, 112, "02",
      "Table2: partial 0, lost 0; poprawiono opis kolumny „data”\n"},
     {"variable part of a row", "comp-index.mdb", 17, 0xFE7 + 18, "FF",
