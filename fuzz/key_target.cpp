@@ -25,6 +25,7 @@ void CompareKeys(const std::u16string& a, const std::u16string& b) {
 bool MayEndEarly(const std::u16string& text) {
   std::vector<std::byte> key;
   jet::AppendTextKey(text, true, key);
+  Require(!key.empty() && key.back() == std::byte{0}, "a key has no end");
   return std::find(key.begin(), key.end(), std::byte{0}) != std::prev(key.end());
 }
 

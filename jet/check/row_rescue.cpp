@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 
 #include "index_page.h"
 #include "long_values.h"
@@ -68,17 +68,18 @@ void RowRescue::AddMissingRows() {
 
 // Whether two pages are the same, byte for byte: then one was written over another.
 bool RowRescue::HasTwins() const {
-  std::unordered_multimap<std::size_t, PageNumber> seen;
+  std::vector<std::pair<std::size_t, PageNumber>> hashes;
+  hashes.reserve(pages_.size());
   for (const PageNumber number : pages_) {
     const PageView page = check_.pages.Read(number);
     const std::string_view bytes(reinterpret_cast<const char*>(page->data()), page->size());
-    const std::size_t hash = std::hash<std::string_view>{}(bytes);
-    const auto [first, last] = seen.equal_range(hash);
-    const auto isSame = [&](const auto& other) { return *check_.pages.Read(other.second) == *page; };
-    if (std::any_of(first, last, isSame)) return true;
-    seen.emplace(hash, number);
+    hashes.emplace_back(std::hash<std::string_view>{}(bytes), number);
   }
-  return false;
+  std::sort(hashes.begin(), hashes.end());
+  const auto areSame = [&](const auto& a, const auto& b) {
+    return a.first == b.first && *check_.pages.Read(a.second) == *check_.pages.Read(b.second);
+  };
+  return std::adjacent_find(hashes.begin(), hashes.end(), areSame) != hashes.end();
 }
 
 // Rows that an index knows, on pages that do not.

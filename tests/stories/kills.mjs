@@ -19,8 +19,13 @@ const given = words[4] ?? process.env.ZIMBRAT_SEED;
 const programs = { zimbratc, jetsql, jetcheck, generator };
 const seed = Number(given ?? Date.now() % 1000000);
 let state = seed;
-// A linear congruential sequence: the same kills for the same seed, as far as the machine allows.
-const random = () => (state = (state * 1103515245 + 12345) % 2147483648) / 2147483648;
+// The same kills for the same seed, as far as the machine allows.
+function random() {
+  state = (state + 0x6D2B79F5) | 0;
+  let bits = Math.imul(state ^ (state >>> 15), state | 1);
+  bits ^= bits + Math.imul(bits ^ (bits >>> 7), bits | 61);
+  return ((bits ^ (bits >>> 14)) >>> 0) / 2 ** 32;
+}
 
 await tell("kills", async (folder) => {
   const [data, work] = ["dane", "temp"].map((name) => path.join(folder, name));
@@ -35,13 +40,19 @@ await tell("kills", async (folder) => {
     for (const [name, content] of Object.entries(before)) fs.writeFileSync(path.join(data, name), content);
   }
 
-  // Uniformly over the time that a whole run takes, and a little beyond. Returns whether it died of that.
-  async function kill(task) {
+  // Uniformly over the time that a whole run takes, and a little beyond. Returns whether it died of that; what ended
+  // before must have succeeded.
+  async function kill(task, note) {
     const child = spawn(zimbratc, task.words, { ...options, stdio: "ignore" });
-    const ended = new Promise((resolve) => child.on("exit", (status, signal) => resolve(signal)));
+    let wasSent = false;
+    const ended = new Promise((resolve) =>
+      child.on("exit", (status, signal) => resolve({ status, signal, isOurs: wasSent && signal === "SIGKILL" })));
     await sleep(random() * task.whole * 1.1);
+    wasSent = true;
     child.kill("SIGKILL");
-    return await ended === "SIGKILL";
+    const { status, signal, isOurs } = await ended;
+    note(isOurs || status === 0, `it ended by itself with ${signal ?? `status ${status}`}`);
+    return isOurs;
   }
 
   // Whether there are files that the run made for itself.
@@ -89,10 +100,10 @@ await tell("kills", async (folder) => {
       expect(holds, `seed ${seed}, round ${round}: ${task.name}, ${task.tables} tables: ${what}`);
     const before = task.before[Math.floor(random() * task.before.length)];
     lay(before);
-    const wasAlive = await kill(task);
+    const wasAlive = await kill(task, note);
     const isOld = isAsBefore(task.target, before);
     kills[!wasAlive ? "late" : !isOld || hasOwnFiles(task, before) ? "counted" : "early"] += 1;
-    task.outcomes[isOld ? "old" : "new"] += 1;
+    if (wasAlive) task.outcomes[isOld ? "old" : "new"] += 1;
     if (!isOld) {
       const fault = faultOf(programs, task, path.join(data, task.target), attempt);
       note(!fault, `neither the old file nor a whole new one: ${fault}`);

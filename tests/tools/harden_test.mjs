@@ -28,6 +28,10 @@ const fakes = {
   hung: [["sleep 60"]],
   gone: [["kill -9 $$"]],
   long: [["sleep 60"]],
+  torn: [["echo 'x.cpp:2: Failure'; sleep 60"]],
+  flood: [[`head -c 600000000 /dev/zero | tr '\\0' x; echo; ${work}`]],
+  empty: [[]],
+  idle: [["echo harden: others=1"]],
 };
 const shell = (line, i) => ({ name: `k${i}`, command: ["sh", "-c", line], env: {} });
 fs.writeFileSync(path.join(folder, "parts.mjs"), `
@@ -35,7 +39,7 @@ fs.writeFileSync(path.join(folder, "parts.mjs"), `
   export const packages = [];
   export const parts = Object.entries(${JSON.stringify(fakes)}).map(([name, [lines, isLoop]]) =>
     ({ name, isLoop, kinds: () => lines.map(shell), limit: name === "hung" ? 0.5 : 30,
-       aims: name === "even" ? { operations: 1000 } : {} }));`);
+       aims: ["even", "idle"].includes(name) ? { operations: 1000 } : {} }));`);
 const options = { encoding: "utf8", env: { ...process.env, ZIMBRAT_HARDEN_PARTS: path.join(folder, "parts.mjs") } };
 
 function run(report, ...words) {
@@ -66,11 +70,12 @@ expect(loop.text.includes("| A.one | all 7 calls |") && loop.text.includes("| A.
 
 // What is a finding: the status, a signal, silence, no end. Each tells how to see it again.
 for (const [part, fault] of [["sour", "status 3"], ["mute", "said nothing"], ["hung", "still at work after 0.5 s"],
-                             ["gone", "ended by SIGKILL"]]) {
+                             ["gone", "ended by SIGKILL"], ["idle", "no operations in"]]) {
   const found = run(`${part}.md`, "--seconds", "1", "--only", part, "--seed", "7");
   const [finding] = found.data.parts[part].findings;
   expect(found.status === 1, `${part}: status ${found.status}`);
   expect(finding?.fault.includes(fault) && finding.seed % 2 === 1 | part !== "sour", `${part}: ${JSON.stringify(finding)}`);
+  if (part === "idle") continue;
   expect(found.text.includes(`ZIMBRAT_SEED=${finding?.seed} sh -c `), `${part}: no command: ${found.text}`);
   const output = path.join(folder, `${part}-findings`, `${part}-${finding?.seed}.txt`);
   expect(fs.existsSync(output), `${part}: ${output} is missing`);
@@ -80,17 +85,22 @@ for (const [part, fault] of [["sour", "status 3"], ["mute", "said nothing"], ["h
   }
 }
 
-// Ctrl+C: an end at once, with a report.
+// More output than a string can hold is read at its ends.
+const flood = run("flood.md", "--seconds", "1", "--only", "flood");
+expect(flood.status === 0 && flood.data.parts.flood.counts.operations >= 3, `flood: ${flood.status} ${flood.stderr}`);
+
+// Ctrl+C: an end at once, with a report, and with what the rounds had found by then.
 const stopped = path.join(folder, "stopped.md");
-const child = spawn(harden, ["--seconds", "600", "--only", "even,long", "--report", stopped], { ...options, stdio: "pipe" });
+const child = spawn(harden, ["--seconds", "600", "--only", "even,long,torn", "--report", stopped], { ...options, stdio: "pipe" });
 let told = "";
 child.stdout.on("data", (text) => {
   told += text;
-  if (/even \d+ k0/.test(told)) child.kill("SIGINT");
+  if (/even \d+ k/.test(told)) setTimeout(() => child.kill("SIGINT"), 500);  // meanwhile the torn one begins
 });
 const status = await Promise.race([new Promise((resolve) => child.on("exit", resolve)), sleep(20000)]);
 const { text, data } = readReport(stopped);
-expect(status === 0 && data?.isStopped && data.parts.even.rounds > 0 && data.parts.long.rounds === 0, `stopped: ${status} ${text}`);
+expect(status === 1 && data?.isStopped && data.parts.even.rounds > 0 && data.parts.long.rounds === 0 &&
+       data.parts.torn.findings.length > 0, `stopped: ${status} ${text}`);
 child.kill("SIGKILL");
 
 // The sum: counts and seconds of different runs, the same run once; loops by shard.
@@ -101,7 +111,7 @@ const all = even.counts.operations + again.data.parts.even.counts.operations;
 expect(sum.status === 0 && sum.stdout.includes(`| even | operations | ${all} | 1 000 |`), `${all}: ${sum.stdout}${sum.stderr}`);
 expect(sum.stdout.includes("1 of 2 loops complete, 11 calls in all"), sum.stdout);
 
-for (const words of [["--seconds", "x"], ["--only", "even,odd"], ["--seed"], ["what"], ["--sum"],
+for (const words of [["--seconds", "x"], ["--only", "even,odd"], ["--only", "empty"], ["--seed"], ["--seed", "0"], ["what"], ["--sum"],
                      ["--sum", path.join(folder, "parts.mjs")]]) {
   expect(spawnSync(harden, words, options).status === 2, `${words}: not refused`);
 }

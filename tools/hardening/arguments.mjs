@@ -41,8 +41,8 @@ export function readArguments(words, names) {
   if (unknown !== undefined) throw new Error(`no part is called ${unknown}`);
   return {
     seconds: wholeNumber("seconds", values.seconds, 1800, 1),
-    // Seeds of GoogleTest programs have 31 bits.
-    seed: wholeNumber("seed", values.seed, Math.floor(Date.now() / 1000) % 2 ** 31, 0),
+    // Seeds of GoogleTest programs have 31 bits; to fuzzers 0 means any.
+    seed: wholeNumber("seed", values.seed, Math.floor(Date.now() / 1000) % 2 ** 31, 1),
     only: names.filter((name) => only.includes(name)),
     report: values.report,
   };

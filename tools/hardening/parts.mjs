@@ -34,7 +34,7 @@ const modelKinds = () =>
 // the sanitizers twice as fast.
 const damageKinds = () => {
   const round = (name, filter, env) =>
-    gtest(name, `${asan}/tests/damage/damage_tests`, filter, { ASAN_OPTIONS: "malloc_context_size=4", ...env });
+    gtest(name, `${asan}/tests/damage/damage_tests`, filter, { ASAN_OPTIONS: "malloc_context_size=4:max_allocation_size_mb=64", ...env });
   const files = round("files", "DamagedFiles.*", { ZIMBRAT_DAMAGES: "1500" });
   return [files, files, files, files, files, round("flips", "Detection.*", { ZIMBRAT_FLIPS: "10" }),
           round("pages", "LostPages.*", { ZIMBRAT_LOST_PAGES: "8" })];

@@ -26,7 +26,16 @@ export const number = (value) => String(value).replace(/\B(?=(\d{3})+$)/g, " ");
 const amount = (part) => Object.entries(part.counts).map(([name, count]) => `${number(count)} ${name}`).join(", ");
 export const summary = (part) => `${part.rounds} rounds${amount(part) && `, ${amount(part)}`}`;
 
-const doneOf = (loop) => Object.values(loop.shards).reduce((sum, done) => sum + done, 0);
+// By the number of shards that the loop was cut into: those of one number are together the loop.
+function cutsOf(loop) {
+  const cuts = {};
+  for (const [shard, done] of Object.entries(loop.shards)) {
+    const number = shard.split("/")[1];
+    cuts[number] = (cuts[number] ?? 0) + done;
+  }
+  return Object.values(cuts);
+}
+const doneOf = (loop) => Math.max(0, ...cutsOf(loop));
 
 function loopLines(cases) {
   const loops = Object.entries(cases).sort(([a], [b]) => (a < b ? -1 : 1));
@@ -45,7 +54,7 @@ function loopLines(cases) {
 function findingLines(findings) {
   return findings.flatMap((finding) => [
     `- **${finding.kind}**, seed ${finding.seed}: ${finding.fault}`, "", `      ${finding.command}`, "",
-    ...finding.told.map((line) => `      ${line}`), `  The rest is in \`${finding.output}\`.`, ""]);
+    ...finding.told.map((line) => `      ${line}`), ...(finding.output ? [`  The rest is in \`${finding.output}\`.`] : []), ""]);
 }
 
 // Counts with an aim, found beside wanted.
@@ -59,7 +68,7 @@ function partLines(parts) {
   return Object.entries(parts).flatMap(([name, part]) => [
     `## ${name}`, "", `${summary(part)}; ${Math.round(part.seconds)} s of processor places` +
       (part.seeds ? `, seeds ${part.seeds[0]} to ${part.seeds[1]}` : "") +
-      `; ${part.findings.length === 0 ? "nothing found" : `${part.findings.length} findings`}.`, "",
+      `; ${part.rounds === 0 ? "nothing was run" : part.findings.length === 0 ? "nothing found" : `${part.findings.length} findings`}.`, "",
     ...findingLines(part.findings), ...loopLines(part.cases)]);
 }
 
@@ -74,16 +83,16 @@ export function writeReport(file, report, aims) {
     ...aimLines(parts, aims), ...partLines(parts), `<!-- ${mark}${JSON.stringify(report)} -->`, ""].join("\n"));
 }
 
+// As it stands there.
 function readReport(file) {
   const found = fs.readFileSync(file, "utf8").match(new RegExp(`<!-- ${mark}(.*) -->`));
   if (!found) throw new Error(`${file} is no report`);
-  return JSON.parse(found[1]);
+  return found[1];
 }
 
 // Several reports as one text; the same run counts once.
 export function sumReports(files, aims) {
-  const reports = files.map(readReport).sort((a, b) => (a.date < b.date ? -1 : 1))
-    .filter((report, i, all) => i === 0 || JSON.stringify(report) !== JSON.stringify(all[i - 1]));
+  const reports = [...new Set(files.map(readReport))].map(JSON.parse).sort((a, b) => (a.date < b.date ? -1 : 1));
   const parts = {};
   for (const report of reports) {
     for (const [name, part] of Object.entries(report.parts)) {

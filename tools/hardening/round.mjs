@@ -27,6 +27,8 @@ function readCases(text) {
   return cases;
 }
 
+// What a round says when it has found something, though it be cut short.
+const sign = /^found: |Failure\b|ERROR: |runtime error:|SUMMARY: |^seed \d+, round /m;
 const telling = /^found: |^again: |Failure\b|ERROR: |runtime error:|SUMMARY: |terminate|differ|seed|neither/i;
 
 function faultOf({ status, signal, isTooLong, counts, limit }) {
@@ -34,6 +36,20 @@ function faultOf({ status, signal, isTooLong, counts, limit }) {
   if (signal) return `ended by ${signal}`;
   if (status !== 0) return `status ${status}`;
   return Object.keys(counts).length === 0 ? "said nothing of what it did" : "";
+}
+
+// The whole output, or its two ends.
+function readOutput(file) {
+  const most = 1 << 22;
+  const input = fs.openSync(file, "r");
+  const { size } = fs.fstatSync(input);
+  const from = (offset) => {
+    const part = Buffer.alloc(Math.min(most, size - offset));
+    return part.toString("utf8", 0, fs.readSync(input, part, 0, part.length, offset));
+  };
+  const text = size <= most ? from(0) : `${from(0)}\n[...]\n${from(Math.max(most, size - most))}`;
+  fs.closeSync(input);
+  return text;
 }
 
 // The command as a person would type it at the top of the tree.
@@ -68,9 +84,10 @@ export function startRound({ command, env, limit, folder, output, top }) {
     clearTimeout(timer);
     if (child.pid) kill();
     fs.rmSync(folder, { recursive: true, force: true });
-    const text = fs.readFileSync(output, "utf8").replaceAll(`${top}/`, "");
+    const text = readOutput(output).replaceAll(`${top}/`, "");
     const counts = readCounts(text);
-    const fault = isStopped ? "" : faultOf({ status, signal, isTooLong, counts, limit });
+    const atStop = sign.test(text) ? "stopped after it had found something" : "";
+    const fault = isStopped ? atStop : faultOf({ status, signal, isTooLong, counts, limit });
     if (!fault) fs.rmSync(output);
     return {
       isStopped, fault, counts, cases: readCases(text), seconds: (performance.now() - start) / 1000,

@@ -23,6 +23,14 @@ function beginReport(options, top) {
   };
 }
 
+const secondsToSave = 60;
+
+function withKinds(part, top) {
+  const kinds = part.kinds(top);
+  if (kinds.length === 0) throw new Error(`${part.name} has nothing to run`);
+  return { ...part, kinds };
+}
+
 export class Run {
   constructor({ options, parts, aims, top }) {
     Object.assign(this, { options, aims, top });
@@ -34,7 +42,7 @@ export class Run {
     // A folder in memory where there is one.
     this.ground = fs.mkdtempSync(path.join(fs.existsSync("/dev/shm") ? "/dev/shm" : os.tmpdir(), "zimbrat-harden-"));
     this.share = new Share({
-      parts: parts.map((part) => ({ ...part, kinds: part.kinds(top) })),
+      parts: parts.map((part) => withKinds(part, top)),
       seconds: options.seconds, seed: options.seed, places: os.availableParallelism(),
       start: (part, seed) => this.start(part, seed), tell: (part, seed, result) => this.take(part, seed, result),
     });
@@ -56,7 +64,7 @@ export class Run {
   }
 
   take(part, seed, result) {
-    if (result.isStopped) return;
+    if (result.isStopped && !result.fault) return;
     const round = this.roundOf(part, seed);
     const finding = result.fault && {
       kind: round.name, seed, fault: result.fault, told: result.told, command: repeatCommand(round),
@@ -64,6 +72,7 @@ export class Run {
     };
     addRound(this.report.parts[part.name], seed, result, finding);
     this.teller.round(part.name, seed, round.name, result);
+    if (performance.now() - this.saved > 1000 * secondsToSave) this.save(true);
   }
 
   stop() {
@@ -71,15 +80,35 @@ export class Run {
     this.share.stop();
   }
 
+  save(isStopped) {
+    this.saved = performance.now();
+    this.report.seconds = Math.round((this.saved - this.begin) / 1000);
+    writeReport(this.file, { ...this.report, isStopped }, this.aims);
+  }
+
+  // A count that nobody reached once every kind has had its turn: a test is gone, or says nothing.
+  addMissingCounts() {
+    for (const { part, kinds, next } of this.share.ends()) {
+      const { rounds, counts, findings } = this.report.parts[part];
+      for (const { count } of this.aims.filter((aim) => aim.part === part && !counts[aim.count])) {
+        if (rounds < kinds || this.report.isStopped) continue;
+        findings.push({ kind: "all", seed: next - 1, fault: `no ${count} in ${rounds} rounds`, told: [], command: "" });
+      }
+    }
+  }
+
   // Returns whether something was found.
   async finish() {
     fs.mkdirSync(this.logs, { recursive: true });
-    const begin = performance.now();
-    await this.share.run();
-    this.report.seconds = Math.round((performance.now() - begin) / 1000);
-    fs.rmSync(this.ground, { recursive: true, force: true });
-    if (fs.readdirSync(this.logs).length === 0) fs.rmdirSync(this.logs);
-    writeReport(this.file, this.report, this.aims);
+    this.begin = this.saved = performance.now();
+    try {
+      await this.share.run();
+      this.addMissingCounts();
+    } finally {
+      fs.rmSync(this.ground, { recursive: true, force: true });
+      if (fs.readdirSync(this.logs).length === 0) fs.rmdirSync(this.logs);
+      this.save(this.report.isStopped);
+    }
     this.teller.end(this.file);
     return Object.values(this.report.parts).some((part) => part.findings.length > 0);
   }

@@ -29,6 +29,11 @@ export class Share {
     for (const round of this.running()) round.stop();
   }
 
+  // Of each part: its kinds, and the seed that would have been its next.
+  ends() {
+    return this.states.map(({ part, next }) => ({ part: part.name, kinds: part.kinds.length, next }));
+  }
+
   running() {
     return this.states.flatMap((state) => [...state.running.values()]);
   }
