@@ -239,7 +239,7 @@ bool IndexCheck::HasNull(ConstBytes key, RowPointer row) {
   const std::optional<RowView> view = FindHomeRow(check_, table_.page, row);
   RowParts fields;
   return view && fields.Parse(table_, view->bytes).empty() &&
-         std::ranges::any_of(columns_.columns, [&](const ColumnLayout* column) { 
+         std::ranges::any_of(columns_.columns, [&](const ColumnLayout* column) {
            return !column->IsBoolean() && !fields.Field(*column);
          });
 }
